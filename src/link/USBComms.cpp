@@ -1,0 +1,128 @@
+#include "link/USBComms.h"
+
+#include "common/Clock.h"
+#include "link/CommFailure.h"
+#include "link/Heaters.h"
+#include "link/LinkNewComPort06.h"
+#include "link/LinkState.h"
+#include "link/Registers.h"
+#include "link/USBFunctions.h"
+
+#include <algorithm>
+
+namespace ztm {
+namespace {
+
+constexpr int16_t registerRequest = 0xDE;
+constexpr int16_t handshakeRequest = 0xDF;
+constexpr int16_t setHeaterDutyRequest = 0xDB;
+constexpr int16_t readHeaterDutyRequest = 0xDA;
+
+constexpr int16_t fromAdapter = 1;
+constexpr int16_t noData = 0;
+
+constexpr int handshakeTries = 1000;
+constexpr double handshakeSpacingSeconds = 0.2;
+
+FanControlButtons *fanControlButtons = nullptr;
+
+bool IsRegister(int32_t address) {
+    return address >= 0 && address <= LastRegister;
+}
+
+void Send(int16_t request, int32_t value, int32_t index, int16_t direction, int16_t length,
+          uint8_t *buffer) {
+    if (VendorIORequest(request, value, index, direction, length, buffer) != 0) {
+        CommFailure();
+    }
+}
+
+void WaitForSmbus() {
+    if (SmbusDelayEnabled) {
+        Wait(SmbusDelayMs / 1000.0);
+    }
+}
+
+} // namespace
+
+int16_t ReadRegister(int32_t address) {
+    if (!IsRegister(address)) {
+        return 0;
+    }
+    if (CommsMedium == MediumUSB) {
+        Send(registerRequest, USBDeviceAddress, address, fromAdapter, 1, TransferBuffer.data());
+        return TransferBuffer[0];
+    }
+    if (CommsMedium == MediumSMBus) {
+        const uint8_t value = PortReadByte(DeviceAddress, static_cast<uint8_t>(address));
+        WaitForSmbus();
+        return value;
+    }
+    return 0;
+}
+
+void WriteRegister(int32_t address, int32_t data) {
+    if (!IsRegister(address)) {
+        return;
+    }
+    data = std::clamp(data, 0, LargestRegisterValue);
+    if (CommsMedium == MediumUSB) {
+        uint8_t unused = 0;
+        Send(registerRequest, USBDeviceAddress, data * 256 + address, noData, 0, &unused);
+    } else if (CommsMedium == MediumSMBus) {
+        PortWriteByte(DeviceAddress, static_cast<uint8_t>(address), static_cast<uint8_t>(data));
+        WaitForSmbus();
+    }
+    AfterRegisterWrite(address);
+}
+
+void AdapterHandshake() {
+    if (AdapterFailed || CommsMedium != MediumUSB) {
+        return;
+    }
+    for (int tries = 0; tries < handshakeTries; ++tries) {
+        uint8_t unused = 0;
+        const auto result = VendorIORequest(handshakeRequest, 0, 0, noData, 0, &unused);
+        Wait(handshakeSpacingSeconds);
+        if (result == 0) {
+            return;
+        }
+    }
+}
+
+void SetHeaterDuty(int32_t duty1, int32_t duty2) {
+    Send(setHeaterDutyRequest, duty1, duty2, noData, 0, TransferBuffer.data());
+}
+
+uint8_t ReadHeaterDuty() {
+    Send(readHeaterDutyRequest, 0, 0, fromAdapter, 3, TransferBuffer.data());
+    Heaters[0].Pwm = TransferBuffer[0];
+    Heaters[1].Pwm = TransferBuffer[1];
+    return TransferBuffer[2];
+}
+
+void SetFanControlButtons(FanControlButtons *buttons) {
+    fanControlButtons = buttons;
+}
+
+void AfterRegisterWrite(int32_t address) {
+    if (address == Configuration1) {
+        const bool isSet = (ReadRegister(Configuration1) & SoftwareTableBit) != 0;
+        if (fanControlButtons == nullptr) {
+            return;
+        }
+        if (isSet) {
+            fanControlButtons->DisableManual();
+        } else {
+            fanControlButtons->DisableAuto();
+            fanControlButtons->DisableSetLookups();
+        }
+    } else if (address == Configuration2) {
+        EightPointMode = (ReadRegister(Configuration2) & EightPointBit) != 0;
+        if (DeviceName == ZTM7710) {
+            EightPointMode = true;
+        }
+    }
+}
+
+} // namespace ztm
