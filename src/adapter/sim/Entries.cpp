@@ -1,0 +1,32 @@
+#include "adapter/sim/SimulatedBoard.h"
+#include "link/USBFunctions.h"
+
+#include <exception>
+
+namespace {
+
+/// The one board of the process, plugged in at the first call of an entry.
+ztm::sim::SimulatedBoard &Board() {
+    static ztm::sim::SimulatedBoard board;
+    return board;
+}
+
+} // namespace
+
+extern "C" {
+
+/// An exception must not leave through a C entry; only want of memory can raise one here.
+__attribute__((visibility("default"))) int16_t LoadFirmWare(const char *path) {
+    try {
+        return Board().LoadFirmWare(path);
+    } catch (const std::exception &) {
+        return -1;
+    }
+}
+
+__attribute__((visibility("default"))) int16_t VendorIORequest(int16_t request, int32_t value,
+                                                               int32_t index, int16_t direction,
+                                                               int16_t length, uint8_t *buffer) {
+    return Board().VendorIORequest(request, value, index, direction, length, buffer);
+}
+}
