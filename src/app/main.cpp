@@ -1,0 +1,5 @@
+#include "ui/Program.h"
+
+int main(int /*argumentCount*/, char *arguments[]) {
+    return ztm::RunProgram(arguments[0]);
+}

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QMessageBox>
+
+namespace ztm {
+
+/// The program's default title for messages without one of their own.
+QString DefaultTitle();
+
+/// Shows a message with an OK button and returns when the user has closed it.
+void ShowMessage(const QString &text, const QString &title,
+                 QMessageBox::Icon icon = QMessageBox::NoIcon);
+
+} // namespace ztm

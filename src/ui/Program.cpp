@@ -1,0 +1,47 @@
+#include "ui/Program.h"
+
+#include "link/CommFailure.h"
+#include "ui/InitForm.h"
+#include "ui/Messages.h"
+#include "ui/ProductPicture.h"
+#include "ui/frmMain.h"
+
+#include <QApplication>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace ztm {
+
+void EndProgramAtOnce(int exitCode) {
+    std::fflush(nullptr);
+    std::_Exit(exitCode);
+}
+
+void EndAfterCommFailure() {
+    static bool ending = false;
+    if (!ending) {
+        ending = true;
+        if (auto *mainWindow = LoadedForm<frmMain>()) {
+            mainWindow->StopMonitor();
+        }
+        ShowMessage(QObject::tr("Communication Failure - Check USB connections"), DefaultTitle(),
+                    QMessageBox::Critical);
+        UnloadAllForms();
+    }
+    EndProgramAtOnce(EXIT_FAILURE);
+}
+
+int RunProgram(char *name) {
+    int argumentCount = 1;
+    char *arguments[] = {name, nullptr};
+    QApplication application(argumentCount, arguments);
+    // The program ends with the last of its own windows, whatever else is open.
+    QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setWindowIcon(ProductPicture::Icon());
+    SetCommFailureHandler(EndAfterCommFailure);
+    ShowForm<InitForm>();
+    return QApplication::exec();
+}
+
+} // namespace ztm

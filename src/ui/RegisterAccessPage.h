@@ -1,0 +1,96 @@
+#pragma once
+
+#include "link/AdapterStartUp.h"
+
+#include <QWidget>
+
+#include <array>
+
+class QCheckBox;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+namespace ztm {
+
+class BitLabel;
+class RegisterTreeView;
+class ToggleIndicator;
+
+/// The tab "Register Access": reads and writes any register by its address, shows its name,
+/// value and bits, flips single bits, and lists the chip's registers in a tree.
+class RegisterAccessPage final : public QWidget, public AdapterLamp {
+    Q_OBJECT
+
+public:
+    explicit RegisterAccessPage(QWidget *parent = nullptr);
+
+    /// Shows an entry of the register map, 0 to 69, and reads its value from the chip.
+    void ShowRegister(int index);
+
+    /// Places and sizes the bit labels for the width of their frame.
+    void LayoutBitLabels();
+
+    /// Builds the tree for the session's chip, its first node not yet expanded.
+    void BuildRegisterTree();
+    void ExpandFirstNode();
+
+    bool ContinuousReadChecked() const;
+
+    /// Reads the register whose address is in the address box and shows it.
+    void cmdRead_Click();
+
+    void SetRed() override;
+    void SetGreen() override;
+    void Show() override;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void SetupUi();
+    QGroupBox *NewReadWriteFrame();
+    QGroupBox *NewDetailsFrame();
+    QGroupBox *NewBitFrame();
+    QGroupBox *NewRegisterMapFrame();
+    void ConnectSignals();
+
+    void ShowAddress(int32_t address);
+    void ShowBitNames(const QStringList &names);
+    void ShowValue(int16_t value);
+    void ShowBitValues(int16_t value);
+    void MarkInput();
+    int32_t AddressInBox() const;
+
+    void cmdWrite_Click();
+    void txtReadAddr_Change();
+    void txtHex_Change();
+    void txtDec_Change();
+    void chkContRead_Click();
+    void lblBit_Click(int bit);
+    void lblBit_MouseMove(int bit);
+    void TreeView1_NodeClick(int index);
+
+    QLineEdit *txtReadAddr;
+    QLineEdit *txtHex;
+    QLineEdit *txtDec;
+    QPushButton *cmdRead;
+    QPushButton *cmdWrite;
+    QCheckBox *chkContRead;
+
+    QLabel *lblRegDescription;
+    QLabel *lblCurrentAddr;
+    QLabel *lblHexVal;
+    QLabel *lblDecVal;
+
+    QGroupBox *fraBits;
+    std::array<BitLabel *, 8> lblBit; // by bit number
+    std::array<QLabel *, 8> lblInfo;  // the name of bit 7 first
+
+    RegisterTreeView *TreeView1;
+    ToggleIndicator *Shape1;
+    QLabel *lampCaption;
+};
+
+} // namespace ztm

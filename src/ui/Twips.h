@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QWidget>
+
+namespace ztm {
+
+/// A length in twips (1/1440 inch) as whole pixels of the window that `widget` is in.
+inline int Twips(double twips, const QWidget &widget) {
+    constexpr double twipsPerInch = 1440.0;
+    return qRound(twips * widget.logicalDpiX() / twipsPerInch);
+}
+
+} // namespace ztm

@@ -1,0 +1,107 @@
+#include "ui/frmMain.h"
+
+#include "fan/GraphSettings.h"
+#include "link/Heaters.h"
+#include "link/USBComms.h"
+#include "monitor/MonitorSettings.h"
+#include "regmap/RegisterTree.h"
+#include "ui/AboutPage.h"
+#include "ui/ControlPage.h"
+#include "ui/RegisterAccessPage.h"
+#include "ui/Text.h"
+#include "ui/VisualDisplayPage.h"
+
+#include <QTabWidget>
+#include <QTimer>
+#include <QVBoxLayout>
+
+namespace ztm {
+
+frmMain::frmMain(bool usbChosen)
+    : Form(QStringLiteral("frmMain"))
+    , SSTab1(new QTabWidget(this))
+    , about(new AboutPage)
+    , registerAccess(new RegisterAccessPage)
+    , visualDisplay(new VisualDisplayPage)
+    , control(new ControlPage)
+    , tmrMain(new QTimer(this))
+    , monitorLoop(*this) {
+    SetupUi();
+    ConnectSignals();
+    StartAdapter(usbChosen, *registerAccess);
+}
+
+void frmMain::SetupUi() {
+    SSTab1->setObjectName(QStringLiteral("SSTab1"));
+    SSTab1->addTab(about, tr("About"));
+    SSTab1->addTab(registerAccess, tr("Register Access"));
+    SSTab1->addTab(visualDisplay, tr("Visual Display"));
+    SSTab1->addTab(control, tr("Control"));
+    tmrMain->setObjectName(QStringLiteral("tmrMain"));
+
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(SSTab1);
+}
+
+void frmMain::ConnectSignals() {
+    connect(SSTab1, &QTabWidget::currentChanged, this, &frmMain::SSTab1_Click);
+    connect(tmrMain, &QTimer::timeout, this, &frmMain::tmrMain_Timer);
+}
+
+QSize frmMain::sizeHint() const {
+    return {960, 640};
+}
+
+void frmMain::InitMainWindow() {
+    ResetMonitorSettings();
+    SmbusDelayMs = DefaultSmbusDelayMs;
+    SmbusDelayEnabled = true;
+    ResetGraphSettings();
+    about->ShowTitle();
+    setWindowTitle(ToQString(DeviceName) + tr(" Evaluation Software"));
+    for (const int32_t address : {1, 2, 3}) {
+        AfterRegisterWrite(address);
+    }
+    tmrMain->start(MonitorInterval);
+    ResetHeaters();
+}
+
+void frmMain::StopMonitor() {
+    tmrMain->stop();
+}
+
+void frmMain::SSTab1_Click(int tab) {
+    if (static_cast<MainTab>(tab) == MainTab::RegisterAccess) {
+        registerAccess->ShowRegister(SelectedRegisterIndex);
+    }
+}
+
+void frmMain::tmrMain_Timer() {
+    monitorLoop.Tick();
+}
+
+void frmMain::SetTimerPeriod(int milliseconds) {
+    if (tmrMain->interval() != milliseconds) {
+        tmrMain->setInterval(milliseconds);
+    }
+}
+
+MainTab frmMain::ShownTab() const {
+    return static_cast<MainTab>(SSTab1->currentIndex());
+}
+
+bool frmMain::ContinuousReadChecked() const {
+    return registerAccess->ContinuousReadChecked();
+}
+
+void frmMain::ReadShownRegister() {
+    registerAccess->cmdRead_Click();
+}
+
+void frmMain::Form_Unload() {
+    StopMonitor();
+    UnloadAllForms();
+    AdapterHandshake();
+}
+
+} // namespace ztm

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "monitor/MonitorLoop.h"
+#include "ui/Form.h"
+
+class QTabWidget;
+class QTimer;
+
+namespace ztm {
+
+class AboutPage;
+class ControlPage;
+class RegisterAccessPage;
+class VisualDisplayPage;
+
+/// The main window: a panel of four tabs, each a class of its own, and the monitor timer.
+/// Loading it brings the adapter up; the session start initialises and shows it; closing it
+/// ends the program.
+class frmMain final : public Form, private MonitorWindow {
+    Q_OBJECT
+
+public:
+    /// Brings the adapter up if the USB medium was chosen.
+    explicit frmMain(bool usbChosen);
+
+    /// Sets the session's defaults, texts and derived state, and starts the monitor timer.
+    void InitMainWindow();
+
+    RegisterAccessPage &RegisterAccess() { return *registerAccess; }
+
+    /// Lets no further tick come.
+    void StopMonitor();
+
+    QSize sizeHint() const override;
+
+protected:
+    void Form_Unload() override;
+
+private:
+    void SetupUi();
+    void ConnectSignals();
+
+    void SSTab1_Click(int tab);
+    void tmrMain_Timer();
+
+    void SetTimerPeriod(int milliseconds) override;
+    MainTab ShownTab() const override;
+    bool ContinuousReadChecked() const override;
+    void ReadShownRegister() override;
+
+    QTabWidget *SSTab1;
+    AboutPage *about;
+    RegisterAccessPage *registerAccess;
+    VisualDisplayPage *visualDisplay;
+    ControlPage *control;
+    QTimer *tmrMain;
+    MonitorLoop monitorLoop;
+};
+
+} // namespace ztm

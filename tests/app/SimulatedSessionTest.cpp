@@ -1,0 +1,82 @@
+// A session in the real windows on the simulator that ships with the program.
+
+#include "regmap/RegMapStuff.h"
+#include "support/Driver.h"
+#include "ui/InitForm.h"
+#include "ui/instruments/ToggleIndicator.h"
+
+#include <QLineEdit>
+
+#include <gmock/gmock.h>
+
+namespace ztm::test {
+namespace {
+
+using testing::IsEmpty;
+
+class SimulatedSession : public testing::Test {
+protected:
+    SimulatedSession() {
+        ShowForm<InitForm>();
+        SearchInWizard();
+        Click("FinishCMD");
+        ClickTab("Register Access");
+    }
+    ~SimulatedSession() override { DeleteAllForms(); }
+
+    static int ShownAt(int32_t address) {
+        Find<QLineEdit>("txtReadAddr").setText(QString::number(address, 16));
+        Click("cmdRead");
+        return TextOf("lblDecVal").toInt();
+    }
+
+    static int ShownAfterWriting(int value) {
+        Find<QLineEdit>("txtDec").setText(QString::number(value));
+        Click("cmdWrite");
+        return TextOf("lblDecVal").toInt();
+    }
+};
+
+/// Measured, and so never written and not bound to a default.
+bool IsMeasured(int32_t address) {
+    return address >= 0x40 && address <= 0x51;
+}
+
+TEST_F(SimulatedSession, EveryRegisterIsReadAndWrittenInTheMainWindow) {
+    EXPECT_FALSE(Find<ToggleIndicator>("Shape1").IsAlarm());
+    constexpr int32_t identification[] = {0x3D, 0x3E, 0x3F};
+    std::vector<int32_t> wrong;
+    for (const RegisterEntry &entry : RegisterMap) {
+        if (entry.Name.empty() || entry.Address == 0x02) {
+            continue; // an empty slot; the register with the reset bit
+        }
+        const bool fixed =
+            std::count(std::begin(identification), std::end(identification), entry.Address) > 0;
+        const int before = ShownAt(entry.Address);
+        if (IsMeasured(entry.Address)) {
+            continue;
+        }
+        const int after = ShownAfterWriting(0xA5);
+        if (before != entry.Default || after != (fixed ? before : 0xA5)) {
+            wrong.push_back(entry.Address);
+        }
+    }
+    EXPECT_THAT(wrong, IsEmpty());
+
+    ShownAt(0x02);
+    ShownAfterWriting(0x01);
+    EXPECT_EQ(ShownAt(0x0B), 0x8B) << "after the reset bit";
+}
+
+TEST_F(SimulatedSession, TheBoardIsAlive) {
+    const int celsius = ShownAt(0x41) - 64;
+    EXPECT_GT(celsius, 15);
+    EXPECT_LT(celsius, 60);
+    const int low = ShownAt(0x4A);
+    const int count = ShownAt(0x4B) * 256 + low;
+    EXPECT_GT(4915200 / count, 500);
+    EXPECT_LT(4915200 / count, 10000);
+}
+
+} // namespace
+} // namespace ztm::test

@@ -1,0 +1,130 @@
+#include "support/Driver.h"
+
+#include "ui/Form.h"
+
+#include <QAbstractButton>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QTest>
+#include <QTimer>
+#include <QTreeWidget>
+
+#include <optional>
+
+namespace ztm::test {
+
+QObject &FindObject(const QString &name) {
+    for (Form *form : LoadedForms()) {
+        if (form->objectName() == name) {
+            return *form;
+        }
+        if (auto *object = form->findChild<QObject *>(name)) {
+            return *object;
+        }
+    }
+    throw std::runtime_error("no such control: " + name.toStdString());
+}
+
+QString TextOf(const QString &name) {
+    QObject &object = FindObject(name);
+    for (const char *property : {"text", "plainText"}) {
+        if (const QVariant text = object.property(property); text.isValid()) {
+            return text.toString();
+        }
+    }
+    throw std::runtime_error("a control without text: " + name.toStdString());
+}
+
+bool IsEnabled(const QString &name) {
+    return Find(name).isEnabled();
+}
+
+void Click(const QString &name) {
+    auto &widget = Find(name);
+    if (!widget.isVisible()) {
+        throw std::runtime_error("not on screen: " + name.toStdString());
+    }
+    QTest::mouseClick(&widget, Qt::LeftButton);
+}
+
+void ClickTab(const QString &caption) {
+    auto *bar = Find<QTabWidget>(QStringLiteral("SSTab1")).tabBar();
+    for (int tab = 0; tab < bar->count(); ++tab) {
+        if (bar->tabText(tab) == caption) {
+            QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(tab).center());
+            return;
+        }
+    }
+    throw std::runtime_error("no such tab: " + caption.toStdString());
+}
+
+void ClickNode(const QString &text) {
+    auto &tree = Find<QTreeWidget>(QStringLiteral("TreeView1"));
+    const auto found = tree.findItems(text, Qt::MatchExactly | Qt::MatchRecursive);
+    if (found.size() != 1) {
+        throw std::runtime_error("not one node: " + text.toStdString());
+    }
+    tree.scrollToItem(found.first());
+    QTest::mouseClick(tree.viewport(), Qt::LeftButton, {},
+                      tree.visualItemRect(found.first()).center());
+}
+
+void Type(const QString &name, const QString &text) {
+    auto &box = Find<QLineEdit>(name);
+    box.setFocus();
+    box.selectAll();
+    QTest::keyClicks(&box, text);
+}
+
+void Press(const QString &name, Qt::Key key) {
+    auto &widget = Find(name);
+    widget.setFocus();
+    QTest::keyClick(&widget, key);
+}
+
+ShownMessage AnswerMessageOf(const std::function<void()> &action) {
+    std::optional<ShownMessage> shown;
+    QTimer answer;
+    QObject::connect(&answer, &QTimer::timeout, [&shown] {
+        if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
+            shown = ShownMessage{box->text(), box->windowTitle(), box->icon()};
+            QTest::mouseClick(box->button(QMessageBox::Ok), Qt::LeftButton);
+        }
+    });
+    answer.start(0);
+    action();
+    if (!shown) {
+        throw std::runtime_error("no message was shown");
+    }
+    return *shown;
+}
+
+void CloseByCloseBox(const QString &name) {
+    Find(name).close();
+}
+
+void Tick() {
+    QMetaObject::invokeMethod(&Find<QTimer>(QStringLiteral("tmrMain")), "timeout",
+                              Qt::DirectConnection);
+}
+
+void SearchInWizard() {
+    Click(QStringLiteral("NextCMD"));
+    Click(QStringLiteral("NextCMD"));
+}
+
+void DeleteAllForms() {
+    while (!LoadedForms().empty()) {
+        delete LoadedForms().back();
+    }
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+void Settle() {
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}
+
+} // namespace ztm::test

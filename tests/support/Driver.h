@@ -1,0 +1,73 @@
+#pragma once
+
+#include <QApplication>
+#include <QString>
+#include <QWidget>
+
+#include <functional>
+#include <stdexcept>
+
+class QMessageBox;
+
+namespace ztm::test {
+
+/// Drives the real windows as a user does: finds controls by object name, clicks and types.
+
+/// The object of that name in any loaded window; throws when there is none.
+QObject &FindObject(const QString &name);
+
+/// The same as the given class; throws when it is of another.
+template <class Object = QWidget>
+Object &Find(const QString &name) {
+    auto *object = dynamic_cast<Object *>(&FindObject(name));
+    if (object == nullptr) {
+        throw std::runtime_error("another class than expected: " + name.toStdString());
+    }
+    return *object;
+}
+
+/// The text of a label, button or box.
+QString TextOf(const QString &name);
+
+bool IsEnabled(const QString &name);
+
+/// A left click in the middle of a control. The control has to be visible.
+void Click(const QString &name);
+
+/// A click on the tab of that caption.
+void ClickTab(const QString &caption);
+
+/// A click on the node of that text in the register tree, whose ancestors are expanded first.
+void ClickNode(const QString &text);
+
+/// Replaces the text of a box by typing.
+void Type(const QString &name, const QString &text);
+
+/// A key press on a control, which gets the focus first.
+void Press(const QString &name, Qt::Key key);
+
+/// Runs `action` and answers the message box that it raises with OK; returns what the box
+/// showed. Throws when there was none.
+struct ShownMessage {
+    QString text;
+    QString title;
+    int icon = 0;
+};
+ShownMessage AnswerMessageOf(const std::function<void()> &action);
+
+/// Closes a window by its close box.
+void CloseByCloseBox(const QString &name);
+
+/// Lets the monitor timer fire once.
+void Tick();
+
+/// Walks the wizard through a search to its results page.
+void SearchInWizard();
+
+/// Deletes every loaded window without unloading it, and what waits to be deleted.
+void DeleteAllForms();
+
+/// Lays out and paints what is visible.
+void Settle();
+
+} // namespace ztm::test

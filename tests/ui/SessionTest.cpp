@@ -1,0 +1,156 @@
+#include "fan/GraphSettings.h"
+#include "link/Heaters.h"
+#include "link/USBComms.h"
+#include "monitor/MonitorSettings.h"
+#include "support/UiTest.h"
+#include "ui/Program.h"
+#include "ui/frmMain.h"
+#include "ui/instruments/ToggleIndicator.h"
+
+#include <QTabBar>
+#include <QTabWidget>
+#include <QTimer>
+
+#include <iostream>
+
+namespace ztm::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+using SessionTest = UiTest;
+
+TEST_F(SessionTest, StartsFromTheDefaults) {
+    MonitorInterval = 1;
+    MonitoringEnabled = GraphingEnabled = LimitMonitorEnabled = BargraphEnabled = true;
+    BigGraphEnabled = MonitorInReadWrite = ManualDialogOpen = true;
+    GraphType = 3;
+    LogInterval = MaxLogEntries = 1;
+    GraphRpmRange = 1;
+    SmbusDelayMs = 1;
+    SmbusDelayEnabled = false;
+    Heaters[1] = {1, true, 1, 1, 1, 1, true, true};
+    StartSessionOf(ZTM7720);
+    EXPECT_EQ(MonitorInterval, 30);
+    EXPECT_FALSE(MonitoringEnabled || GraphingEnabled || LimitMonitorEnabled || BargraphEnabled);
+    EXPECT_FALSE(BigGraphEnabled || MonitorInReadWrite || ManualDialogOpen);
+    EXPECT_EQ(GraphType, 1);
+    EXPECT_EQ(LogInterval, 100);
+    EXPECT_EQ(MaxLogEntries, 10000);
+    EXPECT_EQ(GraphRpmRange, 8000);
+    EXPECT_EQ(SmbusDelayMs, 20);
+    EXPECT_TRUE(SmbusDelayEnabled);
+    EXPECT_EQ(Heaters[1].LowPct, 20);
+    EXPECT_EQ(Heaters[1].IntervalMs, 500);
+    EXPECT_FALSE(Heaters[1].SoftwareControl || Heaters[1].StartPending);
+    EXPECT_TRUE(Find<QTimer>("tmrMain").isActive());
+    EXPECT_EQ(Find<QTimer>("tmrMain").interval(), 30);
+}
+
+TEST_F(SessionTest, ShowsTheVariantEverywhere) {
+    for (const std::string_view variant : {ZTM7710, ZTM7720}) {
+        ResetCore();
+        StartSessionOf(variant);
+        const auto name = QString::fromStdString(std::string(variant));
+        EXPECT_EQ(Find("frmMain").windowTitle(), name + " Evaluation Software");
+        EXPECT_EQ(TextOf("lblTitle"), name);
+        EXPECT_EQ(TextOf("lblVersion"), "1.1.0");
+        EXPECT_EQ(TextOf("lblRegDescription"), "#Bytes/BlockRead");
+        EXPECT_FALSE(Find<ToggleIndicator>("Shape1").IsAlarm());
+        EXPECT_FALSE(Find("Shape1").isHidden());
+        const auto *tabs = Find<QTabWidget>("SSTab1").tabBar();
+        QStringList captions;
+        for (int tab = 0; tab < 4; ++tab) {
+            captions += tabs->tabText(tab);
+        }
+        EXPECT_EQ(captions.join('|'), "About|Register Access|Visual Display|Control");
+        DeleteAllForms();
+    }
+}
+
+TEST_F(SessionTest, FanControlButtonsFollowConfiguration1) {
+    const struct {
+        uint8_t configuration1;
+        bool automatic, manual;
+    } cases[] = {{0x01, false, true}, {0x81, true, false}};
+    for (const auto &c : cases) {
+        ResetCore();
+        Adapter().registers[0x01] = c.configuration1;
+        StartSessionOf(ZTM7720);
+        EXPECT_EQ(IsEnabled("cmdAuto"), c.automatic);
+        EXPECT_EQ(IsEnabled("cmdSetLookups"), c.automatic);
+        EXPECT_EQ(IsEnabled("cmdManual"), c.manual);
+        for (const char *name : {"cmdConParam", "cmdThermTemp", "cmdThermTimer", "cmdHeaters",
+                                 "cmdLogData", "cmdSaveRegs", "cmdRecallRegs"}) {
+            EXPECT_TRUE(IsEnabled(name)) << name;
+        }
+        DeleteAllForms();
+    }
+}
+
+TEST_F(SessionTest, EasySetupSwitchesMonitoringOn) {
+    const struct {
+        uint8_t before;
+        int32_t written;
+    } cases[] = {{0x04, 0x05}, {0x05, 0x05}};
+    StartSessionOf(ZTM7720);
+    ClickTab("Visual Display");
+    for (const auto &c : cases) {
+        MonitoringEnabled = false;
+        Adapter().registers[0x01] = c.before;
+        Adapter().calls.clear();
+        Click("cmdEasySetup");
+        EXPECT_THAT(Adapter().Writes(), ElementsAre(Write(0x01, c.written)));
+        EXPECT_TRUE(MonitoringEnabled && GraphingEnabled && LimitMonitorEnabled && BargraphEnabled);
+    }
+}
+
+TEST_F(SessionTest, AnIdleTickAsksNothingAndAppliesThePeriod) {
+    StartSessionOf(ZTM7720);
+    MonitorInterval = 50;
+    Tick();
+    EXPECT_EQ(Find<QTimer>("tmrMain").interval(), 50);
+    EXPECT_THAT(Adapter().calls, IsEmpty());
+}
+
+TEST_F(SessionTest, ClosingTheMainWindowClosesEveryWindowAndSaysGoodbye) {
+    StartSessionOf(ZTM7720);
+    ClickTab("Visual Display");
+    Click("cmdSetUpLog");
+    Adapter().calls.clear();
+    CloseByCloseBox("frmMain");
+    EXPECT_THAT(LoadedForms(), IsEmpty());
+    EXPECT_THAT(Adapter().calls, ElementsAre(Handshake));
+}
+
+/// Starts a session, lets the adapter fail and reads a register, with what happens from then
+/// on told to standard error.
+void FailInSession() {
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
+    Adapter().script = [](const Call &call) {
+        std::cerr << (call.request == Handshake.request ? "handshake;" : "request;");
+        return static_cast<int16_t>(call.request != Handshake.request);
+    };
+    SetCommFailureHandler(EndAfterCommFailure);
+    MonitoringEnabled = true;
+    QTimer::singleShot(100, [] {
+        const auto message = AnswerMessageOf([] { QCoreApplication::processEvents(); });
+        std::cerr << message.text.toStdString() << '|' << message.title.toStdString() << '|'
+                  << message.icon << ';';
+    });
+    std::cerr << "begin;";
+    ReadRegister(0x00);
+}
+
+TEST_F(SessionTest, AFailedRequestIsToldOnceThenEveryWindowIsUnloadedAndTheProcessEnds) {
+    StartSessionOf(ZTM7720);
+    ClickTab("Register Access");
+    Click("chkContRead");
+    EXPECT_EXIT(FailInSession(), testing::ExitedWithCode(EXIT_FAILURE),
+                "begin;request;Communication Failure - Check USB connections"
+                "\\|ZTM7710/20 Evaluation Software\\|3;handshake;$");
+}
+
+} // namespace
+} // namespace ztm::test
