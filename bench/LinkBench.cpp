@@ -1,0 +1,131 @@
+// What the register operations add to the adapter library's own time, and the search for a
+// chip that is not there.
+
+#include "discovery/DeviceScan.h"
+#include "link/LinkState.h"
+#include "link/USBComms.h"
+#include "link/USBFunctions.h"
+#include "support/ClockDouble.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <map>
+#include <string>
+
+namespace {
+
+uint8_t registers[256];
+
+constexpr int32_t limitRegister = 0x0B;
+
+} // namespace
+
+__attribute__((noinline)) int16_t LoadFirmWare(const char * /*path*/) {
+    return 0;
+}
+
+__attribute__((noinline)) int16_t VendorIORequest(int16_t /*request*/, int32_t /*value*/,
+                                                  int32_t index, int16_t direction,
+                                                  int16_t /*length*/, uint8_t *buffer) {
+    const auto address = static_cast<uint8_t>(index);
+    if (direction == 1) {
+        *buffer = registers[address];
+    } else {
+        registers[address] = static_cast<uint8_t>(index >> 8);
+    }
+    return 0;
+}
+
+namespace {
+
+void DirectRead(benchmark::State &state) {
+    uint8_t buffer[16];
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(VendorIORequest(0xDE, 0x50, limitRegister, 1, 1, buffer));
+        benchmark::DoNotOptimize(buffer[0]);
+    }
+}
+
+void ReadRegister(benchmark::State &state) {
+    ztm::CommsMedium = ztm::MediumUSB;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(ztm::ReadRegister(limitRegister));
+    }
+}
+
+void DirectWrite(benchmark::State &state) {
+    uint8_t unused = 0;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(
+            VendorIORequest(0xDE, 0x50, 0x8B00 + limitRegister, 0, 0, &unused));
+    }
+}
+
+void WriteRegister(benchmark::State &state) {
+    ztm::CommsMedium = ztm::MediumUSB;
+    for (auto _ : state) {
+        ztm::WriteRegister(limitRegister, 0x8B);
+        benchmark::ClobberMemory();
+    }
+}
+
+class NoWindow final : public ztm::ScanWindow {
+    void SetProgressMaximum(int /*units*/) override {}
+    void SetProgress(double /*units*/) override {}
+    bool LetEventsRun() override { return true; }
+};
+
+void ScanOfAnAbsentChip(benchmark::State &state) {
+    ztm::test::ClockDouble clock;
+    NoWindow window;
+    for (auto _ : state) {
+        ztm::SearchUSB(window);
+    }
+}
+
+BENCHMARK(DirectRead);
+BENCHMARK(ReadRegister);
+BENCHMARK(DirectWrite);
+BENCHMARK(WriteRegister);
+BENCHMARK(ScanOfAnAbsentChip);
+
+/// Prints the medians alone and keeps them, in nanoseconds.
+class MedianReporter final : public benchmark::ConsoleReporter {
+public:
+    MedianReporter() : ConsoleReporter(OO_None) {}
+
+    void ReportRuns(const std::vector<Run> &runs) override {
+        for (const Run &run : runs) {
+            if (run.aggregate_name == "median") {
+                medians[run.run_name.function_name] = run.GetAdjustedCPUTime();
+                ConsoleReporter::ReportRuns({run});
+            }
+        }
+    }
+
+    void PrintComparison(const std::string &ours, const std::string &direct) {
+        const double added = medians[ours] - medians[direct];
+        std::printf("%-14s %6.2f x %-12s (%+.1f ns)\n", ours.c_str(),
+                    medians[ours] / medians[direct], direct.c_str(), added);
+    }
+
+private:
+    std::map<std::string, double> medians;
+};
+
+} // namespace
+
+int main(int argumentCount, char *arguments[]) {
+    std::vector<char *> all(arguments, arguments + argumentCount);
+    char repetitions[] = "--benchmark_repetitions=9";
+    char medianOnly[] = "--benchmark_report_aggregates_only=true";
+    char interleaved[] = "--benchmark_enable_random_interleaving=true";
+    all.insert(all.begin() + 1, {repetitions, medianOnly, interleaved});
+    auto count = static_cast<int>(all.size());
+    benchmark::Initialize(&count, all.data());
+    MedianReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    reporter.PrintComparison("ReadRegister", "DirectRead");
+    reporter.PrintComparison("WriteRegister", "DirectWrite");
+}
