@@ -346,6 +346,25 @@ TEST(SimulatedBoardTest, EachHeaterWarmsItsOwnRemoteWithALag) {
     }
 }
 
+TEST_P(VariantTest, StatusShowsWhichTemperaturesAreOutsideTheirLimits) {
+    const struct {
+        uint8_t limit, value, status1;
+        bool masked;
+    } cases[] = {{0x0B, 0, 0x80, false},  {0x0C, 255, 0x40, true}, {0x0E, 0, 0x20, false},
+                 {0x0F, 255, 0x10, true}, {0x11, 0, 0x04, false},  {0x12, 255, 0x02, true}};
+    for (const auto &c : cases) {
+        TestBoard test(GetParam());
+        EXPECT_EQ(test.Read(0x4F), 0);
+        EXPECT_EQ(test.Read(0x51), 0);
+        test.Write(c.limit, c.value);
+        const bool there = GetParam() == Variant::ZTM7720 || c.limit < 0x11;
+        EXPECT_EQ(test.Read(0x4F), there ? c.status1 : 0);
+        EXPECT_EQ(test.Read(0x51), there && !c.masked ? 0x01 : 0);
+        test.Write(0x08, 0x00);
+        EXPECT_EQ(test.Read(0x51), there ? 0x01 : 0);
+    }
+}
+
 TEST(SimulatedBoardTest, TemperaturesHoldWhileMonitoringIsOff) {
     TestBoard test;
     test.SetHeaters(100, 100);

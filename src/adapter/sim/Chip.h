@@ -17,7 +17,7 @@ public:
     explicit Chip(Variant variant) : registers(variant) {}
 
     /// Brings the tach registers and, while monitoring is on (bit 0 of Configuration1), the
-    /// temperature registers up to date with the bench.
+    /// temperature registers up to date with the bench, and the status registers with the limits.
     void Measure(const Bench &bench);
 
     /// Reads any address. Reading the low register of a measured pair holds the high byte that
@@ -29,6 +29,7 @@ public:
     void Write(uint8_t address, uint8_t data);
 
 private:
+    void CompareLimits();
     void SetPair(uint8_t lowAddress, RegisterPair pair);
 
     static constexpr std::array<uint8_t, 5> measuredPairs = {LocalTemperature, Remote1Temperature,

@@ -12,11 +12,20 @@ enum class Variant : uint8_t { ZTM7710, ZTM7720 };
 enum RegisterAddress : uint8_t {
     Configuration1 = 0x01,
     Configuration2 = 0x02,
+    Mask1 = 0x08,
+    LocalHighLimit = 0x0B,
+    LocalLowLimit = 0x0C,
+    Remote1HighLimit = 0x0E,
+    Remote1LowLimit = 0x0F,
+    Remote2HighLimit = 0x11,
+    Remote2LowLimit = 0x12,
     LocalTemperature = 0x40,
     Remote1Temperature = 0x42,
     Remote2Temperature = 0x44,
     Tach1 = 0x4A,
-    Tach2 = 0x4C
+    Tach2 = 0x4C,
+    Status1 = 0x4F,
+    Status3 = 0x51
 };
 
 /// The storage behind the 256 register addresses of one chip, without any behaviour: which
