@@ -4,8 +4,19 @@
 
 #include <QApplication>
 #include <QLabel>
+#include <QScopedValueRollback>
 
 namespace ztm {
+
+namespace {
+
+bool messageShown = false;
+
+} // namespace
+
+bool IsMessageShown() {
+    return messageShown;
+}
 
 QString DefaultTitle() {
     return FamilyText() + QStringLiteral(" Evaluation Software");
@@ -18,6 +29,7 @@ void ShowMessage(const QString &text, const QString &title, QMessageBox::Icon ic
     if (auto *label = box.findChild<QLabel *>(QStringLiteral("qt_msgbox_label"))) {
         label->setMinimumWidth(label->fontMetrics().horizontalAdvance(title) * 3 / 2);
     }
+    const QScopedValueRollback<bool> shown(messageShown, true);
     box.exec();
 }
 

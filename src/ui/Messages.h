@@ -7,6 +7,9 @@ namespace ztm {
 /// The program's default title for messages without one of their own.
 QString DefaultTitle();
 
+/// Whether a message is on screen: no monitor tick runs meanwhile.
+bool IsMessageShown();
+
 /// Shows a message with an OK button and returns when the user has closed it.
 void ShowMessage(const QString &text, const QString &title,
                  QMessageBox::Icon icon = QMessageBox::NoIcon);

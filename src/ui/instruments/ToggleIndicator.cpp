@@ -32,13 +32,19 @@ QPainterPath Tick() {
 
 ToggleIndicator::ToggleIndicator(QWidget *parent) : QWidget(parent) {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    TellState();
 }
 
 void ToggleIndicator::SetAlarm(bool on) {
     if (alarm != on) {
         alarm = on;
+        TellState();
         update();
     }
+}
+
+void ToggleIndicator::TellState() {
+    setAccessibleDescription(alarm ? tr("Alarm") : tr("OK"));
 }
 
 QSize ToggleIndicator::sizeHint() const {

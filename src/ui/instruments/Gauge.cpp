@@ -1,0 +1,342 @@
+#include "ui/instruments/Gauge.h"
+
+#include <QAccessible>
+#include <QKeyEvent>
+#include <QMouseEvent>
+
+#include <cmath>
+
+namespace ztm {
+namespace {
+
+constexpr int fastSteps = 10;
+
+bool IsArrow(int key) {
+    return key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_Left || key == Qt::Key_Right;
+}
+
+} // namespace
+
+Gauge::Gauge(QWidget *parent) : QWidget(parent) {
+    setFocusPolicy(Qt::StrongFocus);
+    setMouseTracking(true);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    UpdateFace();
+}
+
+QSize Gauge::sizeHint() const {
+    const int side = 15 * fontMetrics().height();
+    return {side, side};
+}
+
+QSize Gauge::minimumSizeHint() const {
+    const int side = 8 * fontMetrics().height();
+    return {side, side};
+}
+
+void Gauge::Show(double &shown, double value) {
+    if (shown != value && !std::isnan(value)) {
+        shown = value;
+        update();
+    }
+}
+
+void Gauge::SetNeedle(double value) {
+    Show(needle, Clamped(value));
+}
+
+void Gauge::SetBand0Start(double value) {
+    Show(band0.start, value);
+}
+
+void Gauge::SetBand0End(double value) {
+    Show(band0.end, value);
+}
+
+void Gauge::SetBand1Start(double value) {
+    Show(band1.start, value);
+}
+
+void Gauge::SetBand1End(double value) {
+    Show(band1.end, value);
+}
+
+void Gauge::SetLowPointer(double value) {
+    SetPointer(lowPointerNumber, value);
+}
+
+void Gauge::SetHighPointer(double value) {
+    SetPointer(highPointerNumber, value);
+}
+
+void Gauge::SetPointer(int pointer, double value) {
+    Show(Pointer(pointer), Clamped(value));
+    UpdateDescription();
+}
+
+void Gauge::SetMinimum(double value) {
+    SetRange(value, qMax(value, maximum));
+}
+
+void Gauge::SetMaximum(double value) {
+    SetRange(qMin(value, minimum), value);
+}
+
+void Gauge::SetRange(double from, double to) {
+    if (!std::isfinite(from) || !std::isfinite(to) || (from == minimum && to == maximum)) {
+        return;
+    }
+    minimum = from;
+    maximum = to;
+    SetNeedle(needle);
+    SetLowPointer(low);
+    SetHighPointer(high);
+    UpdateFace();
+    update();
+}
+
+void Gauge::SetLowPointerVisible(bool visible) {
+    if (lowVisible == visible) {
+        return;
+    }
+    if (move.pointer == lowPointerNumber) {
+        move = {};
+    }
+    lowVisible = visible;
+    selected = visible ? lowPointerNumber : highPointerNumber;
+    UpdateDescription();
+    update();
+}
+
+void Gauge::SetCaption(const QString &text) {
+    if (caption != text) {
+        caption = text;
+        UpdateCaptionFont();
+        UpdateDescription();
+        update();
+    }
+}
+
+/// The text for assistive tools; without them it is not worth its time.
+void Gauge::UpdateDescription() {
+    if (!QAccessible::isActive()) {
+        return;
+    }
+    const QString highText = tr("high %1").arg(high);
+    const QString text = lowVisible ? tr("%1, low %2, %3").arg(caption).arg(low).arg(highText)
+                                    : tr("%1, %2").arg(caption, highText);
+    if (text != accessibleDescription()) {
+        setAccessibleDescription(text);
+    }
+}
+
+void Gauge::Begin(Means means, int pointer) {
+    move = {};
+    move.means = means;
+    move.pointer = pointer;
+    move.start = Pointer(pointer);
+    if (selected != pointer) {
+        selected = pointer;
+        update();
+    }
+}
+
+/// Moves the pointer in hand, up to the other one. A pointer that the program has set past the
+/// other can only come back.
+void Gauge::MoveTo(double value) {
+    const double current = Pointer(move.pointer);
+    double bounded = Clamped(value);
+    if (move.pointer == lowPointerNumber) {
+        bounded = qMin(bounded, qMax(high, current));
+    } else if (lowVisible) {
+        bounded = qMax(bounded, qMin(low, current));
+    }
+    if (bounded != current) {
+        move.moved = true;
+        SetPointer(move.pointer, bounded);
+        emit PointerMoving();
+    }
+}
+
+void Gauge::DragTo(const QPointF &position) {
+    // A click on a handle is no move.
+    if (move.moved || position != move.pressed) {
+        const double degrees = DegreesAt(move.pointer, position) + move.heldDegrees;
+        MoveTo(ValueAt(degrees, Pointer(move.pointer)));
+    }
+}
+
+void Gauge::Finish() {
+    const bool moved = move.moved;
+    move = {};
+    if (moved) {
+        emit PointerChanged();
+    }
+}
+
+/// Something else than the user ends the move: what the keys did stays, while a drag that was
+/// not released has not been decided on.
+void Gauge::Interrupt() {
+    if (move.means == Means::Mouse) {
+        PutBack();
+    } else {
+        Finish();
+    }
+}
+
+void Gauge::PutBack() {
+    const Move ended = move;
+    move = {};
+    if (Pointer(ended.pointer) != ended.start) {
+        SetPointer(ended.pointer, ended.start);
+        emit PointerMoving();
+    }
+}
+
+void Gauge::SelectPointer(int pointer) {
+    Finish();
+    if (lowVisible && selected != pointer) {
+        selected = pointer;
+        update();
+    }
+}
+
+bool Gauge::event(QEvent *event) {
+    switch (event->type()) {
+    case QEvent::ShortcutOverride:
+        // Escape belongs to the move in hand, not to the window.
+        if (move.means != Means::None && static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape) {
+            event->accept();
+            return true;
+        }
+        break;
+    case QEvent::FocusIn:
+        UpdateDescription();
+        update();
+        break;
+    case QEvent::FocusOut:
+        update();
+        [[fallthrough]];
+    case QEvent::UngrabMouse:
+    case QEvent::Hide:
+        Interrupt();
+        break;
+    default:
+        break;
+    }
+    return QWidget::event(event);
+}
+
+void Gauge::changeEvent(QEvent *event) {
+    if (event->type() == QEvent::FontChange) {
+        UpdateFace();
+        updateGeometry();
+    } else if (event->type() == QEvent::EnabledChange) {
+        Interrupt();
+    }
+    QWidget::changeEvent(event);
+}
+
+void Gauge::resizeEvent(QResizeEvent * /*event*/) {
+    UpdateFace();
+}
+
+void Gauge::mousePressEvent(QMouseEvent *event) {
+    const int pointer = PointerAt(event->position());
+    if (event->button() != Qt::LeftButton || pointer == 0 || move.means == Means::Mouse) {
+        event->ignore();
+        return;
+    }
+    Finish();
+    Begin(Means::Mouse, pointer);
+    move.pressed = event->position();
+    // A handle taken off its middle keeps its distance from the mouse, so that it does not jump.
+    // Within a pixel, the middle is meant.
+    const QPointF middle = HandleMiddle(pointer);
+    if (QLineF(middle, move.pressed).length() > 1) {
+        move.heldDegrees = DegreesOf(Pointer(pointer)) - DegreesAt(pointer, move.pressed);
+    }
+    UpdateCursor(event->position());
+}
+
+void Gauge::mouseMoveEvent(QMouseEvent *event) {
+    if (move.means == Means::Mouse) {
+        if ((event->buttons() & Qt::LeftButton) != 0) {
+            DragTo(event->position());
+        } else {
+            Finish(); // the release went elsewhere
+        }
+    }
+    UpdateCursor(event->position());
+}
+
+void Gauge::mouseReleaseEvent(QMouseEvent *event) {
+    if (event->button() == Qt::LeftButton && move.means == Means::Mouse) {
+        DragTo(event->position());
+        Finish();
+    }
+    UpdateCursor(event->position());
+}
+
+void Gauge::UpdateCursor(const QPointF &position) {
+    if (move.means == Means::Mouse) {
+        setCursor(Qt::ClosedHandCursor);
+    } else if (PointerAt(position) != 0) {
+        setCursor(Qt::OpenHandCursor);
+    } else {
+        unsetCursor();
+    }
+}
+
+/// How many steps a key means, upwards; 0 for another key.
+int Gauge::StepsOf(const QKeyEvent &event) const {
+    if ((event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) != 0) {
+        return 0;
+    }
+    const int size = (event.modifiers() & Qt::ShiftModifier) != 0 ? fastSteps : 1;
+    switch (event.key()) {
+    case Qt::Key_Up:
+    case Qt::Key_Right:
+        return size;
+    case Qt::Key_Down:
+    case Qt::Key_Left:
+        return -size;
+    default:
+        return 0;
+    }
+}
+
+void Gauge::keyPressEvent(QKeyEvent *event) {
+    const int steps = StepsOf(*event);
+    const bool plain = event->modifiers() == Qt::NoModifier;
+    if (event->key() == Qt::Key_Escape && move.means != Means::None) {
+        PutBack();
+    } else if (move.means == Means::Mouse) {
+        return; // the mouse has the pointer
+    } else if (steps != 0) {
+        if (move.means == Means::None) {
+            Begin(Means::Keys, selected);
+        }
+        MoveTo(Pointer(selected) + steps * singleStep);
+    } else if (plain && event->key() == Qt::Key_Space) {
+        SelectPointer(selected == lowPointerNumber ? highPointerNumber : lowPointerNumber);
+    } else if (plain && event->key() == Qt::Key_L) {
+        SelectPointer(lowPointerNumber);
+    } else if (plain && event->key() == Qt::Key_H) {
+        SelectPointer(highPointerNumber);
+    } else {
+        QWidget::keyPressEvent(event);
+    }
+}
+
+void Gauge::keyReleaseEvent(QKeyEvent *event) {
+    if (move.means == Means::Keys && IsArrow(event->key())) {
+        if (!event->isAutoRepeat()) {
+            Finish();
+        }
+    } else {
+        QWidget::keyReleaseEvent(event);
+    }
+}
+
+} // namespace ztm

@@ -1,0 +1,194 @@
+#pragma once
+
+#include <QFont>
+#include <QLineF>
+#include <QList>
+#include <QWidget>
+
+#include <algorithm>
+
+namespace ztm {
+
+/// A round instrument: a needle and two coloured bands on a scale, a caption below, and two
+/// handles, low (L) and high (H), that the user drags along the scale or moves with the keys.
+///
+/// The scale runs clockwise over 270 degrees, from the lower left to the lower right. Needle and
+/// pointers always lie between `minimum` and `maximum`: setting them clamps, and reading gives
+/// the clamped value. A band is drawn where its start lies below its end. Values that are not a
+/// number are ignored.
+///
+/// The arrow keys move the pointer with the focus ring by `singleStep`, with Shift by ten; Space,
+/// L and H choose the pointer; Escape puts back a pointer that is being moved. The user cannot
+/// move one pointer past the other. The signals tell of the user's actions only.
+class Gauge : public QWidget {
+    Q_OBJECT
+    Q_PROPERTY(double needle READ Needle WRITE SetNeedle)
+    Q_PROPERTY(double lowPointer READ LowPointer WRITE SetLowPointer)
+    Q_PROPERTY(double highPointer READ HighPointer WRITE SetHighPointer)
+    Q_PROPERTY(double band0Start READ Band0Start WRITE SetBand0Start)
+    Q_PROPERTY(double band0End READ Band0End WRITE SetBand0End)
+    Q_PROPERTY(double band1Start READ Band1Start WRITE SetBand1Start)
+    Q_PROPERTY(double band1End READ Band1End WRITE SetBand1End)
+    Q_PROPERTY(double minimum READ Minimum WRITE SetMinimum)
+    Q_PROPERTY(double maximum READ Maximum WRITE SetMaximum)
+    Q_PROPERTY(double singleStep READ SingleStep WRITE SetSingleStep)
+    Q_PROPERTY(bool lowPointerVisible READ IsLowPointerVisible WRITE SetLowPointerVisible)
+    Q_PROPERTY(QString caption READ Caption WRITE SetCaption)
+
+public:
+    /// The numbers of the two pointers.
+    static constexpr int lowPointerNumber = 2;
+    static constexpr int highPointerNumber = 3;
+
+    /// A scale from 0 to 100, with the pointers at its ends.
+    explicit Gauge(QWidget *parent = nullptr);
+
+    double Needle() const { return needle; }
+    void SetNeedle(double value);
+
+    double LowPointer() const { return low; }
+    void SetLowPointer(double value);
+    double HighPointer() const { return high; }
+    void SetHighPointer(double value);
+
+    /// The thick band on the scale.
+    double Band0Start() const { return band0.start; }
+    void SetBand0Start(double value);
+    double Band0End() const { return band0.end; }
+    void SetBand0End(double value);
+
+    /// The thin band inside the scale.
+    double Band1Start() const { return band1.start; }
+    void SetBand1Start(double value);
+    double Band1End() const { return band1.end; }
+    void SetBand1End(double value);
+
+    /// The ends of the scale. An end set beyond the other takes the other along.
+    double Minimum() const { return minimum; }
+    void SetMinimum(double value);
+    double Maximum() const { return maximum; }
+    void SetMaximum(double value);
+
+    /// How far an arrow key moves a pointer.
+    double SingleStep() const { return singleStep; }
+    void SetSingleStep(double step) { singleStep = step; }
+
+    /// A hidden low pointer keeps its value, cannot be moved by the user and does not stop the
+    /// high one.
+    bool IsLowPointerVisible() const { return lowVisible; }
+    void SetLowPointerVisible(bool visible);
+
+    QString Caption() const { return caption; }
+    void SetCaption(const QString &text);
+
+    /// Where the middle of a pointer's handle (2 low, 3 high) stands for a value, in widget
+    /// coordinates. Dragging from the position of one value to that of another moves the pointer
+    /// from the one to the other.
+    Q_INVOKABLE QPointF PointerPosition(int pointer, double value) const;
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+signals:
+    /// The user has moved a pointer, and may move it further.
+    void PointerMoving();
+
+    /// The user has finished moving a pointer: once for each drag or press of a key that moved it.
+    void PointerChanged();
+
+protected:
+    bool event(QEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void keyReleaseEvent(QKeyEvent *event) override;
+
+private:
+    struct Band {
+        double start = 0;
+        double end = 0;
+    };
+
+    /// What the size, the font and the ends of the scale decide.
+    struct Face {
+        struct Number {
+            QPointF baseline;
+            QString text;
+        };
+        QPointF centre;
+        double unit = 1; // a hundredth of the diameter
+        QFont numberFont;
+        QFont letterFont;
+        QList<QLineF> majorTicks;
+        QList<QLineF> minorTicks;
+        QList<Number> numbers;
+    };
+
+    enum class Means { None, Mouse, Keys };
+
+    /// The user's move of a pointer, while it lasts.
+    struct Move {
+        Means means = Means::None;
+        int pointer = 0;
+        double start = 0;       // the value to go back to
+        QPointF pressed;        // where the mouse took the handle
+        double heldDegrees = 0; // from there to the middle of the handle
+        bool moved = false;
+    };
+
+    double Clamped(double value) const { return std::clamp(value, minimum, maximum); }
+    double &Pointer(int number) { return number == lowPointerNumber ? low : high; }
+    void Show(double &shown, double value);
+    void SetRange(double from, double to);
+    void SetPointer(int pointer, double value);
+    void UpdateDescription();
+
+    void Begin(Means means, int pointer);
+    void MoveTo(double value);
+    void DragTo(const QPointF &position);
+    void Finish();
+    void Interrupt();
+    void PutBack();
+    void SelectPointer(int pointer);
+    void UpdateCursor(const QPointF &position);
+    int StepsOf(const QKeyEvent &event) const;
+
+    double DegreesOf(double value) const;
+    double DegreesAt(int pointer, const QPointF &position) const;
+    double ValueAt(double degrees, double current) const;
+    QPointF HandleMiddle(int pointer) const;
+    int PointerAt(const QPointF &position) const;
+
+    void UpdateFace();
+    void AddTicks();
+    void AddNumber(double value);
+    void UpdateCaptionFont();
+    QPointF OnFace(double degrees, double radius) const;
+    void DrawArc(QPainter &painter, const Band &band, double radius, double thickness,
+                 const QColor &colour) const;
+    void DrawScale(QPainter &painter) const;
+    void DrawNeedle(QPainter &painter) const;
+    void DrawHandle(QPainter &painter, int pointer) const;
+    void DrawCaption(QPainter &painter) const;
+
+    double minimum = 0;
+    double maximum = 100;
+    double singleStep = 1;
+    double needle = 0;
+    double low = 0;
+    double high = 100;
+    bool lowVisible = true;
+    Band band0;
+    Band band1;
+    QString caption;
+    QFont captionFont;
+    Face face;
+    Move move;
+    int selected = lowPointerNumber;
+};
+
+} // namespace ztm

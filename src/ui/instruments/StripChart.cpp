@@ -1,0 +1,314 @@
+#include "ui/instruments/StripChart.h"
+
+#include "ui/instruments/StripChartPlottable.h"
+
+#include <QAccessible>
+#include <QEvent>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace ztm {
+namespace {
+
+using Label = StripChartSetup::Label;
+
+constexpr int focusFrame = 2;
+constexpr double readableContrast = 4.5;
+constexpr qint64 millisecondsBetweenDescriptions = 2000;
+
+/// Relative luminance, 0 to 1.
+double Luminance(const QColor &colour) {
+    const auto linear = [](double part) {
+        return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
+           0.0722 * linear(colour.blueF());
+}
+
+/// The colour, as much lighter or darker as it takes to stand out from the ground.
+QColor Readable(const QColor &colour, const QColor &ground) {
+    const double groundLuminance = Luminance(ground);
+    const bool lighter = groundLuminance < 0.18;
+    QColor result = colour;
+    for (int step = 0; step < 20; ++step) {
+        const auto [low, high] = std::minmax({Luminance(result), groundLuminance});
+        if ((high + 0.05) / (low + 0.05) >= readableContrast) {
+            break;
+        }
+        const double target = lighter ? 1.0 : 0.0;
+        const auto nearer = [&](double part) {
+            return static_cast<float>(part + (target - part) * 0.12);
+        };
+        result = QColor::fromRgbF(nearer(result.redF()), nearer(result.greenF()),
+                                  nearer(result.blueF()));
+    }
+    return result;
+}
+
+QColor Mix(const QColor &first, const QColor &second, double share) {
+    const auto mixed = [share](float from, float to) {
+        return from + (to - from) * static_cast<float>(share);
+    };
+    return QColor::fromRgbF(mixed(first.redF(), second.redF()),
+                            mixed(first.greenF(), second.greenF()),
+                            mixed(first.blueF(), second.blueF()));
+}
+
+} // namespace
+
+StripChart::StripChart(const ChannelHistory &source, StripChartSetup shown, QWidget *parent)
+    : QWidget(parent)
+    , history(source)
+    , setup(std::move(shown))
+    , columns(std::make_unique<StripChartColumns>(source))
+    , plot(new QCustomPlot(this))
+    , windowSpan(setup.visibleSeconds) {
+    setFocusPolicy(Qt::StrongFocus);
+    setMouseTracking(true);
+    // Every event comes to this widget; the plot only paints.
+    plot->setAttribute(Qt::WA_TransparentForMouseEvents);
+    plot->setFocusPolicy(Qt::NoFocus);
+    plot->setInteractions(QCP::Interactions());
+    plot->setPlottingHints(QCP::phCacheLabels);
+    plot->setNotAntialiasedElements(QCP::aeAll);
+    plot->setLocale(QLocale::c());
+    plot->layer(QStringLiteral("overlay"))->setMode(QCPLayer::lmLogical);
+    SetupAxes();
+    SetupTraces();
+    SetupLabels();
+    ApplyPalette();
+    connect(plot, &QCustomPlot::beforeReplot, this, &StripChart::BeforeReplot);
+    connect(plot, &QCustomPlot::afterLayout, this, [this] {
+        // Tick labels of another width have moved the plot's edges: the columns follow.
+        if (columns->Count() != qRound(PlotRect().width() * plot->bufferDevicePixelRatio())) {
+            Redraw();
+        }
+    });
+}
+
+StripChart::~StripChart() {
+    // The traces read the columns to the last.
+    delete plot;
+}
+
+void StripChart::SetupAxes() {
+    const auto range = [](const StripChartSetup::ValueAxis &axis) {
+        return QCPRange(axis.minimum, axis.maximum);
+    };
+    plot->yAxis->setRange(range(setup.left));
+    plot->yAxis2->setRange(range(setup.right.value_or(setup.left)));
+    plot->yAxis2->setVisible(setup.right.has_value());
+    plot->xAxis->setTicker(QSharedPointer<QCPAxisTicker>(new TimeOfDayTicker));
+    const QCPLineEnding arrow(QCPLineEnding::esFlatArrow, 9, 9);
+    for (QCPAxis *axis : {plot->xAxis, plot->yAxis, plot->yAxis2}) {
+        axis->setNumberFormat(QStringLiteral("g"));
+        axis->setSubTicks(false);
+        axis->setLowerEnding(arrow);
+        axis->setUpperEnding(arrow);
+        axis->setLabelPadding(2);
+        axis->setTickLabelPadding(8); // clear of the arrows
+        axis->grid()->setZeroLinePen(Qt::NoPen);
+    }
+    plot->xAxis->setOffset(10); // keeps its arrows clear of those of the value axes
+    // Room for half a time label at either side, and for the arrows.
+    plot->axisRect()->setMinimumMargins(QMargins(20, 12, 24, 16));
+}
+
+void StripChart::SetupTraces() {
+    for (const auto &trace : setup.traces) {
+        QCPAxis *axis = trace.rightAxis && setup.right ? plot->yAxis2 : plot->yAxis;
+        traces.push_back(new StripChartPlottable(plot->xAxis, axis, *columns, trace.channel));
+        // Above the axes: the newest column is at the line of one.
+        traces.back()->setLayer(QStringLiteral("legend"));
+    }
+    cursor = new StripChartCursor(plot);
+}
+
+void StripChart::SetupLabels() {
+    // Below the traces: no label ever covers a value.
+    plot->addLayer(QStringLiteral("labels"), plot->layer(QStringLiteral("grid")));
+    const auto newText = [this] {
+        auto *item = new QCPItemText(plot);
+        item->setClipToAxisRect(false);
+        item->setPadding(QMargins(3, 0, 3, 0));
+        return item;
+    };
+    for (const auto &label : setup.labels) {
+        QCPItemText *item = nullptr;
+        if (label.place == Label::Place::AtPosition) {
+            item = newText();
+            item->setLayer(QStringLiteral("labels"));
+            item->setPositionAlignment(Qt::AlignLeft | Qt::AlignTop);
+            item->position->setType(QCPItemPosition::ptViewportRatio);
+            item->position->setCoords(label.position);
+        }
+        labelItems.push_back(item);
+    }
+    awaySign = newText();
+    awaySign->setLayer(QStringLiteral("overlay"));
+    awaySign->setText(tr("Not live: double click or End to return"));
+    awaySign->setPositionAlignment(Qt::AlignHCenter | Qt::AlignTop);
+    awaySign->position->setType(QCPItemPosition::ptAxisRectRatio);
+    awaySign->position->setCoords(0.5, 0.02);
+    awaySign->setVisible(false);
+    for (int entry = 0; entry < static_cast<int>(setup.labels.size()); ++entry) {
+        SetLabel(entry, setup.labels[static_cast<size_t>(entry)].text);
+    }
+}
+
+QStringList StripChart::Labels() const {
+    QStringList texts;
+    for (const auto &label : setup.labels) {
+        texts.append(label.text);
+    }
+    return texts;
+}
+
+void StripChart::SetLabel(int entry, const QString &text) {
+    const auto index = static_cast<size_t>(entry);
+    Label &label = setup.labels.at(index);
+    label.text = text;
+    if (auto *item = labelItems[index]) {
+        item->setText(text);
+        item->setVisible(!text.isEmpty());
+    } else {
+        (label.place == Label::Place::LeftAxisTitle ? plot->yAxis : plot->yAxis2)->setLabel(text);
+    }
+    Redraw();
+}
+
+void StripChart::SetLabelVerticalPosition(int entry, double fraction) {
+    const auto index = static_cast<size_t>(entry);
+    setup.labels.at(index).position.setY(fraction);
+    if (auto *item = labelItems[index]) {
+        item->position->setCoords(setup.labels[index].position);
+    }
+    Redraw();
+}
+
+double StripChart::LabelVerticalPosition(int entry) const {
+    return setup.labels.at(static_cast<size_t>(entry)).position.y();
+}
+
+double StripChart::LastValue(int trace) const {
+    return history.LastValue(setup.traces.at(static_cast<size_t>(trace)).channel);
+}
+
+void StripChart::HistoryChanged() {
+    if (!isVisible()) {
+        return;
+    }
+    Redraw();
+    if (QAccessible::isActive() &&
+        (!sinceDescribed.isValid() || sinceDescribed.hasExpired(millisecondsBetweenDescriptions))) {
+        DescribeLastValues();
+    }
+}
+
+void StripChart::DescribeLastValues() {
+    sinceDescribed.start();
+    QStringList values;
+    for (const auto &trace : setup.traces) {
+        const float value = history.LastValue(trace.channel);
+        if (!std::isnan(value)) {
+            values.append(NameOf(trace) + QLatin1Char(' ') +
+                          QString::number(value, 'f', trace.decimals) + trace.unit);
+        }
+    }
+    setAccessibleDescription(values.join(QStringLiteral(", ")));
+}
+
+/// Any number of calls until the next turn of the event loop paint once.
+void StripChart::Redraw() {
+    if (isVisible() && !window()->isMinimized()) {
+        plot->replot(QCustomPlot::rpQueuedReplot);
+    }
+}
+
+void StripChart::BeforeReplot() {
+    const double ratio = devicePixelRatioF();
+    if (plot->bufferDevicePixelRatio() != ratio) {
+        plot->setBufferDevicePixelRatio(ratio);
+    }
+    const QRectF rect = PlotRect();
+    const int count = qRound(rect.width() * ratio);
+    if (count <= 0) {
+        return;
+    }
+    const double width = windowSpan / count;
+    if (live) {
+        windowEnd = LiveEnd();
+    }
+    const double lastColumn = std::floor(windowEnd / width);
+    const auto begin = static_cast<int64_t>(lastColumn) + 1 - count;
+    columns->Update(width, begin, count);
+    const double start = static_cast<double>(begin) * width;
+    plot->xAxis->setRange(start, start + windowSpan);
+    plot->xAxis->ticker()->setTickCount(std::max(2, static_cast<int>(rect.width()) / 90));
+    for (QCPAxis *axis : {plot->yAxis, plot->yAxis2}) {
+        axis->ticker()->setTickCount(std::max(2, static_cast<int>(rect.height()) / 45));
+    }
+    awaySign->setVisible(!live);
+    UpdateCursor();
+}
+
+void StripChart::ApplyPalette() {
+    const QColor ground = palette().color(QPalette::Base);
+    const QColor ink = palette().color(QPalette::Text);
+    plot->setBackground(ground);
+    for (QCPAxis *axis : {plot->xAxis, plot->yAxis, plot->yAxis2}) {
+        axis->setBasePen(ink);
+        axis->setTickPen(ink);
+        axis->setTickLabelColor(ink);
+        axis->setLabelColor(ink);
+        axis->setTickLabelFont(font());
+        axis->setLabelFont(font());
+        axis->grid()->setPen(Mix(ground, ink, 0.18));
+    }
+    for (size_t index = 0; index < traces.size(); ++index) {
+        traces[index]->setPen(Readable(setup.traces[index].colour, ground));
+    }
+    QFont bold = font();
+    bold.setBold(true);
+    for (size_t index = 0; index < labelItems.size(); ++index) {
+        if (auto *item = labelItems[index]) {
+            const QColor colour = setup.labels[index].colour;
+            item->setColor(colour.isValid() ? Readable(colour, ground) : ink);
+            item->setBrush(ground);
+            item->setFont(bold);
+        }
+    }
+    awaySign->setColor(palette().color(QPalette::HighlightedText));
+    awaySign->setBrush(palette().color(QPalette::Highlight));
+    awaySign->setFont(font());
+    cursor->ground = ground;
+    cursor->ink = ink;
+    Redraw();
+}
+
+void StripChart::changeEvent(QEvent *event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange) {
+        ApplyPalette();
+    }
+}
+
+void StripChart::showEvent(QShowEvent *event) {
+    QWidget::showEvent(event);
+    Redraw();
+}
+
+void StripChart::resizeEvent(QResizeEvent *event) {
+    QWidget::resizeEvent(event);
+    plot->setGeometry(rect().adjusted(focusFrame, focusFrame, -focusFrame, -focusFrame));
+}
+
+void StripChart::paintEvent(QPaintEvent * /*event*/) {
+    // What the plot leaves free of this widget is the frame.
+    QPainter painter(this);
+    painter.fillRect(rect(), palette().color(hasFocus() ? QPalette::Highlight : QPalette::Mid));
+}
+
+} // namespace ztm

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "monitor/ChannelHistory.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace ztm {
+
+/// The pixel columns of a strip chart: column k stands for the time from k to k + 1 column
+/// widths, counted from the origin of time, so that a column keeps its samples while the chart
+/// scrolls. Columns that stay in sight are not asked for again.
+class StripChartColumns {
+public:
+    explicit StripChartColumns(const ChannelHistory &source) : history(source) {}
+
+    /// Brings `count` columns of `width` seconds up to date, the leftmost being column `begin`.
+    void Update(double width, int64_t begin, int count);
+
+    int64_t Begin() const { return first; }
+    int Count() const { return static_cast<int>(extents.size()); }
+    double Width() const { return seconds; }
+    /// The column, counted from the origin, that holds a time.
+    int64_t ColumnOf(double time) const;
+    /// Where column `index` begins, 0 being the leftmost one.
+    double TimeOf(int index) const { return static_cast<double>(first + index) * seconds; }
+
+    /// A channel in column `index`, 0 being the leftmost one.
+    const Extent &At(int channel, int index) const {
+        return extents[Slot(first + index)][static_cast<size_t>(channel)];
+    }
+
+    /// The channel's extremes over all columns.
+    Extent Whole(int channel) const;
+
+    const ChannelHistory &History() const { return history; }
+
+private:
+    size_t Slot(int64_t column) const;
+
+    const ChannelHistory &history;
+    std::vector<std::array<Extent, ChannelHistory::channelCount>> extents;
+    double seconds = 0;
+    int64_t first = 0;
+    int64_t settledUntil = 0; // columns before this one have all their samples
+    uint64_t generation = 0;
+    uint64_t sampleCount = 0;
+};
+
+} // namespace ztm

@@ -1,0 +1,466 @@
+#include "ui/instruments/StripChart.h"
+
+#include <qcustomplot.h>
+
+#include <QClipboard>
+#include <QFile>
+#include <QMenu>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+
+namespace ztm::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+
+constexpr double interval = 0.030;
+constexpr double noon = 12 * 3600;
+constexpr QColor temperatureColour(200, 0, 0);
+constexpr QColor fanColour(0, 0, 200);
+
+class StripChartTest : public testing::Test {
+protected:
+    StripChartTest() : chart(history, TwoTraces()) {
+        chart.resize(700, 400);
+        chart.show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&chart));
+        QObject::connect(Plot(), &QCustomPlot::afterReplot, &chart, [this] { ++replots; });
+        Settle();
+    }
+
+    static StripChartSetup TwoTraces() {
+        using Label = StripChartSetup::Label;
+        StripChartSetup setup;
+        setup.traces = {{0, "Local", temperatureColour, false, "°C", 1, 1},
+                        {3, "Fan1", fanColour, true, "RPM", 0, 3}};
+        setup.left = {0, 100};
+        setup.right = StripChartSetup::ValueAxis{0, 10000};
+        setup.labels = {{"Temperature", Label::Place::LeftAxisTitle, {}, {}},
+                        {"Local", Label::Place::AtPosition, {0.8, 0.1}, temperatureColour},
+                        {"Fan Speed", Label::Place::RightAxisTitle, {}, {}},
+                        {"Fan1", Label::Place::AtPosition, {0.8, 0.2}, fanColour}};
+        return setup;
+    }
+
+    QCustomPlot *Plot() { return chart.findChild<QCustomPlot *>(); }
+
+    void Append(float temperature, float fan = Extent::gap) {
+        constexpr float none = Extent::gap;
+        history.Append(time, {temperature, none, none, fan, none, none});
+        time += interval;
+        chart.HistoryChanged();
+    }
+
+    void AppendMany(int samples, float temperature, float fan = Extent::gap) {
+        for (int sample = 0; sample < samples; ++sample) {
+            Append(temperature, fan);
+        }
+        Settle();
+    }
+
+    /// Lets all painting that is due happen.
+    void Settle() {
+        for (int turn = 0; turn < 4; ++turn) {
+            QCoreApplication::sendPostedEvents();
+            QCoreApplication::processEvents();
+        }
+        QTest::qWait(1);
+    }
+
+    void Wheel(QPointF point, int notches) {
+        QWheelEvent event(point, chart.mapToGlobal(point), {}, {0, notches * 120}, Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(&chart, &event);
+        Settle();
+    }
+
+    void Hover(QPointF point) {
+        QMouseEvent move(QEvent::MouseMove, point, chart.mapToGlobal(point), Qt::NoButton,
+                         Qt::NoButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&chart, &move);
+        Settle();
+    }
+
+    void DragBy(QPoint from, QPoint by) {
+        QTest::mousePress(&chart, Qt::LeftButton, {}, from);
+        for (int step = 1; step <= 4; ++step) {
+            const QPointF point = from + by * step / 4;
+            QMouseEvent move(QEvent::MouseMove, point, chart.mapToGlobal(point), Qt::NoButton,
+                             Qt::LeftButton, Qt::NoModifier);
+            QCoreApplication::sendEvent(&chart, &move);
+            Settle();
+        }
+        QTest::mouseRelease(&chart, Qt::LeftButton, {}, from + by);
+        Settle();
+    }
+
+    void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::keyClick(&chart, key, modifiers);
+        Settle();
+    }
+
+    /// The seconds of the time at the cursor.
+    double CursorSecond() const {
+        return chart.CursorText().value(0).section(QLatin1Char(':'), -1).toDouble();
+    }
+
+    double Span() const { return chart.VisibleTo() - chart.VisibleFrom(); }
+    QPoint Middle() const {
+        return chart
+            .PointOf((chart.VisibleFrom() + chart.VisibleTo()) / 2,
+                     (chart.ValueRange().lower + chart.ValueRange().upper) / 2)
+            .toPoint();
+    }
+
+    /// The columns of the picture between two values on the left axis that hold a colour.
+    std::vector<int> ColumnsWith(QColor colour, double low, double high) {
+        const QImage picture = chart.grab().toImage();
+        const double ratio = chart.devicePixelRatioF();
+        const int top = qRound(chart.PointOf(0, high).y() * ratio);
+        const int bottom = qRound(chart.PointOf(0, low).y() * ratio);
+        const int left = qRound(chart.PointOf(chart.VisibleFrom(), 0).x() * ratio);
+        const int right = qRound(chart.PointOf(chart.VisibleTo(), 0).x() * ratio);
+        std::vector<int> found;
+        for (int x = left; x < right; ++x) {
+            for (int y = top; y < bottom; ++y) {
+                if (picture.pixelColor(x, y) == colour) {
+                    found.push_back(x - left);
+                    break;
+                }
+            }
+        }
+        return found;
+    }
+
+    ChannelHistory history;
+    StripChart chart;
+    double time = noon;
+    int replots = 0;
+};
+
+TEST_F(StripChartTest, ShowsLabelsAndLastValues) {
+    EXPECT_EQ(chart.property("traceCount").toInt(), 2);
+    EXPECT_EQ(chart.property("labels").toStringList(),
+              QStringList({"Temperature", "Local", "Fan Speed", "Fan1"}));
+    EXPECT_TRUE(std::isnan(chart.LastValue(0)));
+    Append(25.5F, 1200);
+    double value = 0;
+    EXPECT_TRUE(
+        QMetaObject::invokeMethod(&chart, "LastValue", Q_RETURN_ARG(double, value), Q_ARG(int, 1)));
+    EXPECT_EQ(value, 1200);
+
+    const auto labelPixels = [this] { return ColumnsWith(temperatureColour, 0, 100).size(); };
+    Settle();
+    const size_t before = labelPixels();
+    chart.SetLabel(1, QString());
+    Settle();
+    EXPECT_LT(labelPixels(), before);
+    EXPECT_EQ(chart.Labels().at(1), QString());
+    chart.SetLabelVerticalPosition(3, 0.12);
+    EXPECT_EQ(chart.LabelVerticalPosition(3), 0.12);
+    Settle();
+    const int top = qRound(0.12 * chart.height());
+    const auto row = chart.grab(QRect(0, top, chart.width(), 20)).toImage();
+    bool moved = false;
+    for (int x = row.width() * 3 / 4; x < row.width() * 9 / 10; ++x) {
+        for (int y = 0; y < row.height(); ++y) {
+            moved = moved || row.pixelColor(x, y) == fanColour;
+        }
+    }
+    EXPECT_TRUE(moved);
+}
+
+TEST_F(StripChartTest, ASpikeOfOneSampleIsSeenAtEveryZoom) {
+    chart.SetLabel(1, QString());
+    AppendMany(60'000, 20);
+    Append(80);
+    const double spikeTime = time - interval;
+    AppendMany(10, 20);
+    for (int zoom = 0; zoom < 60; ++zoom) {
+        const auto columns = ColumnsWith(temperatureColour, 70, 90);
+        ASSERT_THAT(columns, Not(IsEmpty())) << Span();
+        if (Span() > 50) {
+            // One column for the spike, and one for the way back from it.
+            ASSERT_LE(columns.size(), 2U) << Span();
+        }
+        ASSERT_LT(chart.VisibleFrom(), spikeTime);
+        Key(zoom < 20 ? Qt::Key_Plus : Qt::Key_Minus);
+    }
+    EXPECT_GT(Span(), 1800);
+}
+
+TEST_F(StripChartTest, AGapStaysOpenAndASlowTraceIsJoined) {
+    chart.SetLabel(1, QString());
+    AppendMany(500, 50);
+    time += 10;
+    Append(50); // 10 s without a sample: joined
+    AppendMany(300, 50);
+    Append(Extent::gap);
+    time += 10;
+    AppendMany(300, 50); // the same around a gap: open
+    const auto columns = ColumnsWith(temperatureColour, 48, 52);
+    ASSERT_THAT(columns, Not(IsEmpty()));
+    const double perSecond = static_cast<double>(ColumnsWith(Qt::white, 0, 100).size()) / Span();
+    std::vector<int> holes;
+    for (size_t index = 1; index < columns.size(); ++index) {
+        if (columns[index] != columns[index - 1] + 1) {
+            holes.push_back(columns[index] - columns[index - 1]);
+        }
+    }
+    ASSERT_EQ(holes.size(), 1U);
+    EXPECT_NEAR(holes[0], 10 * perSecond, 3);
+}
+
+TEST_F(StripChartTest, AStepIsAClosedLine) {
+    chart.SetLabel(1, QString());
+    AppendMany(1000, 20);
+    AppendMany(1000, 80);
+    const QImage picture = chart.grab().toImage();
+    const double ratio = chart.devicePixelRatioF();
+    const int x = qRound(chart.PointOf(noon + 1000 * interval, 0).x() * ratio);
+    for (double value = 22; value < 79; value += 1) {
+        const int y = qRound(chart.PointOf(0, value).y() * ratio);
+        bool found = false;
+        for (int near = x - 2; near <= x + 2; ++near) {
+            found = found || picture.pixelColor(near, y) == temperatureColour;
+        }
+        EXPECT_TRUE(found) << value;
+    }
+}
+
+TEST_F(StripChartTest, ColumnsDoNotShimmerWhileScrolling) {
+    chart.SetLabel(1, QString());
+    for (int sample = 0; sample < 4000; ++sample) {
+        Append(sample % 7 == 0 ? 70.0F : 30.0F);
+    }
+    Settle();
+    const auto above = [this] { return ColumnsWith(temperatureColour, 60, 75); };
+    const auto edge = [this](double at) { return chart.PointOf(at, 0).x(); };
+    const auto before = above();
+    const double start = chart.VisibleFrom();
+    for (int sample = 0; sample < 40; ++sample) {
+        Append(30);
+        Settle();
+    }
+    const double moved = (edge(chart.VisibleFrom()) - edge(start)) * chart.devicePixelRatioF();
+    const auto shift = static_cast<int>(std::lround(moved));
+    EXPECT_NEAR(moved, shift, 1e-3) << "moves in whole columns";
+    ASSERT_GT(shift, 3);
+    std::vector<int> expected;
+    for (const int column : before) {
+        if (column >= shift) {
+            expected.push_back(column - shift);
+        }
+    }
+    EXPECT_EQ(above(), expected);
+}
+
+TEST_F(StripChartTest, DragStopsFollowingAndADoubleClickResumesIt) {
+    AppendMany(4000, 20);
+    EXPECT_TRUE(chart.IsLive());
+    const double before = chart.VisibleTo();
+    AppendMany(100, 20);
+    EXPECT_NEAR(chart.VisibleTo(), before + 3, 0.2);
+
+    DragBy(Middle(), {100, 0});
+    EXPECT_FALSE(chart.IsLive());
+    const double away = chart.VisibleTo();
+    EXPECT_LT(away, history.LastTime() - 5);
+    AppendMany(100, 20);
+    EXPECT_EQ(chart.VisibleTo(), away);
+
+    QTest::mouseDClick(&chart, Qt::LeftButton, {}, Middle());
+    Settle();
+    EXPECT_TRUE(chart.IsLive());
+    EXPECT_NEAR(chart.VisibleTo(), history.LastTime(), 0.2);
+    EXPECT_NEAR(Span(), 60, 1e-6);
+}
+
+TEST_F(StripChartTest, SaysThatItIsNotLive) {
+    AppendMany(4000, 20);
+    const auto pixels = [this] {
+        const QColor sign = chart.palette().color(QPalette::Highlight);
+        return ColumnsWith(sign, 50, 100).size();
+    };
+    EXPECT_EQ(pixels(), 0U);
+    Key(Qt::Key_Left);
+    EXPECT_GT(pixels(), 20U);
+    Key(Qt::Key_End);
+    EXPECT_EQ(pixels(), 0U);
+}
+
+TEST_F(StripChartTest, WheelZoomsTimeAtThePointerAndAnAxisByItself) {
+    AppendMany(8000, 20);
+    const QPointF point = chart.PointOf(chart.VisibleFrom() + 15, 50);
+    Wheel(point, 2);
+    EXPECT_NEAR(Span(), 60 / 1.5625, 0.01);
+    EXPECT_NEAR(
+        (point.x() - chart.PointOf(chart.VisibleFrom(), 0).x()) /
+            (chart.PointOf(chart.VisibleTo(), 0).x() - chart.PointOf(chart.VisibleFrom(), 0).x()),
+        0.25, 0.01);
+    EXPECT_NEAR(chart.PointOf(history.LastTime() - 45, 50).x(), point.x(), 2);
+
+    Key(Qt::Key_End);
+    Wheel({350, chart.height() - 8.0}, -1); // the time axis, live: stays live
+    EXPECT_TRUE(chart.IsLive());
+    EXPECT_NEAR(Span(), 60 / 1.25, 0.01);
+
+    const auto right = chart.ValueRange(true);
+    const QPointF onLeftAxis(chart.PointOf(chart.VisibleFrom(), 25).x() - 10,
+                             chart.PointOf(0, 25).y());
+    Wheel(onLeftAxis, 1);
+    EXPECT_NEAR(chart.ValueRange().size(), 80, 0.01);
+    EXPECT_NEAR(chart.ValueRange().lower, 5, 0.2);
+    EXPECT_EQ(chart.ValueRange(true), right);
+}
+
+TEST_F(StripChartTest, DraggingTheArrowsOfAnAxisMovesThatEnd) {
+    AppendMany(8000, 20);
+    const double edge = chart.PointOf(chart.VisibleFrom(), 0).x();
+    const QPoint top(qRound(edge) - 6, qRound(chart.PointOf(0, 97).y()));
+    const int height = qRound(chart.PointOf(0, 0).y() - chart.PointOf(0, 100).y());
+    DragBy(top, {0, height * 47 / 100}); // 97 comes to where 50 was
+    EXPECT_EQ(chart.ValueRange().lower, 0);
+    EXPECT_NEAR(chart.ValueRange().upper, 194, 4);
+    EXPECT_EQ(chart.ValueRange(true).upper, 10000);
+
+    const QPoint left(qRound(edge) + 6, chart.height() - 8);
+    DragBy(left, {200, 0});
+    EXPECT_TRUE(chart.IsLive());
+    EXPECT_GT(Span(), 80);
+    DragBy({qRound(chart.PointOf(chart.VisibleTo(), 0).x()) - 6, chart.height() - 8}, {-100, 0});
+    EXPECT_TRUE(chart.IsLive());
+    EXPECT_GT(Span(), 95);
+}
+
+TEST_F(StripChartTest, EverythingIsReachedByKeys) {
+    AppendMany(8000, 20, 5000);
+    Key(Qt::Key_Plus);
+    EXPECT_NEAR(Span(), 48, 1e-6);
+    EXPECT_TRUE(chart.IsLive());
+    Key(Qt::Key_Minus);
+    EXPECT_NEAR(Span(), 60, 1e-6);
+    Key(Qt::Key_Plus, Qt::ControlModifier);
+    EXPECT_NEAR(chart.ValueRange().size(), 80, 1e-6);
+    Key(Qt::Key_Up);
+    EXPECT_NEAR(chart.ValueRange().lower, 18, 1e-6);
+    Key(Qt::Key_Home);
+    EXPECT_EQ(chart.ValueRange(), QCPRange(19, 21));
+    EXPECT_EQ(chart.ValueRange(true), QCPRange(4999, 5001));
+    const double end = chart.VisibleTo();
+    Key(Qt::Key_Right);
+    EXPECT_TRUE(chart.IsLive());
+    Key(Qt::Key_Left);
+    EXPECT_FALSE(chart.IsLive());
+    EXPECT_NEAR(chart.VisibleTo(), end - 6, 0.2);
+    for (int page = 0; page < 20; ++page) {
+        Key(Qt::Key_PageUp);
+    }
+    EXPECT_NEAR(chart.VisibleTo(), history.FirstTime(), 0.2);
+    Key(Qt::Key_End);
+    EXPECT_TRUE(chart.IsLive());
+
+    Key(Qt::Key_Menu);
+    auto *menu = chart.findChild<QMenu *>();
+    ASSERT_NE(menu, nullptr);
+    std::vector<std::string> texts;
+    for (const QAction *action : menu->actions()) {
+        if (!action->isSeparator()) {
+            texts.push_back(action->text().remove('&').toStdString());
+        }
+    }
+    EXPECT_THAT(texts,
+                ElementsAre("Fit Values", "Show Whole History", "Original Scales", "Back to Live",
+                            "Copy Picture", "Save Picture...", "Save Visible Range..."));
+    menu->actions().at(2)->trigger();
+    menu->close();
+    EXPECT_EQ(chart.ValueRange(), QCPRange(0, 100));
+}
+
+TEST_F(StripChartTest, CursorReadsOutTimeAndTraces) {
+    AppendMany(1000, 20.04F, 5000);
+    AppendMany(1000, 30, 6000);
+    EXPECT_EQ(chart.CursorText(), QStringList());
+    Hover(chart.PointOf(noon + 15, 50));
+    EXPECT_NEAR(CursorSecond(), 15, 0.3);
+    EXPECT_EQ(chart.CursorText().mid(1), QStringList({"Local 20.0°C", "Fan1 5000RPM"}));
+    chart.SetLabel(1, "Board");
+    Hover(chart.PointOf(noon + 45, 50));
+    EXPECT_NEAR(CursorSecond(), 45, 0.3);
+    EXPECT_EQ(chart.CursorText().mid(1), QStringList({"Board 30.0°C", "Fan1 6000RPM"}));
+    Key(Qt::Key_Escape);
+    EXPECT_EQ(chart.CursorText(), QStringList());
+    Key(Qt::Key_Left, Qt::ControlModifier);
+    EXPECT_EQ(chart.CursorText().size(), 3);
+}
+
+TEST_F(StripChartTest, PaintsNothingWhileHiddenAndOnceForManySamples) {
+    AppendMany(10, 20);
+    replots = 0;
+    AppendMany(10, 20);
+    EXPECT_LE(replots, 2);
+    EXPECT_GE(replots, 1);
+    chart.hide();
+    Settle();
+    replots = 0;
+    AppendMany(100, 20);
+    EXPECT_EQ(replots, 0);
+    chart.show();
+    Settle();
+    EXPECT_GT(replots, 0);
+    EXPECT_NEAR(chart.VisibleTo(), history.LastTime(), 0.2);
+}
+
+TEST_F(StripChartTest, ForgetsWithItsHistory) {
+    AppendMany(2000, 50);
+    EXPECT_THAT(ColumnsWith(temperatureColour, 40, 60), Not(IsEmpty()));
+    history.Clear();
+    chart.HistoryChanged();
+    Settle();
+    EXPECT_THAT(ColumnsWith(temperatureColour, 40, 60), IsEmpty());
+}
+
+TEST_F(StripChartTest, SavesWhatIsSeen) {
+    for (int sample = 0; sample < 4; ++sample) {
+        Append(sample == 2 ? Extent::gap : 20.25F, 5000);
+    }
+    Settle();
+    QTemporaryDir folder;
+    ASSERT_TRUE(chart.SaveVisibleRange(folder.filePath("range.txt")));
+    QFile file(folder.filePath("range.txt"));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), "Seconds\tTime\tLocal\tFan1\n"
+                              "43200.000\t12:00:00.000\t20.25\t5000\n"
+                              "43200.030\t12:00:00.030\t20.25\t5000\n"
+                              "43200.060\t12:00:00.060\t\t5000\n"
+                              "43200.090\t12:00:00.090\t20.25\t5000\n");
+    EXPECT_TRUE(chart.SavePicture(folder.filePath("chart.png")));
+    EXPECT_EQ(QImage(folder.filePath("chart.png")).size(),
+              Plot()->size() * chart.devicePixelRatioF());
+    EXPECT_TRUE(chart.SavePicture(folder.filePath("chart.pdf")));
+    EXPECT_FALSE(chart.SavePicture(folder.filePath("chart.xyz")));
+    EXPECT_FALSE(chart.SavePicture(folder.filePath("none/chart.png")));
+    EXPECT_FALSE(chart.SaveVisibleRange(folder.filePath("none/range.txt")));
+    chart.CopyPicture();
+    EXPECT_FALSE(QGuiApplication::clipboard()->pixmap().isNull());
+}
+
+TEST_F(StripChartTest, FollowsThePalette) {
+    AppendMany(500, 50);
+    QPalette dark = chart.palette();
+    dark.setColor(QPalette::Base, QColor(20, 20, 20));
+    dark.setColor(QPalette::Text, Qt::white);
+    chart.setPalette(dark);
+    Settle();
+    EXPECT_THAT(ColumnsWith(QColor(20, 20, 20), 0, 100), Not(IsEmpty()));
+    EXPECT_THAT(ColumnsWith(temperatureColour, 0, 100), IsEmpty()) << "too dark to be read";
+}
+
+} // namespace
+} // namespace ztm::test
