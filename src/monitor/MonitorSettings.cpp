@@ -20,6 +20,9 @@ bool MonitorInReadWrite = false;
 int16_t GraphType = temperatureAndFanSpeed;
 int32_t LogInterval = defaultLogInterval;
 int32_t MaxLogEntries = defaultMaxLogEntries;
+bool LoggingActive = false;
+int32_t LogEntryCount = 0;
+double LogStartTime = 0;
 bool ManualDialogOpen = false;
 bool HeatersDialogOpen = false;
 
@@ -34,6 +37,9 @@ void ResetMonitorSettings() {
     GraphType = temperatureAndFanSpeed;
     LogInterval = defaultLogInterval;
     MaxLogEntries = defaultMaxLogEntries;
+    LoggingActive = false;
+    LogEntryCount = 0;
+    LogStartTime = 0;
     ManualDialogOpen = false;
     HeatersDialogOpen = false;
 }

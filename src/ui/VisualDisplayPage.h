@@ -1,22 +1,73 @@
 #pragma once
 
+#include "monitor/Channels.h"
+
 #include <QWidget>
 
+#include <array>
+
+class QGroupBox;
+class QLabel;
 class QPushButton;
+class QRadioButton;
 
 namespace ztm {
 
-/// The tab "Visual Display".
+class Gauge;
+class MonitorCharts;
+class ToggleIndicator;
+
+/// The tab "Visual Display": the strip charts, the channels with their alarm states, the gauge of
+/// the selected one, whose pointers show and set its limits, and the buttons for the set-up.
 class VisualDisplayPage final : public QWidget {
     Q_OBJECT
 
 public:
     explicit VisualDisplayPage(QWidget *parent = nullptr);
 
+    /// Lays the page out for the variant at its first call, then runs the click of the selected
+    /// channel, which reads its limits.
+    void SetupMonitorTab();
+
+    void UpdateAlerts();
+    void UpdateGauge();
+
+    /// Adds the measurements to the history and shows it in the charts.
+    void UpdateCharts();
+
+    /// Shows the chart that `GraphType` asks for.
+    void ShowGraphType();
+
+signals:
+    /// The first visit asks for the monitor timer's period.
+    void MonitorPeriodWanted();
+
 private:
+    void SetupUi();
+    QGroupBox *NewAlertsFrame();
+    QGroupBox *NewGaugeFrame();
+    QWidget *NewButtonRow();
+    void ConnectSignals();
+    void LayOutForVariant();
+
+    int SelectedChannel() const;
+    Gauge &GaugeOf(int channel) const;
+    void ShowChannelLimits(int high, int low, bool temperature);
+    void TrackGaugePointers(int gauge);
+    void ApplyGaugeLimits(int gauge);
+
+    void optMeasure_Click(int channel);
     void cmdEasySetup_Click();
+    void cmdGraphOptions_Click();
     void cmdSetUpLog_Click();
 
+    bool MonitorTabReady = false;
+
+    MonitorCharts *charts;
+    std::array<QRadioButton *, ChannelCount> optMeasure;
+    std::array<ToggleIndicator *, ChannelCount> tglAlert;
+    std::array<Gauge *, 3> Limits; // temperature, fan speed, THERM%
+    QLabel *lblBargraph;
     QPushButton *cmdEasySetup;
     QPushButton *cmdGraphOptions;
     QPushButton *cmdSetUpLog;

@@ -7,10 +7,13 @@
 #include "regmap/RegisterTree.h"
 #include "ui/AboutPage.h"
 #include "ui/ControlPage.h"
+#include "ui/Messages.h"
 #include "ui/RegisterAccessPage.h"
 #include "ui/Text.h"
 #include "ui/VisualDisplayPage.h"
 
+#include <QScopedValueRollback>
+#include <QScreen>
 #include <QTabWidget>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -28,6 +31,7 @@ frmMain::frmMain(bool usbChosen)
     , monitorLoop(*this) {
     SetupUi();
     ConnectSignals();
+    resize(sizeHint().boundedTo(screen()->availableSize()));
     StartAdapter(usbChosen, *registerAccess);
 }
 
@@ -46,6 +50,8 @@ void frmMain::SetupUi() {
 void frmMain::ConnectSignals() {
     connect(SSTab1, &QTabWidget::currentChanged, this, &frmMain::SSTab1_Click);
     connect(tmrMain, &QTimer::timeout, this, &frmMain::tmrMain_Timer);
+    connect(visualDisplay, &VisualDisplayPage::MonitorPeriodWanted, this,
+            [this] { SetTimerPeriod(MonitorInterval); });
 }
 
 QSize frmMain::sizeHint() const {
@@ -73,10 +79,16 @@ void frmMain::StopMonitor() {
 void frmMain::SSTab1_Click(int tab) {
     if (static_cast<MainTab>(tab) == MainTab::RegisterAccess) {
         registerAccess->ShowRegister(SelectedRegisterIndex);
+    } else if (static_cast<MainTab>(tab) == MainTab::VisualDisplay) {
+        visualDisplay->SetupMonitorTab();
     }
 }
 
 void frmMain::tmrMain_Timer() {
+    if (ticking || IsMessageShown()) {
+        return;
+    }
+    const QScopedValueRollback<bool> guard(ticking, true);
     monitorLoop.Tick();
 }
 
@@ -97,6 +109,28 @@ bool frmMain::ContinuousReadChecked() const {
 void frmMain::ReadShownRegister() {
     registerAccess->cmdRead_Click();
 }
+
+void frmMain::UpdateAlerts() {
+    visualDisplay->UpdateAlerts();
+}
+
+void frmMain::UpdateGauge() {
+    visualDisplay->UpdateGauge();
+}
+
+void frmMain::UpdateCharts() {
+    visualDisplay->UpdateCharts();
+}
+
+void frmMain::ShowGraphType() {
+    visualDisplay->ShowGraphType();
+}
+
+// The manual speed dialog, the measurement log and the heater dialog are not there yet.
+void frmMain::ShowFanSpeed(int /*fan*/, const std::string & /*text*/) {}
+void frmMain::WriteLogEntry(double /*startTime*/) {}
+void frmMain::StopLogging() {}
+void frmMain::ShowHeaterDuty(int /*heater*/, int /*duty*/) {}
 
 void frmMain::Form_Unload() {
     StopMonitor();

@@ -28,6 +28,9 @@ public:
 
     RegisterAccessPage &RegisterAccess() { return *registerAccess; }
 
+    /// Shows the chart that `GraphType` asks for.
+    void ShowGraphType();
+
     /// Lets no further tick come.
     void StopMonitor();
 
@@ -47,6 +50,13 @@ private:
     MainTab ShownTab() const override;
     bool ContinuousReadChecked() const override;
     void ReadShownRegister() override;
+    void UpdateAlerts() override;
+    void UpdateGauge() override;
+    void UpdateCharts() override;
+    void ShowFanSpeed(int fan, const std::string &text) override;
+    void WriteLogEntry(double startTime) override;
+    void StopLogging() override;
+    void ShowHeaterDuty(int heater, int duty) override;
 
     QTabWidget *SSTab1;
     AboutPage *about;
@@ -55,6 +65,7 @@ private:
     ControlPage *control;
     QTimer *tmrMain;
     MonitorLoop monitorLoop;
+    bool ticking = false;
 };
 
 } // namespace ztm

@@ -1,16 +1,8 @@
 #include "support/AdapterDouble.h"
 
 #include "common/Clock.h"
-#include "discovery/DeviceScan.h"
-#include "fan/GraphSettings.h"
-#include "link/AdapterStartUp.h"
-#include "link/CommFailure.h"
-#include "link/Heaters.h"
-#include "link/LinkState.h"
 #include "link/USBFunctions.h"
-#include "monitor/MonitorSettings.h"
-#include "regmap/RegMapStuff.h"
-#include "regmap/RegisterTree.h"
+#include "support/CoreState.h"
 
 #include <algorithm>
 
@@ -69,15 +61,7 @@ AdapterDouble &ResetAdapter() {
 
 void ResetCore() {
     ResetAdapter();
-    ResetLinkState();
-    ResetAdapterStartUp();
-    ResetHeaters();
-    ResetDeviceScan();
-    ResetRegisterMap();
-    ResetSelectedRegister();
-    ResetMonitorSettings();
-    ResetGraphSettings();
-    SetCommFailureHandler({});
+    ResetCoreState();
 }
 
 } // namespace ztm::test

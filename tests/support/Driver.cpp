@@ -121,6 +121,10 @@ void DeleteAllForms() {
         delete LoadedForms().back();
     }
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    // The last window's end has told the application to quit. Only a run of its own event loop
+    // makes it forget that; until then no message box would stay open.
+    QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+    QCoreApplication::exec();
 }
 
 void Settle() {

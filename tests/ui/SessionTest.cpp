@@ -89,23 +89,6 @@ TEST_F(SessionTest, FanControlButtonsFollowConfiguration1) {
     }
 }
 
-TEST_F(SessionTest, EasySetupSwitchesMonitoringOn) {
-    const struct {
-        uint8_t before;
-        int32_t written;
-    } cases[] = {{0x04, 0x05}, {0x05, 0x05}};
-    StartSessionOf(ZTM7720);
-    ClickTab("Visual Display");
-    for (const auto &c : cases) {
-        MonitoringEnabled = false;
-        Adapter().registers[0x01] = c.before;
-        Adapter().calls.clear();
-        Click("cmdEasySetup");
-        EXPECT_THAT(Adapter().Writes(), ElementsAre(Write(0x01, c.written)));
-        EXPECT_TRUE(MonitoringEnabled && GraphingEnabled && LimitMonitorEnabled && BargraphEnabled);
-    }
-}
-
 TEST_F(SessionTest, AnIdleTickAsksNothingAndAppliesThePeriod) {
     StartSessionOf(ZTM7720);
     MonitorInterval = 50;

@@ -122,9 +122,9 @@ TEST_F(WindowsTest, TabOrderFollowsTheEye) {
                             "lblBit(2)", "lblBit(1)", "lblBit(0)", "TreeView1",
                             "qt_tabwidget_tabbar"));
     ClickTab("Visual Display");
-    EXPECT_THAT(
-        TabRound("frmMain", "cmdEasySetup"),
-        ElementsAre("cmdEasySetup", "cmdGraphOptions", "cmdSetUpLog", "qt_tabwidget_tabbar"));
+    EXPECT_THAT(TabRound("frmMain", "stpTempFan"),
+                ElementsAre("stpTempFan", "optMeasure(0)", "Limits(0)", "cmdEasySetup",
+                            "cmdGraphOptions", "cmdSetUpLog", "qt_tabwidget_tabbar"));
     ClickTab("Control");
     EXPECT_THAT(TabRound("frmMain", "cmdConParam"),
                 ElementsAre("cmdConParam", "cmdManual", "cmdThermTemp", "cmdThermTimer",

@@ -1,0 +1,106 @@
+#include "monitor/Channels.h"
+
+#include "common/Numbers.h"
+#include "link/GeneralSubs.h"
+#include "link/LinkState.h"
+#include "link/USBComms.h"
+
+#include <algorithm>
+
+namespace ztm {
+namespace {
+
+constexpr int degreesOffset = 64;
+constexpr double fullScalePercent = 100;
+
+constexpr int32_t status1 = 0x4F;
+constexpr int32_t status2 = 0x50;
+constexpr int32_t status3 = 0x51;
+constexpr int alertBit = 0x01; // ALRT of Status3
+
+/// The bits of each status register that belong to a channel.
+struct AlertBits {
+    int status1;
+    int status2;
+    int status3;
+};
+constexpr std::array<AlertBits, ChannelCount> alertBits{{
+    {0xC0, 0x80, 0x00}, // LH LL, LT
+    {0x38, 0x40, 0x00}, // R1H R1L R1D, R1T
+    {0x07, 0x20, 0x00}, // R2H R2L R2D, R2T
+    {0x00, 0x00, 0xC0}, // F1S F1A
+    {0x00, 0x00, 0x30}, // F2S F2A
+    {0x00, 0x10, 0x00}, // %T
+}};
+
+double Read(const Channel &channel) {
+    switch (channel.Measures) {
+    case Quantity::Temperature: {
+        const int low = ReadRegister(channel.LowRegister);
+        return TemperatureReading(ReadRegister(channel.HighRegister), low);
+    }
+    case Quantity::FanSpeed:
+        return ReadRPM(channel.HighRegister);
+    case Quantity::ThermPercent:
+        break;
+    }
+    return PercentOfByte(ReadRegister(channel.HighRegister));
+}
+
+} // namespace
+
+std::array<float, ChannelCount> Measurements{};
+
+void ResetMeasurements() {
+    Measurements.fill(0);
+}
+
+bool HasChannel(int channel) {
+    return channel >= 0 && channel < ChannelCount &&
+           (DeviceName != ZTM7710 || !Channels[static_cast<size_t>(channel)].NameZTM7710.empty());
+}
+
+void ReadMeasurement(int channel) {
+    if (HasChannel(channel)) {
+        const auto slot = static_cast<size_t>(channel);
+        Measurements[slot] = static_cast<float>(Read(Channels[slot]));
+    }
+}
+
+double TemperatureReading(int high, int low) {
+    return RoundToDecimals(high - degreesOffset + low / 256.0, 2);
+}
+
+int32_t TemperatureByte(double celsius) {
+    return std::clamp(ToInt32(celsius + degreesOffset), 0, LargestRegisterValue);
+}
+
+int32_t CelsiusOfByte(int32_t value) {
+    return value - degreesOffset;
+}
+
+int32_t PercentByte(double percent) {
+    return std::clamp(ToInt32(percent * LargestRegisterValue / fullScalePercent), 0,
+                      LargestRegisterValue);
+}
+
+double PercentOfByte(int32_t value) {
+    return value * fullScalePercent / LargestRegisterValue;
+}
+
+std::array<bool, ChannelCount> ReadAlerts() {
+    std::array<bool, ChannelCount> alarms{};
+    const int third = ReadRegister(status3);
+    if ((third & alertBit) == 0) {
+        return alarms;
+    }
+    const int first = ReadRegister(status1);
+    const int second = ReadRegister(status2);
+    std::transform(alertBits.begin(), alertBits.end(), alarms.begin(), [=](const AlertBits &bits) {
+        return (first & bits.status1) != 0 || (second & bits.status2) != 0 ||
+               (third & bits.status3) != 0;
+    });
+    return alarms;
+}
+
+} // namespace ztm

@@ -1,0 +1,204 @@
+#include "monitor/MonitorLoop.h"
+
+#include "link/Heaters.h"
+#include "link/LinkState.h"
+#include "monitor/Channels.h"
+#include "monitor/MonitorSettings.h"
+#include "support/AdapterDouble.h"
+#include "support/ClockDouble.h"
+
+#include <gmock/gmock.h>
+
+namespace ztm {
+namespace {
+
+using test::Adapter;
+using test::Call;
+using test::Read;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr double tickSeconds = 0.030;
+
+/// Notes what the tick does to the windows, in order.
+struct WindowDouble final : MonitorWindow {
+    void SetTimerPeriod(int milliseconds) override { period = milliseconds; }
+    MainTab ShownTab() const override { return tab; }
+    bool ContinuousReadChecked() const override { return continuousRead; }
+    void ReadShownRegister() override { done.emplace_back("read"); }
+    void UpdateAlerts() override { done.emplace_back("alerts"); }
+    void UpdateGauge() override { done.emplace_back("gauge"); }
+    void UpdateCharts() override { done.emplace_back("charts"); }
+    void ShowFanSpeed(int fan, const std::string &text) override {
+        done.push_back("fan" + std::to_string(fan) + " " + text);
+    }
+    void WriteLogEntry(double startTime) override {
+        done.push_back("log " + std::to_string(static_cast<int>(startTime)));
+        ++LogEntryCount;
+    }
+    void StopLogging() override {
+        done.emplace_back("stop");
+        LoggingActive = false;
+        LogStartTime = 0;
+    }
+    void ShowHeaterDuty(int heater, int duty) override {
+        done.push_back("heater" + std::to_string(heater) + " " + std::to_string(duty));
+    }
+
+    int period = 0;
+    MainTab tab = MainTab::VisualDisplay;
+    bool continuousRead = false;
+    std::vector<std::string> done;
+};
+
+class MonitorLoopTest : public testing::Test {
+protected:
+    MonitorLoopTest() {
+        test::ResetCore();
+        CommsMedium = MediumUSB;
+        USBDeviceAddress = 0x50;
+        DeviceName = ZTM7720;
+    }
+
+    /// Ticks for that long and returns how often the window was told `what`.
+    auto CountIn(double seconds, const std::string &what) {
+        window.done.clear();
+        const double end = clock.TotalSeconds() + seconds - tickSeconds / 2;
+        while (clock.TotalSeconds() < end) {
+            loop.Tick();
+            clock.Advance(tickSeconds);
+        }
+        return std::count(window.done.begin(), window.done.end(), what);
+    }
+
+    test::ClockDouble clock{86400 - 10}; // a midnight is never far
+    WindowDouble window;
+    MonitorLoop loop{window};
+};
+
+TEST_F(MonitorLoopTest, AnIdleTickOnlySetsThePeriod) {
+    MonitorInterval = 77;
+    loop.Tick();
+    EXPECT_EQ(window.period, 77);
+    EXPECT_THAT(window.done, IsEmpty());
+    EXPECT_THAT(Adapter().calls, IsEmpty());
+}
+
+TEST_F(MonitorLoopTest, DutiesComeInTheirOrder) {
+    window.tab = MainTab::RegisterAccess;
+    window.continuousRead = true;
+    MonitorInReadWrite = true;
+    GraphingEnabled = LimitMonitorEnabled = BargraphEnabled = true;
+    ManualDialogOpen = LoggingActive = true;
+    Measurements = {0, 0, 0, 1200, 900, 0};
+    Heaters[1].SoftwareControl = Heaters[1].StartPending = true;
+    loop.Tick();
+    EXPECT_THAT(window.done, ElementsAre("read", "charts", "fan0 1200 RPM", "fan1 900 RPM",
+                                         "log 86390", "heater1 20"));
+    window.done.clear();
+    window.tab = MainTab::VisualDisplay;
+    DeviceName = ZTM7710;
+    loop.Tick();
+    EXPECT_THAT(window.done, ElementsAre("alerts", "gauge", "charts", "fan0 1200 RPM"));
+}
+
+TEST_F(MonitorLoopTest, OneChannelIsReadPerTickRoundRobin) {
+    MonitoringEnabled = true;
+    for (const std::string_view variant : {ZTM7720, ZTM7710}) {
+        DeviceName = variant;
+        Adapter().calls.clear();
+        std::vector<size_t> reads;
+        for (int tick = 0; tick < 6; ++tick) {
+            const size_t before = Adapter().calls.size();
+            loop.Tick();
+            reads.push_back(Adapter().calls.size() - before);
+        }
+        EXPECT_EQ(reads, variant == ZTM7720 ? (std::vector<size_t>{2, 2, 2, 2, 2, 1})
+                                            : (std::vector<size_t>{2, 2, 0, 2, 0, 1}));
+        EXPECT_EQ(Adapter().calls.front(), Read(0x40));
+        EXPECT_EQ(Adapter().calls.back(), Read(0x4E));
+    }
+}
+
+TEST_F(MonitorLoopTest, TheRegisterTabStopsMeasurementsUnlessAsked) {
+    MonitoringEnabled = GraphingEnabled = true;
+    window.tab = MainTab::RegisterAccess;
+    loop.Tick();
+    EXPECT_THAT(Adapter().calls, IsEmpty());
+    EXPECT_THAT(window.done, IsEmpty());
+    MonitorInReadWrite = true;
+    loop.Tick();
+    EXPECT_THAT(Adapter().calls, ElementsAre(Read(0x40), Read(0x41)));
+    EXPECT_THAT(window.done, ElementsAre("charts"));
+}
+
+TEST_F(MonitorLoopTest, SpacingsHoldOverMidnightWithoutABurst) {
+    LimitMonitorEnabled = true;
+    EXPECT_EQ(CountIn(60, "alerts"), 500); // every fourth tick: the first above 0.1 s
+    window.tab = MainTab::RegisterAccess;
+    window.continuousRead = true;
+    EXPECT_EQ(CountIn(60, "read"), 118); // every 17th tick
+    EXPECT_NEAR(static_cast<double>(CountIn(3600, "read")), 3600 / 0.51, 1) << "an hour";
+    clock.Advance(40000);
+    EXPECT_EQ(CountIn(0.48, "read"), 1) << "after a pause";
+    clock.Advance(86400 - 3600);
+    EXPECT_LE(CountIn(0.48, "read"), 1) << "after the clock was set back";
+    EXPECT_EQ(CountIn(60, "read"), 118);
+}
+
+TEST_F(MonitorLoopTest, TheLogStopsOnTheTickThatWritesItsLastEntry) {
+    LoggingActive = true;
+    MaxLogEntries = 3;
+    EXPECT_EQ(CountIn(1.2, "log 86390"), 3);
+    EXPECT_THAT(window.done, ElementsAre("log 86390", "log 86390", "log 86390", "stop"));
+    LoggingActive = true;
+    LogEntryCount = 0;
+    MaxLogEntries = 0;
+    window.done.clear();
+    CountIn(6, "");
+    EXPECT_EQ(window.done.size(), 50U);
+    EXPECT_TRUE(LoggingActive);
+}
+
+TEST_F(MonitorLoopTest, ARampRunsUpAndDownBetweenItsEnds) {
+    Heaters[0].SoftwareControl = Heaters[0].StartPending = Heaters[0].RampUp = true;
+    Adapter().script = [](const Call &call) {
+        if (call.request == 0xDB) {
+            EXPECT_EQ(call.index, 255) << "the other heater is left alone";
+            Adapter().heaterReply[0] = static_cast<uint8_t>(call.value);
+        }
+        return int16_t{0};
+    };
+    std::vector<std::string> expected;
+    const auto expect = [&](int from, int to, int step) {
+        for (int duty = from; duty != to + step; duty += step) {
+            expected.push_back("heater0 " + std::to_string(duty));
+        }
+    };
+    expect(20, 80, 2);
+    expect(78, 20, -2);
+    expect(22, 24, 2);
+    while (window.done.size() < expected.size()) {
+        loop.Tick();
+        clock.Advance(0.6);
+    }
+    EXPECT_EQ(window.done, expected);
+}
+
+TEST_F(MonitorLoopTest, RampsStepByTheirOwnIntervals) {
+    for (auto &heater : Heaters) {
+        heater.SoftwareControl = heater.StartPending = true;
+    }
+    Heaters[1].IntervalMs = 1000;
+    window.done.clear();
+    CountIn(20.4, "");
+    const auto steps = [&](const char *heater) {
+        return std::count_if(window.done.begin(), window.done.end(),
+                             [=](const std::string &done) { return done.rfind(heater, 0) == 0; });
+    };
+    EXPECT_NEAR(static_cast<double>(steps("heater0")), 40, 1);
+    EXPECT_NEAR(static_cast<double>(steps("heater1")), 20, 1);
+}
+
+} // namespace
+} // namespace ztm

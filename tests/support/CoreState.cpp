@@ -1,0 +1,31 @@
+#include "support/CoreState.h"
+
+#include "discovery/DeviceScan.h"
+#include "fan/GraphSettings.h"
+#include "link/AdapterStartUp.h"
+#include "link/CommFailure.h"
+#include "link/Heaters.h"
+#include "link/LinkState.h"
+#include "monitor/Channels.h"
+#include "monitor/MeasurementHistory.h"
+#include "monitor/MonitorSettings.h"
+#include "regmap/RegMapStuff.h"
+#include "regmap/RegisterTree.h"
+
+namespace ztm::test {
+
+void ResetCoreState() {
+    ResetLinkState();
+    ResetAdapterStartUp();
+    ResetHeaters();
+    ResetDeviceScan();
+    ResetRegisterMap();
+    ResetSelectedRegister();
+    ResetMonitorSettings();
+    ResetMeasurements();
+    ResetMeasurementHistory();
+    ResetGraphSettings();
+    SetCommFailureHandler({});
+}
+
+} // namespace ztm::test
