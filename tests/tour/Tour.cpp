@@ -1,15 +1,21 @@
 // Walks through the real windows on the simulated board, as a newcomer would, and writes a
-// numbered picture at every stop.
+// numbered picture at every stop. Program and board share a clock that nobody has to wait for.
 //
 //   ztm-tour FOLDER [dark]
 
 #include "link/CommFailure.h"
+#include "link/USBComms.h"
+#include "support/ClockDouble.h"
+#include "support/CoreState.h"
 #include "support/Driver.h"
+#include "tour/TourBoard.h"
 #include "ui/InitForm.h"
 #include "ui/Program.h"
+#include "ui/instruments/Gauge.h"
 
 #include <QDir>
 #include <QLineEdit>
+#include <QTest>
 #include <QTextStream>
 #include <QTimer>
 
@@ -19,16 +25,25 @@ namespace {
 
 using namespace ztm::test;
 
+constexpr double tickSeconds = 0.030;
+
 class Tour {
 public:
     explicit Tour(const QString &folder) : folder(folder) {}
 
     void Walk() {
+        PlugIn(ztm::sim::Variant::ZTM7720, [this] { return clock.TotalSeconds(); });
         Wizard();
         About();
         RegisterAccess();
+        VisualDisplay();
         OtherTabs();
         CloseByCloseBox("frmMain");
+        DeleteAllForms();
+
+        ResetCoreState();
+        PlugIn(ztm::sim::Variant::ZTM7710, [this] { return clock.TotalSeconds(); });
+        SmallerVariant();
     }
 
 private:
@@ -66,11 +81,62 @@ private:
         Picture("frmMain", "register-unknown");
     }
 
-    void OtherTabs() {
+    void VisualDisplay() {
         ClickTab("Visual Display");
+        Picture("frmMain", "visual-display");
         Click("cmdSetUpLog");
         Picture("frmSetupLog", "easy-setup-log");
-        Picture("frmMain", "visual-display");
+        Click("cmdEasySetup");
+        Live(8);
+        ztm::SetHeaterDuty(60, 25);
+        Live(40);
+        Picture("frmMain", "live");
+        SetHighLimit(45);
+        Live(6);
+        Picture("frmMain", "alarm");
+        Click("cmdGraphOptions");
+        Picture("frmGraphOptions", "options");
+        Click("chkBigGraph");
+        Click("cmdOK");
+        Live(2);
+        Picture("frmBigGraph", "full-screen-graph");
+        CloseByCloseBox("frmBigGraph");
+    }
+
+    /// Drags the high pointer of the first remote channel.
+    void SetHighLimit(double celsius) {
+        Click("optMeasure(1)");
+        Settle();
+        auto &gauge = Find<ztm::Gauge>("Limits(0)");
+        const QPoint from = gauge.PointerPosition(3, gauge.HighPointer()).toPoint();
+        const QPoint to = gauge.PointerPosition(3, celsius).toPoint();
+        QTest::mousePress(&gauge, Qt::LeftButton, {}, from);
+        QTest::mouseMove(&gauge, to);
+        QTest::mouseRelease(&gauge, Qt::LeftButton, {}, to);
+    }
+
+    void SmallerVariant() {
+        ztm::ShowForm<ztm::InitForm>();
+        SearchInWizard();
+        Click("FinishCMD");
+        ClickTab("Register Access");
+        Picture("frmMain", "one-fan-register-access");
+        ClickTab("Visual Display");
+        Click("cmdEasySetup");
+        ztm::SetHeaterDuty(40, 0);
+        Live(30);
+        Picture("frmMain", "one-fan-live");
+    }
+
+    /// Lets that time pass for board and program.
+    void Live(double seconds) {
+        for (double passed = 0; passed < seconds; passed += tickSeconds) {
+            clock.Advance(tickSeconds);
+            Tick();
+        }
+    }
+
+    void OtherTabs() {
         ClickTab("Control");
         Picture("frmMain", "control");
     }
@@ -85,6 +151,7 @@ private:
         QTextStream(stdout) << path << '\n';
     }
 
+    ClockDouble clock;
     QString folder;
     int number = 0;
 };

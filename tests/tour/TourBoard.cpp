@@ -1,0 +1,27 @@
+#include "tour/TourBoard.h"
+
+#include "link/USBFunctions.h"
+
+#include <optional>
+
+namespace ztm::test {
+namespace {
+
+std::optional<sim::SimulatedBoard> board;
+
+} // namespace
+
+void PlugIn(sim::Variant variant, sim::SimulatedBoard::Clock clock) {
+    board.emplace(variant, sim::SimulatedBoard::defaultChipAddress, std::move(clock));
+}
+
+} // namespace ztm::test
+
+int16_t LoadFirmWare(const char *path) {
+    return ztm::test::board->LoadFirmWare(path);
+}
+
+int16_t VendorIORequest(int16_t request, int32_t value, int32_t index, int16_t direction,
+                        int16_t length, uint8_t *buffer) {
+    return ztm::test::board->VendorIORequest(request, value, index, direction, length, buffer);
+}
