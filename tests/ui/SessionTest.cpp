@@ -107,8 +107,7 @@ TEST_F(SessionTest, ClosingTheMainWindowClosesEveryWindowAndSaysGoodbye) {
     EXPECT_THAT(Adapter().calls, ElementsAre(Handshake));
 }
 
-/// Starts a session, lets the adapter fail and reads a register, with what happens from then
-/// on told to standard error.
+/// Lets the adapter fail in a tick, with what happens from then on told to standard error.
 void FailInSession() {
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
     Adapter().script = [](const Call &call) {
@@ -123,7 +122,7 @@ void FailInSession() {
                   << message.icon << ';';
     });
     std::cerr << "begin;";
-    ReadRegister(0x00);
+    Tick();
 }
 
 TEST_F(SessionTest, AFailedRequestIsToldOnceThenEveryWindowIsUnloadedAndTheProcessEnds) {

@@ -58,7 +58,9 @@ protected:
 
 TEST_F(VisualDisplayPageTest, TheFirstVisitSelectsLocalAndReadsItsLimitsTwice) {
     StartSessionOf(ZTM7720);
+    MonitorInterval = 45;
     ClickTab("Visual Display");
+    EXPECT_EQ(Find<QTimer>("tmrMain").interval(), 45);
     EXPECT_THAT(Adapter().calls, ElementsAre(Read(0x0B), Read(0x0C), Read(0x0B), Read(0x0C)));
     EXPECT_EQ(TextOf("lblBargraph"), "Local");
     Click("optMeasure(5)");
