@@ -1,4 +1,3 @@
-#include "link/USBComms.h"
 #include "support/UiTest.h"
 #include "ui/Twips.h"
 #include "ui/frmMain.h"

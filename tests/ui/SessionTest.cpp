@@ -1,6 +1,5 @@
 #include "fan/GraphSettings.h"
 #include "link/Heaters.h"
-#include "link/USBComms.h"
 #include "monitor/MonitorSettings.h"
 #include "support/UiTest.h"
 #include "ui/Program.h"
