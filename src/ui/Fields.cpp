@@ -1,5 +1,7 @@
 #include "ui/Fields.h"
 
+#include "common/NumberText.h"
+
 #include <QLineEdit>
 
 namespace ztm {
@@ -9,6 +11,10 @@ constexpr QColor markedBase(255, 214, 204);
 constexpr QColor markedText(96, 0, 0);
 
 } // namespace
+
+double NumberIn(const QLineEdit &box) {
+    return NumericValue(box.text().toStdString());
+}
 
 void SetTextKeepingCaret(QLineEdit &box, const QString &text) {
     if (box.text() == text) {

@@ -5,6 +5,9 @@ class QString;
 
 namespace ztm {
 
+/// The numeric value of a box's text, 0 when it has none.
+double NumberIn(const QLineEdit &box);
+
 /// Sets the text of a box, unless it has it already, and leaves the insertion point where the
 /// user is typing: as many characters from the end as before.
 void SetTextKeepingCaret(QLineEdit &box, const QString &text);

@@ -274,7 +274,7 @@ void RegisterAccessPage::cmdRead_Click() {
 }
 
 void RegisterAccessPage::cmdWrite_Click() {
-    WriteRegister(AddressInBox(), ToInt32(NumericValue(txtDec->text().toStdString())));
+    WriteRegister(AddressInBox(), ToInt32(NumberIn(*txtDec)));
     cmdRead_Click();
 }
 
@@ -289,7 +289,7 @@ void RegisterAccessPage::txtHex_Change() {
 }
 
 void RegisterAccessPage::txtDec_Change() {
-    SetTextKeepingCaret(*txtHex, ToQString(HexText(NumericValue(txtDec->text().toStdString()))));
+    SetTextKeepingCaret(*txtHex, ToQString(HexText(NumberIn(*txtDec))));
     MarkInput();
 }
 
@@ -303,7 +303,7 @@ void RegisterAccessPage::MarkInput() {
     } else {
         MarkField(*txtReadAddr, HowRead(*txtReadAddr, hexadecimal, HexText(address)));
     }
-    const int32_t value = ToInt32(NumericValue(txtDec->text().toStdString()));
+    const int32_t value = ToInt32(NumberIn(*txtDec));
     if (value < 0 || value > LargestRegisterValue) {
         const QString limited =
             value < 0 ? tr("Below 0: 0 is written") : tr("Above 255: 255 is written");

@@ -5,6 +5,7 @@
 #include "link/LinkState.h"
 #include "monitor/MonitorSettings.h"
 #include "ui/Controls.h"
+#include "ui/Fields.h"
 #include "ui/Frame.h"
 #include "ui/Messages.h"
 #include "ui/Text.h"
@@ -55,10 +56,6 @@ QWidget *NewBoxRow(QLineEdit *&box, const char *name, const QString &caption, QW
     layout->addWidget(label);
     layout->addWidget(box);
     return row;
-}
-
-double NumberIn(const QLineEdit &box) {
-    return NumericValue(box.text().toStdString());
 }
 
 } // namespace

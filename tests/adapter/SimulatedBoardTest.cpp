@@ -30,8 +30,7 @@ constexpr uint8_t tach1 = 0x4A;
 constexpr uint8_t tach2 = 0x4C;
 
 /// The firmware file that goes with the program.
-const std::string shippedFirmware =
-    (fs::path(__FILE__).parent_path() / "../../src/adapter/sim").string() + "\\ZTM7720FW_v3.Hex";
+const std::string shippedFirmware = ZTM_FIRMWARE_FOLDER "\\ZTM7720FW_v3.Hex";
 
 /// A board on a clock that stands still until it is told to move.
 struct TestBoard {

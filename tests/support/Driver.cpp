@@ -3,6 +3,7 @@
 #include "ui/Form.h"
 
 #include <QAbstractButton>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -76,6 +77,9 @@ void Type(const QString &name, const QString &text) {
     auto &box = Find<QLineEdit>(name);
     box.setFocus();
     box.selectAll();
+    if (text.isEmpty()) {
+        QTest::keyClick(&box, Qt::Key_Delete);
+    }
     QTest::keyClicks(&box, text);
 }
 
@@ -98,6 +102,30 @@ ShownMessage AnswerMessageOf(const std::function<void()> &action) {
     action();
     if (!shown) {
         throw std::runtime_error("no message was shown");
+    }
+    return *shown;
+}
+
+ShownFileDialog AnswerFileDialogOf(const std::function<void()> &action, const QString &path) {
+    std::optional<ShownFileDialog> shown;
+    QTimer answer;
+    QObject::connect(&answer, &QTimer::timeout, [&shown, &path] {
+        QWidget *modal = QApplication::activeModalWidget();
+        if (auto *question = qobject_cast<QMessageBox *>(modal); question != nullptr && shown) {
+            shown->askedToReplace = true;
+            QTest::mouseClick(question->button(QMessageBox::Yes), Qt::LeftButton);
+        } else if (auto *dialog = qobject_cast<QFileDialog *>(modal); dialog != nullptr && !shown) {
+            auto &name = *dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
+            shown = ShownFileDialog{dialog->nameFilters(), dialog->directory().absolutePath(),
+                                    name.text(), dialog->acceptMode() == QFileDialog::AcceptSave};
+            name.setText(path);
+            QTest::keyClick(dialog, path.isEmpty() ? Qt::Key_Escape : Qt::Key_Return);
+        }
+    });
+    answer.start(0);
+    action();
+    if (!shown) {
+        throw std::runtime_error("no file dialog was shown");
     }
     return *shown;
 }

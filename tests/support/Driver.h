@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QString>
+#include <QStringList>
 #include <QWidget>
 
 #include <functional>
@@ -54,6 +55,18 @@ struct ShownMessage {
     int icon = 0;
 };
 ShownMessage AnswerMessageOf(const std::function<void()> &action);
+
+/// Runs `action` and answers the file dialog that it opens: types `path` and accepts it, also
+/// where that asks to replace an existing file, or cancels when `path` is empty. Returns what the
+/// dialog showed. Throws when there was none.
+struct ShownFileDialog {
+    QStringList filters;
+    QString folder;
+    QString proposedName;
+    bool saves = false;
+    bool askedToReplace = false;
+};
+ShownFileDialog AnswerFileDialogOf(const std::function<void()> &action, const QString &path);
 
 /// Closes a window by its close box.
 void CloseByCloseBox(const QString &name);

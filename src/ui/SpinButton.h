@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QWidget>
+
+class QLineEdit;
+class QToolButton;
+
+namespace ztm {
+
+/// What a spin button steps through: whole numbers from `minimum` to `maximum`.
+struct SpinRange {
+    int minimum;
+    int maximum;
+    int step = 1;
+};
+
+/// A pair of small arrows bound to a text box that takes any text. A step rounds the number in
+/// the box to a whole one, moves it and limits it to the range; the arrows repeat while they are
+/// held. The box's Up and Down keys step as well, and so does the wheel above it while it has
+/// the focus. The box tells of the new text as of any other.
+class SpinButton final : public QWidget {
+    Q_OBJECT
+
+public:
+    /// Takes its object name from the box: "<box>Spin", the arrows "<box>SpinUp" and
+    /// "<box>SpinDown".
+    SpinButton(QLineEdit &textBox, SpinRange spinRange, QWidget *parent);
+
+    /// Moves the number by so many steps, down when negative.
+    void Step(int steps);
+
+    QSize sizeHint() const override;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    QToolButton *NewArrow(Qt::ArrowType arrow, const char *suffix, const QString &name, int steps);
+    bool StepByWheel(QWheelEvent &event);
+
+    QLineEdit &box;
+    SpinRange range;
+    int wheelAngle = 0; // turned but not yet enough for a step
+};
+
+/// A text box and its spin button side by side, to stand in a layout as one.
+QWidget *NewSpinBox(QLineEdit *&box, const QString &name, SpinRange range, QWidget *parent);
+
+} // namespace ztm
