@@ -45,6 +45,8 @@ private:
 };
 
 Clock *currentClock = nullptr;
+double lastSeconds = 0; // since midnight, as RunningSeconds last saw them
+double midnightsPast = 0;
 
 Clock &CurrentClock() {
     return currentClock != nullptr ? *currentClock : SystemClock();
@@ -59,10 +61,21 @@ Clock &SystemClock() {
 
 void SetClock(Clock *clock) {
     currentClock = clock;
+    lastSeconds = 0;
+    midnightsPast = 0;
 }
 
 double SecondsSinceMidnight() {
     return CurrentClock().SecondsSinceMidnight();
+}
+
+double RunningSeconds() {
+    const double now = SecondsSinceMidnight();
+    if (now < lastSeconds) {
+        ++midnightsPast;
+    }
+    lastSeconds = now;
+    return midnightsPast * secondsPerDay + now;
 }
 
 double ElapsedSeconds(double start, double now) {

@@ -27,6 +27,11 @@ void SetClock(Clock *clock);
 /// Seconds since local midnight by the clock that is in.
 double SecondsSinceMidnight();
 
+/// Seconds since the midnight before the clock that is in was first asked. Goes on over every
+/// midnight that follows, so that differences are the time that has passed, however long; asked
+/// at least once a day.
+double RunningSeconds();
+
 /// Seconds from `start` to `now`, both in seconds since midnight and less than a day apart:
 /// always 0 up to 86400, a midnight between the two included.
 double ElapsedSeconds(double start, double now);

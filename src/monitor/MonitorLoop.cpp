@@ -6,6 +6,7 @@
 #include "link/Heaters.h"
 #include "link/USBComms.h"
 #include "monitor/Channels.h"
+#include "monitor/MeasurementLog.h"
 #include "monitor/MonitorSettings.h"
 
 namespace ztm {
@@ -22,7 +23,7 @@ constexpr std::array<int, 2> fanChannels{3, 4};
 
 void MonitorLoop::Tick() {
     window.SetTimerPeriod(MonitorInterval);
-    now = SecondsSinceMidnight();
+    now = RunningSeconds();
     RepeatRead();
     if (window.ShownTab() != MainTab::RegisterAccess || MonitorInReadWrite) {
         Monitor();
@@ -35,7 +36,7 @@ void MonitorLoop::Tick() {
 }
 
 void MonitorLoop::RepeatRead() {
-    if (ElapsedSeconds(LastContinuousRead, now) > continuousReadSpacingSeconds &&
+    if (now - LastContinuousRead > continuousReadSpacingSeconds &&
         window.ShownTab() == MainTab::RegisterAccess && window.ContinuousReadChecked()) {
         LastContinuousRead = now;
         window.ReadShownRegister();
@@ -48,8 +49,7 @@ void MonitorLoop::Monitor() {
         ReadMeasurement(NextChannel);
         NextChannel = NextChannel >= ChannelCount - 1 ? 0 : NextChannel + 1;
     }
-    if (ElapsedSeconds(LastStatusRead, now) > statusReadSpacingSeconds && displayShown &&
-        LimitMonitorEnabled) {
+    if (now - LastStatusRead > statusReadSpacingSeconds && displayShown && LimitMonitorEnabled) {
         LastStatusRead = now;
         window.UpdateAlerts();
     }
@@ -78,9 +78,9 @@ void MonitorLoop::Log() {
     if (!LoggingActive) {
         return;
     }
-    if (ElapsedSeconds(LastLogTime, now) > LogInterval / millisecondsPerSecond &&
+    if (now - LastLogTime > LogInterval / millisecondsPerSecond &&
         (LogEntryCount < MaxLogEntries || MaxLogEntries == 0)) {
-        if (LogStartTime == 0) {
+        if (LogEntryCount == 0) {
             LogStartTime = RoundHalfToEven(now);
         }
         LastLogTime = now;
@@ -94,7 +94,7 @@ void MonitorLoop::Log() {
 void MonitorLoop::StepHeater(size_t heater) {
     HeaterSettings &settings = Heaters[heater];
     if (!settings.SoftwareControl ||
-        ElapsedSeconds(LastStepTime[heater], now) <= settings.IntervalMs / millisecondsPerSecond) {
+        now - LastStepTime[heater] <= settings.IntervalMs / millisecondsPerSecond) {
         return;
     }
     if (settings.StartPending) {

@@ -26,6 +26,7 @@ public:
     /// Shows the measured speed of fan 0 or 1 in the manual speed dialog.
     virtual void ShowFanSpeed(int fan, const std::string &text) = 0;
 
+    /// Appends an entry to the measurement log, whose times count from `startTime`.
     virtual void WriteLogEntry(double startTime) = 0;
     virtual void StopLogging() = 0;
 
@@ -34,8 +35,8 @@ public:
 };
 
 /// The periodic driver of the program: one tick per period of the monitor timer. Its spacings
-/// are measured on the seconds-since-midnight clock; a midnight stretches none of them, and a
-/// clock set back or a pause makes at most one duty come early, never a burst.
+/// are measured on RunningSeconds; a midnight stretches none of them, and a clock set back or a
+/// pause makes at most one duty come early, never a burst.
 class MonitorLoop {
 public:
     explicit MonitorLoop(MonitorWindow &window) : window(window) {}
@@ -53,7 +54,7 @@ private:
     void SendHeaterDuty(size_t heater, int duty);
 
     MonitorWindow &window;
-    double now = 0; // of this tick, in seconds since midnight like the times below
+    double now = 0; // of this tick, RunningSeconds like the times below
     double LastContinuousRead = 0;
     double LastStatusRead = 0;
     double LastLogTime = 0;

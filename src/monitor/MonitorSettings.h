@@ -17,13 +17,6 @@ extern bool MonitorInReadWrite;  ///< keep monitoring while "Register Access" is
 
 extern int16_t GraphType; ///< 1 temperature and fan speed, 2 fan speed, 3 temperature
 
-extern int32_t LogInterval;   ///< time between log entries in milliseconds
-extern int32_t MaxLogEntries; ///< the log stops after so many entries; 0 = never
-
-extern bool LoggingActive;    ///< a log is being written
-extern int32_t LogEntryCount; ///< entries in the log so far
-extern double LogStartTime;   ///< whole seconds since midnight; 0 before the first entry
-
 extern bool ManualDialogOpen;  ///< the manual speed dialog is loaded
 extern bool HeatersDialogOpen; ///< the heater dialog is loaded
 

@@ -1,8 +1,15 @@
 #include "ui/ControlPage.h"
 
+#include "common/NumberText.h"
+#include "files/SnapshotFile.h"
+#include "monitor/MeasurementLog.h"
 #include "ui/Controls.h"
+#include "ui/FileDialogs.h"
 #include "ui/Frame.h"
+#include "ui/Text.h"
+#include "ui/frmLogging.h"
 
+#include <QFile>
 #include <QGridLayout>
 #include <QLabel>
 #include <QProgressBar>
@@ -34,6 +41,7 @@ QGroupBox *NewButtonFrame(const char *name, const QString &caption,
 
 ControlPage::ControlPage(QWidget *parent) : QWidget(parent) {
     SetupUi();
+    ConnectSignals();
     SetFanControlButtons(this);
 }
 
@@ -81,6 +89,9 @@ QGroupBox *ControlPage::NewFileFrame() {
     prgbarLog->setAccessibleName(tr("Progress of the log"));
     prgbarLog->setValue(0);
     prgbarLog->setTextVisible(false);
+    lblLogProblem = Named(new QLabel(frame), "lblLogProblem");
+    lblLogProblem->setWordWrap(true);
+    lblLogProblem->hide();
     lblLogEntries = Named(new QLabel(QStringLiteral("0"), frame), "lblLogEntries");
     auto *caption = new QLabel(tr("Log Entries"), frame);
     caption->setBuddy(lblLogEntries);
@@ -92,7 +103,14 @@ QGroupBox *ControlPage::NewFileFrame() {
     auto *layout = static_cast<QBoxLayout *>(frame->layout());
     layout->insertWidget(1, prgbarLog);
     layout->insertLayout(2, entries);
+    layout->insertWidget(3, lblLogProblem);
     return frame;
+}
+
+void ControlPage::ConnectSignals() {
+    connect(cmdLogData, &QPushButton::clicked, this, &ControlPage::cmdLogData_Click);
+    connect(cmdSaveRegs, &QPushButton::clicked, this, &ControlPage::cmdSaveRegs_Click);
+    connect(cmdRecallRegs, &QPushButton::clicked, this, &ControlPage::cmdRecallRegs_Click);
 }
 
 void ControlPage::DisableAuto() {
@@ -105,6 +123,87 @@ void ControlPage::DisableSetLookups() {
 
 void ControlPage::DisableManual() {
     cmdManual->setEnabled(false);
+}
+
+QString ControlPage::OpenLog(const QString &path, const std::array<bool, ChannelCount> &selected) {
+    if (logFile.Create(QFile::encodeName(path).toStdString()) &&
+        logFile.WriteLine(LogStartLine()) && logFile.WriteLine(LogHeader(selected))) {
+        return {};
+    }
+    const QString problem = QString::fromLocal8Bit(logFile.Error().c_str());
+    logFile.Close();
+    return problem;
+}
+
+void ControlPage::StartLog() {
+    LoggingActive = true;
+    LogEntryCount = 0;
+    ShowLogCount();
+    if (MaxLogEntries != 0) {
+        prgbarLog->setMaximum(MaxLogEntries);
+    }
+    prgbarLog->setValue(0);
+    lblLogProblem->hide();
+    SetLogButton(tr("Click to stop..."), true);
+}
+
+void ControlPage::WriteLogEntry(double startTime) {
+    BuildLogLine(startTime);
+    if (!logFile.WriteLine(LogLine)) {
+        ShowLogProblem(QString::fromLocal8Bit(logFile.Error().c_str()));
+        cmdLogData_Click();
+        return;
+    }
+    ++LogEntryCount;
+    ShowLogCount();
+    if (MaxLogEntries != 0) {
+        prgbarLog->setValue(LogEntryCount);
+    }
+}
+
+void ControlPage::ShowLogCount() {
+    lblLogEntries->setText(ToQString(NumberText(static_cast<double>(LogEntryCount))));
+}
+
+void ControlPage::ShowLogProblem(const QString &reason) {
+    lblLogProblem->setText(tr("The log was stopped: %1").arg(reason));
+    lblLogProblem->show();
+}
+
+void ControlPage::SetLogButton(const QString &caption, bool bold) {
+    QFont font = cmdLogData->font();
+    font.setBold(bold);
+    cmdLogData->setFont(font);
+    cmdLogData->setText(caption);
+}
+
+void ControlPage::cmdLogData_Click() {
+    if (!LoggingActive) {
+        ShowForm<frmLogging>();
+        return;
+    }
+    SetLogButton(tr("Log Data To File..."), false);
+    LoggingActive = false;
+    LogStartTime = 0;
+    if (!logFile.Close()) {
+        ShowLogProblem(QString::fromLocal8Bit(logFile.Error().c_str()));
+    }
+}
+
+// Both end silently when the file cannot be written or read.
+
+void ControlPage::cmdSaveRegs_Click() {
+    const QString path = AskSaveFile(this, tr("Save Current Setup"), tr("Text Files (*.sav)"));
+    if (!path.isEmpty()) {
+        SaveSnapshot(QFile::encodeName(path).toStdString());
+    }
+}
+
+void ControlPage::cmdRecallRegs_Click() {
+    const QString path = AskOpenFile(this, tr("Recall Previous Setup"), tr("Text Files (*.sav)"));
+    if (!path.isEmpty()) {
+        RecallSnapshot(QFile::encodeName(path).toStdString());
+    }
 }
 
 } // namespace ztm

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "files/TextFile.h"
 #include "link/USBComms.h"
+#include "monitor/Channels.h"
 
 #include <QWidget>
 
@@ -24,8 +26,28 @@ public:
     void DisableSetLookups() override;
     void DisableManual() override;
 
+    /// Creates the file of a measurement log and writes the two lines above its entries.
+    /// Returns the system's reason when that fails; no file stays open then.
+    QString OpenLog(const QString &path, const std::array<bool, ChannelCount> &selected);
+
+    /// Starts the log in the opened file with the settings as they are.
+    void StartLog();
+
+    /// Appends one entry to the log and counts it. When it cannot be written, the log stops and
+    /// the reason is shown below the count, which is that of the entries in the file.
+    void WriteLogEntry(double startTime);
+
+    /// Opens the log's dialog, or stops the log that is running.
+    void cmdLogData_Click();
+
 private:
     void SetupUi();
+    void ConnectSignals();
+    void ShowLogCount();
+    void SetLogButton(const QString &caption, bool bold);
+    void ShowLogProblem(const QString &reason);
+    void cmdSaveRegs_Click();
+    void cmdRecallRegs_Click();
     QGroupBox *NewFileFrame();
 
     QPushButton *cmdAuto;
@@ -39,7 +61,9 @@ private:
     QPushButton *cmdRecallRegs;
     QProgressBar *prgbarLog;
     QLabel *lblLogEntries;
+    QLabel *lblLogProblem;
     QPushButton *cmdHeaters;
+    TextFileWriter logFile;
 };
 
 } // namespace ztm

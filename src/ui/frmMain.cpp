@@ -3,6 +3,7 @@
 #include "fan/GraphSettings.h"
 #include "link/Heaters.h"
 #include "link/USBComms.h"
+#include "monitor/MeasurementLog.h"
 #include "monitor/MonitorSettings.h"
 #include "regmap/RegisterTree.h"
 #include "ui/AboutPage.h"
@@ -60,6 +61,7 @@ QSize frmMain::sizeHint() const {
 
 void frmMain::InitMainWindow() {
     ResetMonitorSettings();
+    ResetMeasurementLog();
     SmbusDelayMs = DefaultSmbusDelayMs;
     SmbusDelayEnabled = true;
     ResetGraphSettings();
@@ -126,10 +128,16 @@ void frmMain::ShowGraphType() {
     visualDisplay->ShowGraphType();
 }
 
-// The manual speed dialog, the measurement log and the heater dialog are not there yet.
+void frmMain::WriteLogEntry(double startTime) {
+    control->WriteLogEntry(startTime);
+}
+
+void frmMain::StopLogging() {
+    control->cmdLogData_Click();
+}
+
+// The manual speed dialog and the heater dialog are not there yet.
 void frmMain::ShowFanSpeed(int /*fan*/, const std::string & /*text*/) {}
-void frmMain::WriteLogEntry(double /*startTime*/) {}
-void frmMain::StopLogging() {}
 void frmMain::ShowHeaterDuty(int /*heater*/, int /*duty*/) {}
 
 void frmMain::Form_Unload() {

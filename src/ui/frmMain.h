@@ -27,6 +27,7 @@ public:
     void InitMainWindow();
 
     RegisterAccessPage &RegisterAccess() { return *registerAccess; }
+    ControlPage &Control() { return *control; }
 
     /// Shows the chart that `GraphType` asks for.
     void ShowGraphType();

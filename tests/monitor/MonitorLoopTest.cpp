@@ -3,6 +3,7 @@
 #include "link/Heaters.h"
 #include "link/LinkState.h"
 #include "monitor/Channels.h"
+#include "monitor/MeasurementLog.h"
 #include "monitor/MonitorSettings.h"
 #include "support/AdapterDouble.h"
 #include "support/ClockDouble.h"

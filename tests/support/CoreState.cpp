@@ -1,5 +1,6 @@
 #include "support/CoreState.h"
 
+#include "common/DateTimeText.h"
 #include "discovery/DeviceScan.h"
 #include "fan/GraphSettings.h"
 #include "link/AdapterStartUp.h"
@@ -8,6 +9,7 @@
 #include "link/LinkState.h"
 #include "monitor/Channels.h"
 #include "monitor/MeasurementHistory.h"
+#include "monitor/MeasurementLog.h"
 #include "monitor/MonitorSettings.h"
 #include "regmap/RegMapStuff.h"
 #include "regmap/RegisterTree.h"
@@ -24,8 +26,10 @@ void ResetCoreState() {
     ResetMonitorSettings();
     ResetMeasurements();
     ResetMeasurementHistory();
+    ResetMeasurementLog();
     ResetGraphSettings();
     SetCommFailureHandler({});
+    SetDateTimeSource(nullptr);
 }
 
 } // namespace ztm::test

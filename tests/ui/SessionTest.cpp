@@ -1,5 +1,6 @@
 #include "fan/GraphSettings.h"
 #include "link/Heaters.h"
+#include "monitor/MeasurementLog.h"
 #include "monitor/MonitorSettings.h"
 #include "support/UiTest.h"
 #include "ui/Program.h"

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace ztm {
+
+/// Appends a UTF-8 text to `bytes` in the Windows-1252 character set, one byte per character
+/// (the degree sign is 0xB0). A character that the set lacks, or bytes that are no UTF-8,
+/// become "?".
+void AppendWindows1252(std::string &bytes, std::string_view utf8);
+
+} // namespace ztm

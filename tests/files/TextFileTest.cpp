@@ -1,0 +1,148 @@
+#include "files/TextFile.h"
+
+#include "support/TemporaryFile.h"
+
+#include <gmock/gmock.h>
+
+#include <csignal>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+namespace ztm {
+namespace {
+
+using test::BytesOf;
+using testing::IsEmpty;
+using testing::Not;
+
+class TextFileTest : public testing::Test {
+protected:
+    std::string Written(std::string_view utf8) {
+        TextFileWriter file;
+        EXPECT_TRUE(file.Create(folder.Path("written")) && file.Write(utf8) && file.Close());
+        return BytesOf(folder.Path("written"));
+    }
+
+    std::string ReadAll(const std::string &bytes) {
+        TextFileReader file;
+        EXPECT_TRUE(file.Open(folder.Put("read", bytes)));
+        std::string text;
+        while (const auto character = file.Next()) {
+            text += *character;
+        }
+        return text;
+    }
+
+    test::TemporaryFolder folder;
+};
+
+/// No file of this process grows beyond `bytes` while it lives.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t bytes) {
+        getrlimit(RLIMIT_FSIZE, &before);
+        const rlimit limit{bytes, before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+        std::signal(SIGXFSZ, SIG_IGN);
+    }
+    ~FileSizeLimit() {
+        setrlimit(RLIMIT_FSIZE, &before);
+        std::signal(SIGXFSZ, SIG_DFL);
+    }
+    FileSizeLimit(const FileSizeLimit &) = delete;
+    FileSizeLimit &operator=(const FileSizeLimit &) = delete;
+
+private:
+    rlimit before{};
+};
+
+TEST_F(TextFileTest, CharactersBecomeBytesOfTheCodePage) {
+    const struct {
+        const char *utf8;
+        const char *bytes;
+    } cases[] = {
+        {"25.38°C\t", "25.38\xB0"
+                      "C\t"},
+        {"ÿ¡é", "\xFF\xA1\xE9"},
+        {"€‚Ÿ™", "\x80\x82\x9F\x99"},
+        {"a\u0085b", "a?b"},   // a control character that the page has no byte for
+        {"Ω 温 😀.", "? ? ?."}, // two, three and four bytes
+        {"a\xFFz", "a?z"},     // no UTF-8
+        {"a\xE6\xB8", "a?"},   // cut short
+        {"\xC3z", "?z"},
+    };
+    for (const auto &[utf8, bytes] : cases) {
+        EXPECT_EQ(Written(utf8), bytes) << utf8;
+    }
+}
+
+TEST_F(TextFileTest, CreatesOrReplacesAndEndsLinesWithCrLf) {
+    const std::string path = folder.Put("file", "what was there before, and longer");
+    TextFileWriter file;
+    ASSERT_TRUE(file.Create(path));
+    ASSERT_TRUE(file.WriteLine("one"));
+    EXPECT_EQ(BytesOf(path), "one\r\n") << "before the file is closed";
+    ASSERT_TRUE(file.WriteLine("") && file.Write("2"));
+    EXPECT_EQ(BytesOf(path), "one\r\n\r\n2");
+    EXPECT_TRUE(file.Create(folder.Path("other")));
+    EXPECT_EQ(BytesOf(path), "one\r\n\r\n2");
+}
+
+TEST_F(TextFileTest, FailuresAreNoticedWithTheirReason) {
+    TextFileWriter file;
+    EXPECT_FALSE(file.Create(folder.Path("missing/file")));
+    EXPECT_EQ(file.Error(), "No such file or directory");
+    EXPECT_FALSE(file.IsOpen());
+    ASSERT_TRUE(file.Create("/dev/full"));
+    EXPECT_FALSE(file.WriteLine("lost"));
+    EXPECT_EQ(file.Error(), "No space left on device");
+}
+
+TEST_F(TextFileTest, ALineThatDoesNotFitIsTakenBack) {
+    const FileSizeLimit limit(12);
+    const std::string path = folder.Path("file");
+    TextFileWriter file;
+    ASSERT_TRUE(file.Create(path));
+    EXPECT_TRUE(file.WriteLine("12345"));
+    EXPECT_FALSE(file.WriteLine("6789012"));
+    EXPECT_THAT(file.Error(), Not(IsEmpty()));
+    EXPECT_EQ(BytesOf(path), "12345\r\n") << "no piece of the second line";
+    EXPECT_TRUE(file.WriteLine("abc"));
+    EXPECT_EQ(BytesOf(path), "12345\r\nabc\r\n");
+}
+
+TEST_F(TextFileTest, ReadsEveryByteOnce) {
+    std::string bytes;
+    for (int byte = 0; byte < 200'000; ++byte) {
+        bytes += static_cast<char>(byte * 7 % 251);
+    }
+    EXPECT_TRUE(ReadAll(bytes) == bytes);
+    EXPECT_EQ(ReadAll(""), "");
+    EXPECT_EQ(ReadAll(std::string("a\0\xFF\r\n", 5)), std::string("a\0\xFF\r\n", 5));
+}
+
+TEST_F(TextFileTest, SkipsPastACharacterHoweverFarItIs) {
+    const std::string far(150'000, '.');
+    TextFileReader file;
+    ASSERT_TRUE(file.Open(folder.Put("file", far + "x1" + far + "xx2")));
+    EXPECT_TRUE(file.SkipPast('x'));
+    EXPECT_EQ(file.Next(), '1');
+    EXPECT_TRUE(file.SkipPast('x') && file.SkipPast('x'));
+    EXPECT_FALSE(file.AtEnd());
+    EXPECT_EQ(file.Next(), '2');
+    EXPECT_TRUE(file.AtEnd());
+    EXPECT_FALSE(file.SkipPast('x'));
+    EXPECT_EQ(file.Next(), std::nullopt);
+}
+
+TEST_F(TextFileTest, OpensOnlyFilesThatEnd) {
+    TextFileReader file;
+    EXPECT_FALSE(file.Open(folder.Path("missing")));
+    EXPECT_FALSE(file.Open(folder.Path("")));
+    EXPECT_FALSE(file.Open("/dev/zero"));
+    ASSERT_EQ(mkfifo(folder.Path("pipe").c_str(), 0600), 0);
+    EXPECT_FALSE(file.Open(folder.Path("pipe"))) << "and does not wait for a writer";
+}
+
+} // namespace
+} // namespace ztm

@@ -1,0 +1,77 @@
+#include "monitor/MeasurementLog.h"
+
+#include "support/AdapterDouble.h"
+#include "support/ClockDouble.h"
+
+#include <gmock/gmock.h>
+
+namespace ztm {
+namespace {
+
+constexpr double noon = 43200;
+
+class MeasurementLogTest : public testing::Test {
+protected:
+    MeasurementLogTest() { test::ResetCore(); }
+
+    static std::string LineAfter(double elapsed, double startTime = noon) {
+        const test::ClockDouble clock(startTime + elapsed);
+        BuildLogLine(startTime);
+        return LogLine;
+    }
+};
+
+TEST_F(MeasurementLogTest, ElapsedTimeHasThreeDecimalsAndABlankForItsSign) {
+    const struct {
+        double elapsed;
+        const char *line;
+    } cases[] = {
+        {12.345, " 12.345\t"},     {0.1, " .1\t"}, {-0.3, "-.3\t"},
+        {-0.5, "-.5\t"},           {0, " 0\t"},    {-0.0004, " 0\t"},
+        {0.0005, " .001\t"},       {1, " 1\t"},    {3599.9996, " 3600\t"},
+        {20000.25, " 20000.25\t"},
+    };
+    for (const auto &[elapsed, line] : cases) {
+        EXPECT_EQ(LineAfter(elapsed), line) << elapsed;
+    }
+}
+
+TEST_F(MeasurementLogTest, TimeGoesOnOverEveryMidnight) {
+    test::ClockDouble clock(86399.75);
+    const double start = 86400; // the nearest whole second to the first entry
+    std::vector<std::string> lines;
+    for (const double step : {0.0, 0.5, 86399.75, 1.0}) {
+        clock.Advance(step);
+        BuildLogLine(start);
+        lines.push_back(LogLine);
+    }
+    EXPECT_THAT(lines, testing::ElementsAre("-.25\t", " .25\t", " 86400\t", " 86401\t"));
+}
+
+TEST_F(MeasurementLogTest, SelectedChannelsStandInTheirOrder) {
+    Measurements = {25.38F, -0.25F, 0.75F, 2000, 15360, 45.098038F};
+    const struct {
+        std::array<bool, ChannelCount> selected;
+        const char *header;
+        const char *values;
+    } cases[] = {
+        {{}, "\t", ""},
+        {{true, false, false, true, false, true},
+         "\tLocal\tFan1\tTHERM%",
+         "25.38°C\t2000RPM\t45.09804%"},
+        {{true, true, true, true, true, true},
+         "\tLocal\tRemote1\tRemote2\tFan1\tFan2\tTHERM%",
+         "25.38°C\t-.25°C\t.75°C\t2000RPM\t15360RPM\t45.09804%"},
+        {{false, false, false, false, false, true}, "\tTHERM%", "45.09804%"},
+        {{false, true, true, false, false, false}, "\tRemote1\tRemote2\t", "-.25°C\t.75°C\t"},
+        {{false, false, false, false, true, false}, "\tFan2\t", "15360RPM\t"},
+    };
+    for (const auto &[selected, header, values] : cases) {
+        LogSelected = selected;
+        EXPECT_EQ(LogHeader(selected), header);
+        EXPECT_EQ(LineAfter(0.5), std::string(" .5\t") + values);
+    }
+}
+
+} // namespace
+} // namespace ztm
