@@ -1,7 +1,9 @@
 // A session in the real windows on the simulator that ships with the program.
 
+#include "link/USBComms.h"
 #include "regmap/RegMapStuff.h"
 #include "support/Driver.h"
+#include "support/TemporaryFile.h"
 #include "ui/InitForm.h"
 #include "ui/instruments/ToggleIndicator.h"
 
@@ -66,6 +68,42 @@ TEST_F(SimulatedSession, EveryRegisterIsReadAndWrittenInTheMainWindow) {
     ShownAt(0x02);
     ShownAfterWriting(0x01);
     EXPECT_EQ(ShownAt(0x0B), 0x8B) << "after the reset bit";
+}
+
+/// What the chip holds in the registers that a snapshot can restore.
+std::vector<int32_t> ChipSetup() {
+    std::vector<int32_t> values;
+    for (int32_t address = 0; address < 0x3D; ++address) {
+        values.push_back(ReadRegister(address));
+    }
+    return values;
+}
+
+TEST_F(SimulatedSession, ASetupComesBackFromItsSnapshot) {
+    constexpr int32_t resetBit = 0x01;
+    const auto change = [](int32_t pattern) {
+        for (const RegisterEntry &entry : RegisterMap) {
+            if (entry.Address < 0x3D && !entry.Name.empty()) {
+                const int32_t value = (entry.Address * 7 + pattern) % 256;
+                WriteRegister(entry.Address, entry.Address == 0x02 ? value & ~resetBit : value);
+            }
+        }
+    };
+    const TemporaryFolder folder;
+    const QString path = QString::fromStdString(folder.Path("setup.sav"));
+    ClickTab("Control");
+    change(0x31);
+    const auto saved = ChipSetup();
+    AnswerFileDialogOf([] { Click("cmdSaveRegs"); }, path);
+    EXPECT_EQ(ChipSetup(), saved);
+    change(0x52);
+    EXPECT_NE(ChipSetup(), saved);
+    AnswerFileDialogOf([] { Click("cmdRecallRegs"); }, path);
+    EXPECT_EQ(ChipSetup(), saved) << "after everything was changed";
+    WriteRegister(0x02, resetBit);
+    EXPECT_NE(ChipSetup(), saved);
+    AnswerFileDialogOf([] { Click("cmdRecallRegs"); }, path);
+    EXPECT_EQ(ChipSetup(), saved) << "after a reset";
 }
 
 TEST_F(SimulatedSession, TheBoardIsAlive) {

@@ -4,14 +4,13 @@
 
 #include <gmock/gmock.h>
 
-#include <csignal>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 namespace ztm {
 namespace {
 
 using test::BytesOf;
+using test::FileSizeLimit;
 using testing::IsEmpty;
 using testing::Not;
 
@@ -34,26 +33,6 @@ protected:
     }
 
     test::TemporaryFolder folder;
-};
-
-/// No file of this process grows beyond `bytes` while it lives.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes) {
-        getrlimit(RLIMIT_FSIZE, &before);
-        const rlimit limit{bytes, before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-        std::signal(SIGXFSZ, SIG_IGN);
-    }
-    ~FileSizeLimit() {
-        setrlimit(RLIMIT_FSIZE, &before);
-        std::signal(SIGXFSZ, SIG_DFL);
-    }
-    FileSizeLimit(const FileSizeLimit &) = delete;
-    FileSizeLimit &operator=(const FileSizeLimit &) = delete;
-
-private:
-    rlimit before{};
 };
 
 TEST_F(TextFileTest, CharactersBecomeBytesOfTheCodePage) {

@@ -119,7 +119,10 @@ ShownFileDialog AnswerFileDialogOf(const std::function<void()> &action, const QS
             shown = ShownFileDialog{dialog->nameFilters(), dialog->directory().absolutePath(),
                                     name.text(), dialog->acceptMode() == QFileDialog::AcceptSave};
             name.setText(path);
-            QTest::keyClick(dialog, path.isEmpty() ? Qt::Key_Escape : Qt::Key_Return);
+            // Queued, so that this timer also answers the question that it may lead to.
+            const Qt::Key key = path.isEmpty() ? Qt::Key_Escape : Qt::Key_Return;
+            QMetaObject::invokeMethod(
+                dialog, [dialog, key] { QTest::keyClick(dialog, key); }, Qt::QueuedConnection);
         }
     });
     answer.start(0);

@@ -8,6 +8,7 @@
 #include "support/ClockDouble.h"
 #include "support/CoreState.h"
 #include "support/Driver.h"
+#include "support/TemporaryFile.h"
 #include "tour/TourBoard.h"
 #include "ui/InitForm.h"
 #include "ui/Program.h"
@@ -37,7 +38,8 @@ public:
         About();
         RegisterAccess();
         VisualDisplay();
-        OtherTabs();
+        Control();
+        Logging();
         CloseByCloseBox("frmMain");
         DeleteAllForms();
 
@@ -136,9 +138,24 @@ private:
         }
     }
 
-    void OtherTabs() {
+    void Control() {
         ClickTab("Control");
         Picture("frmMain", "control");
+    }
+
+    void Logging() {
+        const TemporaryFolder files;
+        Click("cmdLogData");
+        for (const char *channel : {"chkLog(0)", "chkLog(1)", "chkLog(3)"}) {
+            Click(channel);
+        }
+        Type("txtNumLogs", "500");
+        Picture("frmLogging", "logging");
+        AnswerFileDialogOf([] { Click("cmdOK"); },
+                           QString::fromStdString(files.Path("measurements.xls")));
+        Live(25);
+        Picture("frmMain", "log-running");
+        Click("cmdLogData");
     }
 
     void Picture(const QString &form, const QString &what) {
