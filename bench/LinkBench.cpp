@@ -128,4 +128,5 @@ int main(int argumentCount, char *arguments[]) {
     benchmark::RunSpecifiedBenchmarks(&reporter);
     reporter.PrintComparison("ReadRegister", "DirectRead");
     reporter.PrintComparison("WriteRegister", "DirectWrite");
+    reporter.PrintComparison("LogEntry", "PlainLogEntry");
 }

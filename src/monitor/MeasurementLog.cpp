@@ -57,7 +57,10 @@ std::string LogHeader(const std::array<bool, ChannelCount> &selected) {
 
 void BuildLogLine(double startTime) {
     const double elapsed = RoundToDecimals(RunningSeconds() - startTime, elapsedDecimals);
-    LogLine = elapsed < 0 ? "" : " ";
+    LogLine.clear();
+    if (!(elapsed < 0)) {
+        LogLine += ' ';
+    }
     LogLine += NumberText(elapsed);
     LogLine += '\t';
     for (size_t channel = 0; channel < Channels.size(); ++channel) {

@@ -1,0 +1,87 @@
+// What an entry of the measurement log costs until the operating system has it, beside a plain
+// formatted write of the same line, and how fast a snapshot is read.
+
+#include "common/Clock.h"
+#include "files/SnapshotFile.h"
+#include "files/TextFile.h"
+#include "link/LinkState.h"
+#include "monitor/MeasurementLog.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <fcntl.h>
+#include <string>
+#include <unistd.h>
+
+namespace {
+
+/// A file that is gone at the end.
+class ScratchFile {
+public:
+    ScratchFile() { close(mkstemp(path)); }
+    ~ScratchFile() { unlink(path); }
+    ScratchFile(const ScratchFile &) = delete;
+    ScratchFile &operator=(const ScratchFile &) = delete;
+
+    const char *Path() const { return path; }
+
+private:
+    char path[32] = "/tmp/ztm-bench-XXXXXX";
+};
+
+void LogEntry(benchmark::State &state) {
+    ztm::LogSelected.fill(true);
+    ztm::Measurements = {25.38F, 31.25F, 40.5F, 2000, 15360, 45.098038F};
+    const ScratchFile scratch;
+    ztm::TextFileWriter file;
+    file.Create(scratch.Path());
+    const double start = ztm::SecondsSinceMidnight();
+    for (auto _ : state) {
+        ztm::BuildLogLine(start);
+        benchmark::DoNotOptimize(file.WriteLine(ztm::LogLine));
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+void PlainLogEntry(benchmark::State &state) {
+    const ScratchFile scratch;
+    const int file = open(scratch.Path(), O_WRONLY | O_TRUNC);
+    const double start = ztm::SecondsSinceMidnight();
+    char line[128];
+    for (auto _ : state) {
+        const int length = std::snprintf(line, sizeof line,
+                                         " %.3f\t%g\xB0"
+                                         "C\t%g\xB0"
+                                         "C\t%g\xB0"
+                                         "C\t%gRPM\t%gRPM\t%g%%\r\n",
+                                         ztm::SecondsSinceMidnight() - start, 25.38, 31.25, 40.5,
+                                         2000.0, 15360.0, 45.098038);
+        benchmark::DoNotOptimize(write(file, line, static_cast<size_t>(length)));
+    }
+    state.SetItemsProcessed(state.iterations());
+    close(file);
+}
+
+void RecallSnapshot(benchmark::State &state) {
+    ztm::CommsMedium = ztm::MediumUSB;
+    const ScratchFile scratch;
+    std::string text = "Address, Data\r\n";
+    for (int64_t line = 0; line < state.range(0); ++line) {
+        text += "0x3C, 0xFF\t// Enhanced Acoustics\r\n";
+    }
+    text += "\r\n";
+    ztm::TextFileWriter file;
+    file.Create(scratch.Path());
+    file.Write(text);
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(ztm::RecallSnapshot(scratch.Path()));
+    }
+    state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(text.size()));
+}
+
+BENCHMARK(LogEntry);
+BENCHMARK(PlainLogEntry);
+BENCHMARK(RecallSnapshot)->Arg(52)->Arg(4096);
+
+} // namespace
