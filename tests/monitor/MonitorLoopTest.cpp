@@ -10,6 +10,8 @@
 
 #include <gmock/gmock.h>
 
+#include <cmath>
+
 namespace ztm {
 namespace {
 
@@ -61,15 +63,17 @@ protected:
         DeviceName = ZTM7720;
     }
 
-    /// Ticks for that long and returns how often the window was told `what`.
-    auto CountIn(double seconds, const std::string &what) {
+    /// Ticks for that long and returns how often the window was told something that starts with
+    /// `what`.
+    auto CountIn(double seconds, const std::string &what, double period = tickSeconds) {
         window.done.clear();
-        const double end = clock.TotalSeconds() + seconds - tickSeconds / 2;
+        const double end = clock.TotalSeconds() + seconds - period / 2;
         while (clock.TotalSeconds() < end) {
             loop.Tick();
-            clock.Advance(tickSeconds);
+            clock.Advance(period);
         }
-        return std::count(window.done.begin(), window.done.end(), what);
+        return std::count_if(window.done.begin(), window.done.end(),
+                             [&](const std::string &done) { return done.rfind(what, 0) == 0; });
     }
 
     test::ClockDouble clock{86400 - 10}; // a midnight is never far
@@ -139,12 +143,41 @@ TEST_F(MonitorLoopTest, SpacingsHoldOverMidnightWithoutABurst) {
     window.tab = MainTab::RegisterAccess;
     window.continuousRead = true;
     EXPECT_EQ(CountIn(60, "read"), 118); // every 17th tick
-    EXPECT_NEAR(static_cast<double>(CountIn(3600, "read")), 3600 / 0.51, 1) << "an hour";
     clock.Advance(40000);
     EXPECT_EQ(CountIn(0.48, "read"), 1) << "after a pause";
     clock.Advance(86400 - 3600);
     EXPECT_LE(CountIn(0.48, "read"), 1) << "after the clock was set back";
     EXPECT_EQ(CountIn(60, "read"), 118);
+}
+
+TEST_F(MonitorLoopTest, SpacingsDoNotDriftInAnHour) {
+    constexpr double hour = 3600;
+    LoggingActive = LimitMonitorEnabled = true;
+    MaxLogEntries = 0;
+    LogInterval = 250;
+    window.continuousRead = true;
+    Heaters[1].SoftwareControl = true;
+    Heaters[1].IntervalMs = 700;
+    // A duty comes with the first tick above its spacing, and every step of a ramp waits 5 ms.
+    const auto expected = [](double spacing, double period, double waits) {
+        return hour / ((std::floor((spacing - waits) / period) + 1) * period + waits);
+    };
+    for (const double period : {0.030, 0.070, 0.009}) {
+        window.tab = MainTab::VisualDisplay;
+        EXPECT_NEAR(static_cast<double>(CountIn(hour, "heater1", period)),
+                    expected(0.7, period, 0.005), 1)
+            << period;
+        Heaters[1].SoftwareControl = false;
+        EXPECT_NEAR(static_cast<double>(CountIn(hour, "alerts", period)), expected(0.1, period, 0),
+                    1)
+            << period;
+        EXPECT_NEAR(static_cast<double>(CountIn(hour, "log", period)), expected(0.25, period, 0), 1)
+            << period;
+        window.tab = MainTab::RegisterAccess;
+        EXPECT_NEAR(static_cast<double>(CountIn(hour, "read", period)), expected(0.5, period, 0), 1)
+            << period;
+        Heaters[1].SoftwareControl = true;
+    }
 }
 
 TEST_F(MonitorLoopTest, TheLogStopsOnTheTickThatWritesItsLastEntry) {
@@ -191,14 +224,9 @@ TEST_F(MonitorLoopTest, RampsStepByTheirOwnIntervals) {
         heater.SoftwareControl = heater.StartPending = true;
     }
     Heaters[1].IntervalMs = 1000;
-    window.done.clear();
-    CountIn(20.4, "");
-    const auto steps = [&](const char *heater) {
-        return std::count_if(window.done.begin(), window.done.end(),
-                             [=](const std::string &done) { return done.rfind(heater, 0) == 0; });
-    };
-    EXPECT_NEAR(static_cast<double>(steps("heater0")), 40, 1);
-    EXPECT_NEAR(static_cast<double>(steps("heater1")), 20, 1);
+    const auto first = CountIn(20.4, "heater0");
+    EXPECT_NEAR(static_cast<double>(first), 40, 1);
+    EXPECT_NEAR(static_cast<double>(window.done.size()) - static_cast<double>(first), 20, 1);
 }
 
 } // namespace

@@ -134,20 +134,38 @@ TEST_F(VisualDisplayPageTest, ADraggedPointerWritesOnceLowBeforeHigh) {
         Click(QString("optMeasure(%1)").arg(channel));
         Adapter().calls.clear();
         Drag(Limits(0), 2, 0, 40);
-        const auto value = static_cast<int32_t>(std::lround(Limits(0).LowPointer())) + 64;
-        EXPECT_NEAR(value, 104, 2);
-        EXPECT_THAT(Adapter().calls, ElementsAre(Write(low, value), Write(high, 164)));
+        const auto lowValue = static_cast<int32_t>(std::lround(Limits(0).LowPointer())) + 64;
+        EXPECT_NEAR(lowValue, 104, 2);
+        EXPECT_THAT(Adapter().calls, ElementsAre(Write(low, lowValue), Write(high, 164)));
         EXPECT_EQ(Limits(0).Band0Start(), Limits(0).LowPointer());
+
+        Adapter().calls.clear();
+        Drag(Limits(0), 3, 100, 70);
+        const auto highValue = static_cast<int32_t>(std::lround(Limits(0).HighPointer())) + 64;
+        EXPECT_NEAR(highValue, 134, 2);
+        EXPECT_THAT(Adapter().calls, ElementsAre(Write(low, lowValue), Write(high, highValue)));
+        EXPECT_EQ(Limits(0).Band1End(), Limits(0).HighPointer());
     }
+}
+
+TEST_F(VisualDisplayPageTest, PercentIsWrittenAndFanSpeedIsNot) {
+    Open(ZTM7720);
     Adapter().registers[0x19] = 0;
     Click("optMeasure(5)");
-    Adapter().calls.clear();
-    Drag(Limits(2), 3, 0, 100);
-    EXPECT_THAT(Adapter().calls, ElementsAre(Write(0x19, 255)));
+    for (const auto &[percent, byte] : {std::pair{50, 128}, {100, 255}, {0, 0}}) {
+        Adapter().calls.clear();
+        const double from = Limits(2).HighPointer();
+        Drag(Limits(2), 3, from, percent);
+        const auto written = static_cast<int32_t>(std::nearbyint(Limits(2).HighPointer() * 2.55));
+        EXPECT_NEAR(written, byte, 2);
+        EXPECT_THAT(Adapter().calls, ElementsAre(Write(0x19, written)));
+    }
     Click("optMeasure(3)");
     Adapter().calls.clear();
     Drag(Limits(1), 3, Limits(1).HighPointer(), 9000);
     EXPECT_NEAR(Limits(1).HighPointer(), 9000, 150);
+    Drag(Limits(1), 2, Limits(1).LowPointer(), 3000);
+    EXPECT_NEAR(Limits(1).LowPointer(), 3000, 150);
     EXPECT_THAT(Adapter().calls, IsEmpty());
 }
 
@@ -224,6 +242,19 @@ TEST_F(VisualDisplayPageTest, EasySetupStartsMonitoringOfTheLocalChannel) {
         EXPECT_TRUE(MonitoringEnabled && GraphingEnabled && LimitMonitorEnabled && BargraphEnabled);
         EXPECT_TRUE(Find<QRadioButton>("optMeasure(0)").isChecked());
     }
+}
+
+TEST_F(VisualDisplayPageTest, NoTickRunsInsideAnother) {
+    Open(ZTM7720);
+    MonitoringEnabled = true;
+    Adapter().script = [](const Call &) {
+        Tick(); // as if a request let events run
+        return int16_t{0};
+    };
+    Tick();
+    EXPECT_THAT(Adapter().calls, ElementsAre(Read(0x40), Read(0x41)));
+    Tick();
+    EXPECT_EQ(Adapter().calls.size(), 4U);
 }
 
 TEST_F(VisualDisplayPageTest, NoTickRunsWhileAMessageIsShown) {

@@ -12,7 +12,7 @@ namespace {
 class GraphOptionsTest : public UiTest {
 protected:
     static void Open() {
-        if (LoadedForm<InitForm>() == nullptr && LoadedForms().empty()) {
+        if (LoadedForms().empty()) {
             StartSessionOf(ZTM7720);
             ClickTab("Visual Display");
         }
@@ -62,6 +62,8 @@ TEST_F(GraphOptionsTest, ApplyStoresAndCancelDoesNot) {
     Click("cmdCancel");
     EXPECT_EQ(LoadedForm<frmGraphOptions>(), nullptr);
     EXPECT_EQ(MonitorInterval, 30);
+    EXPECT_EQ(SmbusDelayMs, 20);
+    EXPECT_TRUE(SmbusDelayEnabled);
     EXPECT_FALSE(MonitoringEnabled);
 
     Open();
