@@ -136,8 +136,10 @@ void frmLogging::PlaceChannels() {
         box.move(Twips(channelLeft, *this), qRound(stretch * Twips(tops[channel], *this)));
         width = std::max(width, box.width());
     }
-    chkLog[0]->parentWidget()->setMinimumSize(2 * Twips(channelLeft, *this) + width,
-                                              qRound(stretch * Twips(frameHeight, *this)));
+    QWidget &frame = *chkLog[0]->parentWidget();
+    const QSize rows(2 * Twips(channelLeft, *this) + width,
+                     qRound(stretch * Twips(frameHeight, *this)));
+    frame.setMinimumSize(rows.expandedTo(frame.minimumSizeHint()));
 }
 
 void frmLogging::Form_Load() {

@@ -201,6 +201,47 @@ TEST_F(WindowsTest, EveryControlSaysWhatItIs) {
     EXPECT_THAT(Nameless(), IsEmpty());
 }
 
+/// The buttons that open a window of their own, and where they are.
+struct WindowButton {
+    const char *tab;
+    const char *button;
+    const char *window;
+};
+const WindowButton windowButtons[] = {
+    {"Visual Display", "cmdSetUpLog", "frmSetupLog"},
+    {"Visual Display", "cmdGraphOptions", "frmGraphOptions"},
+    {"Control", "cmdLogData", "frmLogging"},
+};
+
+TEST_F(WindowsTest, EveryDialogIsWholeNamedAndReadable) {
+    const QPalette usual = QApplication::palette();
+    const QFont usualFont = QApplication::font();
+    QFont large = usualFont;
+    large.setPointSizeF(large.pointSizeF() * 1.5);
+    const std::pair<QPalette, QFont> looks[] = {{QPalette(QColor(239, 239, 239)), usualFont},
+                                                {QPalette(QColor(49, 54, 59)), usualFont},
+                                                {QPalette(QColor(239, 239, 239)), large}};
+    for (const std::string_view variant : {ZTM7720, ZTM7710}) {
+        for (const auto &[palette, font] : looks) {
+            QApplication::setPalette(palette);
+            QApplication::setFont(font);
+            ResetCore();
+            StartSessionOf(variant);
+            for (const WindowButton &opener : windowButtons) {
+                ClickTab(opener.tab);
+                Click(opener.button);
+                Settle();
+                EXPECT_THAT(CutOff(Find(opener.window)), IsEmpty()) << opener.window;
+            }
+            EXPECT_THAT(Nameless(), IsEmpty());
+            EXPECT_THAT(HardToRead(), IsEmpty());
+            DeleteAllForms();
+        }
+    }
+    QApplication::setPalette(usual);
+    QApplication::setFont(usualFont);
+}
+
 TEST_F(WindowsTest, AButtonBringsTheSameWindowBack) {
     StartSessionOf(ZTM7720);
     ClickTab("Visual Display");
