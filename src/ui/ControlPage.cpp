@@ -7,7 +7,11 @@
 #include "ui/FileDialogs.h"
 #include "ui/Frame.h"
 #include "ui/Text.h"
+#include "ui/frmHeaters.h"
 #include "ui/frmLogging.h"
+#include "ui/frmManual.h"
+#include "ui/frmThermTemp.h"
+#include "ui/frmThermTimer.h"
 
 #include <QFile>
 #include <QGridLayout>
@@ -108,6 +112,10 @@ QGroupBox *ControlPage::NewFileFrame() {
 }
 
 void ControlPage::ConnectSignals() {
+    connect(cmdManual, &QPushButton::clicked, this, &ControlPage::cmdManual_Click);
+    connect(cmdThermTemp, &QPushButton::clicked, this, [] { ShowForm<frmThermTemp>(); });
+    connect(cmdThermTimer, &QPushButton::clicked, this, [] { ShowForm<frmThermTimer>(); });
+    connect(cmdHeaters, &QPushButton::clicked, this, [] { ShowForm<frmHeaters>(); });
     connect(cmdLogData, &QPushButton::clicked, this, &ControlPage::cmdLogData_Click);
     connect(cmdSaveRegs, &QPushButton::clicked, this, &ControlPage::cmdSaveRegs_Click);
     connect(cmdRecallRegs, &QPushButton::clicked, this, &ControlPage::cmdRecallRegs_Click);
@@ -188,6 +196,11 @@ void ControlPage::cmdLogData_Click() {
     if (!logFile.Close()) {
         ShowLogProblem(QString::fromLocal8Bit(logFile.Error().c_str()));
     }
+}
+
+/// Reads the speeds again when the dialog is open already, and twice when it is not.
+void ControlPage::cmdManual_Click() {
+    ShowForm<frmManual>().Form_Load();
 }
 
 // Both end silently when the file cannot be written or read.

@@ -46,6 +46,7 @@ private:
     void ShowLogCount();
     void SetLogButton(const QString &caption, bool bold);
     void ShowLogProblem(const QString &reason);
+    void cmdManual_Click();
     void cmdSaveRegs_Click();
     void cmdRecallRegs_Click();
     QGroupBox *NewFileFrame();

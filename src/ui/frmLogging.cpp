@@ -1,6 +1,5 @@
 #include "ui/frmLogging.h"
 
-#include "common/NumberText.h"
 #include "link/LinkState.h"
 #include "monitor/MeasurementLog.h"
 #include "ui/ControlPage.h"
@@ -153,8 +152,8 @@ void frmLogging::Form_Load() {
     for (size_t channel = 0; channel < chkLog.size(); ++channel) {
         chkLog[channel]->setChecked(LogSelected[channel]);
     }
-    txtLogInt->setText(ToQString(NumberText(static_cast<double>(LogInterval))));
-    txtNumLogs->setText(ToQString(NumberText(static_cast<double>(MaxLogEntries))));
+    ShowNumber(*txtLogInt, LogInterval);
+    ShowNumber(*txtNumLogs, MaxLogEntries);
 }
 
 void frmLogging::cmdOK_Click() {

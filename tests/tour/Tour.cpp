@@ -40,6 +40,9 @@ public:
         VisualDisplay();
         Control();
         Logging();
+        Therm();
+        ManualSpeed();
+        HeaterRamp();
         CloseByCloseBox("frmMain");
         DeleteAllForms();
 
@@ -128,6 +131,43 @@ private:
         ztm::SetHeaterDuty(40, 0);
         Live(30);
         Picture("frmMain", "one-fan-live");
+        Therm();
+        ManualSpeed();
+    }
+
+    void Therm() {
+        ClickTab("Control");
+        Click("cmdThermTemp");
+        Picture("frmThermTemp", "therm-temperature");
+        Click("cmdThermTimer");
+        Picture("frmThermTimer", "therm-timer");
+        CloseByCloseBox("frmThermTemp");
+        CloseByCloseBox("frmThermTimer");
+    }
+
+    void ManualSpeed() {
+        ClickTab("Control");
+        Click("cmdManual");
+        Live(1);
+        Picture("frmManual", "manual-speed");
+        CloseByCloseBox("frmManual");
+    }
+
+    void HeaterRamp() {
+        ClickTab("Control");
+        Click("cmdHeaters");
+        Click("chkSWControl(0)");
+        Type("txtIncrement(0)", "5");
+        Type("txtInterval(0)", "2000");
+        Click("cmdApply");
+        Live(60);
+        Picture("frmHeaters", "heater-ramp");
+        ClickTab("Visual Display");
+        Live(1);
+        Picture("frmMain", "heater-ramp-live");
+        Click("chkSWControl(0)");
+        Click("cmdApply");
+        CloseByCloseBox("frmHeaters");
     }
 
     /// Lets that time pass for board and program.

@@ -38,6 +38,9 @@ protected:
                 qobject_cast<const QScrollBar *>(widget->parent()) != nullptr) {
                 continue;
             }
+            if (widget->sizePolicy().verticalPolicy() == QSizePolicy::Ignored) {
+                continue; // an arrow of a spin button is as large as it happens to be
+            }
             const QSize least = widget->minimumSizeHint();
             const bool small = widget->width() < least.width() || widget->height() < least.height();
             const bool outside = !widget->parentWidget()->rect().contains(widget->geometry());
@@ -211,6 +214,10 @@ const WindowButton windowButtons[] = {
     {"Visual Display", "cmdSetUpLog", "frmSetupLog"},
     {"Visual Display", "cmdGraphOptions", "frmGraphOptions"},
     {"Control", "cmdLogData", "frmLogging"},
+    {"Control", "cmdThermTemp", "frmThermTemp"},
+    {"Control", "cmdThermTimer", "frmThermTimer"},
+    {"Control", "cmdManual", "frmManual"},
+    {"Control", "cmdHeaters", "frmHeaters"},
 };
 
 TEST_F(WindowsTest, EveryDialogIsWholeNamedAndReadable) {
