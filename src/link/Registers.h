@@ -13,9 +13,14 @@ inline constexpr int32_t SoftwareTableBit = 0x80; ///< of Configuration1: TBL/SW
 
 inline constexpr int32_t Configuration2 = 0x02;
 inline constexpr int32_t BoostDisableBit = 0x02; ///< of Configuration2
+inline constexpr int32_t LinearBit = 0x04;       ///< of Configuration2, without a label
 inline constexpr int32_t EightPointBit = 0x08;   ///< of Configuration2, without a label
 
+inline constexpr int32_t Configuration3 = 0x03; ///< fan poles
 inline constexpr int32_t Configuration4 = 0x04;
+inline constexpr int32_t FanBehaviour = 0x07;
+inline constexpr int32_t EnhanceAcoustics = 0x3B;
+inline constexpr int32_t FanResponse = 0x3C;
 
 inline constexpr int32_t LocalThermLimit = 0x0D; ///< degrees + 64, like the two that follow
 inline constexpr int32_t Remote1ThermLimit = 0x10;

@@ -7,8 +7,11 @@
 #include "ui/FileDialogs.h"
 #include "ui/Frame.h"
 #include "ui/Text.h"
+#include "ui/frmAutoControl.h"
+#include "ui/frmConfig.h"
 #include "ui/frmHeaters.h"
 #include "ui/frmLogging.h"
+#include "ui/frmLookup.h"
 #include "ui/frmManual.h"
 #include "ui/frmThermTemp.h"
 #include "ui/frmThermTimer.h"
@@ -112,6 +115,9 @@ QGroupBox *ControlPage::NewFileFrame() {
 }
 
 void ControlPage::ConnectSignals() {
+    connect(cmdConParam, &QPushButton::clicked, this, [] { ShowForm<frmConfig>(); });
+    connect(cmdAuto, &QPushButton::clicked, this, [] { ShowForm<frmAutoControl>(); });
+    connect(cmdSetLookups, &QPushButton::clicked, this, [] { ShowForm<frmLookup>(); });
     connect(cmdManual, &QPushButton::clicked, this, &ControlPage::cmdManual_Click);
     connect(cmdThermTemp, &QPushButton::clicked, this, [] { ShowForm<frmThermTemp>(); });
     connect(cmdThermTimer, &QPushButton::clicked, this, [] { ShowForm<frmThermTimer>(); });
@@ -131,6 +137,12 @@ void ControlPage::DisableSetLookups() {
 
 void ControlPage::DisableManual() {
     cmdManual->setEnabled(false);
+}
+
+void ControlPage::ShowControlType(bool automatic) {
+    cmdAuto->setEnabled(automatic);
+    cmdSetLookups->setEnabled(cmdAuto->isEnabled());
+    cmdManual->setEnabled(!automatic);
 }
 
 QString ControlPage::OpenLog(const QString &path, const std::array<bool, ChannelCount> &selected) {

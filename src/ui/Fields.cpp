@@ -43,13 +43,17 @@ void MarkField(QLineEdit &box, const QString &reason) {
     box.setPalette(palette);
 }
 
+void WatchNumber(QLineEdit &box, std::function<bool(double)> isValid, const QString &reason) {
+    QObject::connect(
+        &box, &QLineEdit::textChanged, &box, [&box, isValid = std::move(isValid), reason] {
+            MarkField(box, isValid(std::nearbyint(NumberIn(box))) ? QString() : reason);
+        });
+}
+
 void WatchRange(QLineEdit &box, double minimum, double maximum, const QString &unit) {
-    QObject::connect(&box, &QLineEdit::textChanged, &box, [&box, minimum, maximum, unit] {
-        const double number = std::nearbyint(NumberIn(box));
-        const bool inside = number >= minimum && number <= maximum;
-        MarkField(box, inside ? QString()
-                              : QObject::tr("%1 to %2 %3").arg(minimum).arg(maximum).arg(unit));
-    });
+    WatchNumber(
+        box, [=](double number) { return number >= minimum && number <= maximum; },
+        QObject::tr("%1 to %2 %3").arg(minimum).arg(maximum).arg(unit));
 }
 
 } // namespace ztm

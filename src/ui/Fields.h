@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 class QLineEdit;
 class QString;
 
@@ -18,6 +20,10 @@ void SetTextKeepingCaret(QLineEdit &box, const QString &text);
 /// Marks a box whose text is outside what it can hold, by colour and by a tooltip that says
 /// why; an empty `reason` takes the mark away.
 void MarkField(QLineEdit &box, const QString &reason);
+
+/// From now on marks the box, for that reason, while the number in it, rounded to a whole one, is
+/// none that `isValid` takes.
+void WatchNumber(QLineEdit &box, std::function<bool(double)> isValid, const QString &reason);
 
 /// From now on marks the box while the number in it, rounded to a whole one, is outside
 /// `minimum` to `maximum`, and says the range.
