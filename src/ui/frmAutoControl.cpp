@@ -40,6 +40,7 @@ constexpr int32_t sourceBits = 0x03;
 constexpr int sourceShift = 2;
 constexpr int labelShift = 50; // twips
 constexpr int firstRpmLabel = 2;
+constexpr double labelFontScale = 0.8; // so that neighbours stay apart
 constexpr int largestPointRpm = std::numeric_limits<int16_t>::max();
 
 LookupPoint &PointAt(int point) {
@@ -49,8 +50,10 @@ LookupPoint &PointAt(int point) {
 /// A line of the legend.
 QFrame *NewLine(const char *name, const char *colour, QWidget *parent) {
     auto *line = Named(new QFrame(parent), name);
-    line->setFixedSize(line->fontMetrics().averageCharWidth() * 4, 3);
-    line->setStyleSheet(QStringLiteral("background-color: %1").arg(QLatin1String(colour)));
+    line->setFixedSize(line->fontMetrics().averageCharWidth() * 4, 5);
+    // A light edge, so that it shows on a dark ground as well.
+    line->setStyleSheet(
+        QStringLiteral("background: %1; border: 1px solid white").arg(QLatin1String(colour)));
     return line;
 }
 
@@ -89,14 +92,18 @@ void frmAutoControl::SetupUi() {
 QWidget *frmAutoControl::NewGraphPanel() {
     panel = new QWidget(this);
     pctGraph = Named(new LookupGraph(panel), "pctGraph");
+    QFont small = font();
+    small.setPointSizeF(small.pointSizeF() * labelFontScale);
     for (int label = 0; label < temperatureLabels; ++label) {
         auto *text = new QLabel(QString::number(10 * label), panel);
         text->setObjectName(IndexedName("lblTemp", label));
+        text->setFont(small);
         lblTemp[static_cast<size_t>(label)] = text;
     }
     for (int label = firstRpmLabel; label <= lastRpmLabel; ++label) {
         auto *text = new QLabel(QStringLiteral("0"), panel);
         text->setObjectName(IndexedName("lblRPM", label));
+        text->setFont(small);
         text->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
         lblRPM[static_cast<size_t>(label)] = text;
     }

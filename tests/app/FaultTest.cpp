@@ -72,6 +72,10 @@ void WatchDisplays() {
 
 void UseDialogs() {
     ClickTab("Control");
+    Visit("cmdConParam", "frmConfig", {"optAuto", "cmdOK"});
+    Visit("cmdSetLookups", "frmLookup", {"cmdTestData", "cmdOK"});
+    Visit("cmdAuto", "frmAutoControl", {"optLinear", "cmdOK"});
+    Visit("cmdConParam", "frmConfig", {"optManual", "cmdOK"});
     Visit("cmdThermTemp", "frmThermTemp", {"cmdOK"});
     Visit("cmdThermTimer", "frmThermTimer", {"cmdOK"});
     Visit("cmdManual", "frmManual", {"sldFan(0)Track", "sldFan(1)Track"});

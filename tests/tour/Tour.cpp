@@ -11,11 +11,13 @@
 #include "support/TemporaryFile.h"
 #include "tour/TourBoard.h"
 #include "ui/InitForm.h"
+#include "ui/LookupGraph.h"
 #include "ui/Program.h"
 #include "ui/instruments/Gauge.h"
 
 #include <QDir>
 #include <QLineEdit>
+#include <QTabWidget>
 #include <QTest>
 #include <QTextStream>
 #include <QTimer>
@@ -43,6 +45,7 @@ public:
         Therm();
         ManualSpeed();
         HeaterRamp();
+        AutomaticControl();
         CloseByCloseBox("frmMain");
         DeleteAllForms();
 
@@ -133,6 +136,7 @@ private:
         Picture("frmMain", "one-fan-live");
         Therm();
         ManualSpeed();
+        AutomaticControl();
     }
 
     void Therm() {
@@ -168,6 +172,46 @@ private:
         Click("chkSWControl(0)");
         Click("cmdApply");
         CloseByCloseBox("frmHeaters");
+    }
+
+    void AutomaticControl() {
+        ClickTab("Control");
+        FanConfiguration();
+        Click("cmdSetLookups");
+        Click("cmdTestData");
+        Picture("frmLookup", "lookup-points");
+        ClickOn("frmLookup", "cmdOK");
+        Curve();
+    }
+
+    /// Picks automatic control, which the other windows need.
+    void FanConfiguration() {
+        Click("cmdConParam");
+        Click("optAuto");
+        if (Find("opt8Points").isVisible()) {
+            Click("opt8Points");
+        }
+        Picture("frmConfig", "fan-configuration");
+        Find("frmConfig").findChild<QTabWidget *>("SSTab1")->setCurrentIndex(1);
+        Picture("frmConfig", "fan-configuration-fan");
+        ClickOn("frmConfig", "cmdOK");
+    }
+
+    void Curve() {
+        Click("cmdAuto");
+        Click("optControl(3)");
+        Picture("frmAutoControl", "automatic-control");
+        Click("optLinear");
+        auto &graph = Find<ztm::LookupGraph>("pctGraph");
+        graph.carriedAt = QPointF(2600, 900);
+        graph.update();
+        Picture("frmAutoControl", "automatic-control-carrying");
+        CloseByCloseBox("frmAutoControl");
+    }
+
+    /// A click on a control whose name other windows have as well.
+    static void ClickOn(const char *form, const char *control) {
+        QTest::mouseClick(Find(form).findChild<QWidget *>(control), Qt::LeftButton);
     }
 
     /// Lets that time pass for board and program.

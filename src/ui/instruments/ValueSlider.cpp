@@ -90,7 +90,7 @@ double ValueSlider::Minimum() const {
 void ValueSlider::SetMinimum(double value) {
     const QSignalBlocker programOnly(slider);
     slider->setMinimum(qRound(value));
-    ShowValue();
+    FitScale();
 }
 
 double ValueSlider::Maximum() const {
@@ -100,7 +100,7 @@ double ValueSlider::Maximum() const {
 void ValueSlider::SetMaximum(double value) {
     const QSignalBlocker programOnly(slider);
     slider->setMaximum(qRound(value));
-    ShowValue();
+    FitScale();
 }
 
 void ValueSlider::SetSteps(int small, int large) {
@@ -132,6 +132,13 @@ void ValueSlider::changeEvent(QEvent *event) {
         slider->setToolTip(toolTip());
     }
     QWidget::changeEvent(event);
+}
+
+void ValueSlider::FitScale() {
+    const int numbers = std::max(fontMetrics().horizontalAdvance(QString::number(Minimum())),
+                                 fontMetrics().horizontalAdvance(QString::number(Maximum())));
+    setMinimumWidth(slider->sizeHint().width() + fontMetrics().height() + numbers);
+    ShowValue();
 }
 
 /// The scale: a tick and a number for the lower end and for the round numbers above it.

@@ -51,6 +51,7 @@ protected:
 
 private:
     void ShowValue();
+    void FitScale();
 
     QLabel *captionLabel;
     QSlider *slider;
