@@ -15,14 +15,12 @@
 class QCPAxis;
 class QCPItemText;
 class QCPRange;
-class QCustomPlot;
 class QMenu;
 
 namespace ztm {
 
 class StripChartColumns;
-class StripChartCursor;
-class StripChartPlottable;
+class StripChartPlot;
 
 /// What a strip chart shows.
 struct StripChartSetup {
@@ -162,8 +160,12 @@ private:
     void SetupTraces();
     void SetupLabels();
     void ApplyPalette();
+    bool CanBeSeen() const;
     void Redraw();
+    void Follow();
     void BeforeReplot();
+    int ColumnCount() const;
+    int64_t FirstColumn(double width, int count) const;
     void DescribeLastValues();
 
     // The time in sight
@@ -188,7 +190,8 @@ private:
     bool MoveByKey(const QKeyEvent &event);
 
     // The read-out
-    void UpdateCursor();
+    bool UpdateCursor();
+    void RedrawCursor();
     QString NameOf(const StripChartSetup::Trace &trace) const;
     QString ReadingOf(const StripChartSetup::Trace &trace, int column) const;
 
@@ -200,11 +203,8 @@ private:
     const ChannelHistory &history;
     StripChartSetup setup;
     std::unique_ptr<StripChartColumns> columns;
-    QCustomPlot *plot;
-    StripChartCursor *cursor = nullptr; // owned by the plot, as are those that follow
-    QCPItemText *awaySign = nullptr;
-    std::vector<StripChartPlottable *> traces;
-    std::vector<QCPItemText *> labelItems; // nullptr for the title of an axis
+    StripChartPlot *plot;
+    std::vector<QCPItemText *> labelItems; // owned by the plot; nullptr for the title of an axis
     QPointer<QMenu> menu;
     std::optional<Drag> drag;
     std::optional<double> cursorX; // pixels from the left of the plot

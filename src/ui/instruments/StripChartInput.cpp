@@ -1,5 +1,5 @@
 #include "ui/instruments/StripChart.h"
-#include "ui/instruments/StripChartPlottable.h"
+#include "ui/instruments/StripChartPlot.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -89,7 +89,7 @@ void StripChart::mouseMoveEvent(QMouseEvent *event) {
     } else {
         cursorX.reset();
     }
-    Redraw();
+    RedrawCursor();
 }
 
 void StripChart::mouseReleaseEvent(QMouseEvent *event) {
@@ -102,7 +102,7 @@ void StripChart::mouseReleaseEvent(QMouseEvent *event) {
 void StripChart::leaveEvent(QEvent *event) {
     QWidget::leaveEvent(event);
     cursorX.reset();
-    Redraw();
+    RedrawCursor();
 }
 
 void StripChart::mouseDoubleClickEvent(QMouseEvent *event) {

@@ -1,7 +1,7 @@
 #include "ui/instruments/StripChart.h"
 
 #include "ui/Messages.h"
-#include "ui/instruments/StripChartPlottable.h"
+#include "ui/instruments/StripChartPlot.h"
 
 #include <QClipboard>
 #include <QContextMenuEvent>
