@@ -321,6 +321,61 @@ TEST_F(StripChartTest, SavesWhatIsSeen) {
     EXPECT_FALSE(QGuiApplication::clipboard()->pixmap().isNull());
 }
 
+TEST_F(StripChartTest, TheWholeHistoryBeginsWithItsFirstSample) {
+    chart.SetLabel(1, QString());
+    Append(80);
+    AppendMany(5000, 20);
+    chart.ShowWholeHistory();
+    Settle();
+    EXPECT_LE(chart.VisibleFrom(), noon);
+    EXPECT_THAT(ColumnsWith(temperatureColour, 70, 90), Not(IsEmpty()));
+}
+
+TEST_F(StripChartTest, RestsAndStaysUsableWithoutRoomForAPlot) {
+    AppendMany(1000, 20);
+    chart.resize(60, 50);
+    Settle();
+    replots = 0;
+    Settle();
+    EXPECT_EQ(replots, 0);
+    for (const QPointF point : {QPointF(5, 5), QPointF(30, 25), QPointF(55, 45)}) {
+        Wheel(point, 1);
+        DragBy(point.toPoint(), {-7, 9});
+        Hover(point);
+    }
+    AppendMany(100, 20);
+    chart.resize(700, 400);
+    Settle();
+    EXPECT_TRUE(std::isfinite(chart.VisibleTo()));
+    chart.BackToLive();
+    chart.RestoreScales();
+    Settle();
+    EXPECT_NEAR(chart.VisibleTo(), history.LastTime(), 0.2);
+    EXPECT_THAT(ColumnsWith(temperatureColour, 15, 25), Not(IsEmpty()));
+}
+
+TEST_F(StripChartTest, DraggingKeepsAnAxisWithinReason) {
+    const auto dragUpperEnd = [this](int pixels) {
+        for (int time = 0; time < 20; ++time) {
+            const QPointF end = chart.PointOf(chart.VisibleFrom(), chart.ValueRange().upper);
+            DragBy({qRound(end.x()) - 6, qRound(end.y()) + 4}, {0, pixels});
+        }
+    };
+    dragUpperEnd(-4000);
+    EXPECT_NEAR(chart.ValueRange().size(), 1e-3, 1e-9);
+    dragUpperEnd(4000);
+    EXPECT_NEAR(chart.ValueRange().size(), 1e9, 1);
+}
+
+/// As on a screen of another resolution.
+TEST_F(StripChartTest, TakesToAnotherDevicePixelRatio) {
+    AppendMany(10, 20);
+    Plot()->setBufferDevicePixelRatio(chart.devicePixelRatioF() + 1);
+    chart.grab();
+    Settle();
+    EXPECT_EQ(Plot()->bufferDevicePixelRatio(), chart.devicePixelRatioF());
+}
+
 TEST_F(StripChartTest, FollowsThePalette) {
     AppendMany(500, 50);
     QPalette dark = chart.palette();

@@ -219,7 +219,7 @@ void StripChart::Redraw() {
 /// Paints what new samples have changed: everything but the traces only where the time axis has
 /// to move, and often nothing at all.
 void StripChart::Follow() {
-    if (!CanBeSeen()) {
+    if (!CanBeSeen() || columns->Count() == 0) {
         return;
     }
     if (live) {
@@ -238,9 +238,9 @@ void StripChart::Follow() {
     }
 }
 
-/// How many columns of pixels the plot has.
+/// How many columns of pixels the plot has; none where there is no room for it.
 int StripChart::ColumnCount() const {
-    return qRound(PlotRect().width() * plot->bufferDevicePixelRatio());
+    return std::max(0, qRound(PlotRect().width() * plot->bufferDevicePixelRatio()));
 }
 
 /// The leftmost of `count` columns that end with the window.
@@ -256,7 +256,8 @@ void StripChart::BeforeReplot() {
     }
     const QRectF rect = PlotRect();
     const int count = ColumnCount();
-    if (count <= 0) {
+    if (count == 0) {
+        columns->Update(windowSpan, 0, 0);
         return;
     }
     const double width = windowSpan / count;

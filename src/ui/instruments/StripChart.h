@@ -174,6 +174,7 @@ private:
     void ZoomTimeAt(double factor, double fraction);
     void ZoomTime(double factor);
     void PanTime(double seconds);
+    static double ValueSpan(double span);
     void ZoomValues(QCPAxis *axis, double factor, double fraction);
     void PanValues(double fraction);
 

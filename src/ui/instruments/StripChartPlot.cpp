@@ -35,6 +35,9 @@ void StripChartPlot::TracesChanged() {
 }
 
 void StripChartPlot::paintEvent(QPaintEvent * /*event*/) {
+    if (devicePixelRatioF() != bufferDevicePixelRatio()) {
+        replot(rpQueuedReplot); // now on another screen
+    }
     QCPPainter painter(this);
     painter.fillRect(rect(), mBackgroundBrush);
     for (const auto &buffer : std::as_const(mPaintBuffers)) {

@@ -75,9 +75,14 @@ void StripChart::PanTime(double seconds) {
     SetWindow(end + seconds, windowSpan);
 }
 
+/// The span that a value axis takes when one is asked for.
+double StripChart::ValueSpan(double span) {
+    return std::clamp(span, smallestValueSpan, largestValueSpan);
+}
+
 void StripChart::ZoomValues(QCPAxis *axis, double factor, double fraction) {
     const QCPRange old = axis->range();
-    const double span = std::clamp(old.size() * factor, smallestValueSpan, largestValueSpan);
+    const double span = ValueSpan(old.size() * factor);
     const double pivot = old.lower + old.size() * fraction;
     axis->setRange(pivot - span * fraction, pivot + span * (1 - fraction));
 }
@@ -120,7 +125,9 @@ void StripChart::RestoreScales() {
 void StripChart::ShowWholeHistory() {
     if (!history.IsEmpty()) {
         live = true;
-        SetWindow(LiveEnd(), history.LastTime() - history.FirstTime());
+        // The column of the newest sample may reach beyond it.
+        const double count = std::max(columns->Count(), 2);
+        SetWindow(LiveEnd(), (history.LastTime() - history.FirstTime()) * count / (count - 1));
     }
     Redraw();
 }
