@@ -128,6 +128,43 @@ TEST_F(StripChartPaintingTest, PaintsNothingWhileNoColumnChanges) {
     EXPECT_EQ(replots, 0);
 }
 
+TEST_F(StripChartPaintingTest, TracesKeepToThePlotWhereverTheRingBegins) {
+    chart.SetLabel(3, QString());
+    const double width = Span() / ColumnCount();
+    for (int column = -2; column < ColumnCount() + 2; ++column) {
+        time = noon + (column + 0.5) * width; // noon begins a column whose number is a multiple
+        Append(Extent::gap, 5000);
+        if (column >= ColumnCount() - 3) {
+            Settle();
+            const QImage picture = Seen();
+            const int edge =
+                qCeil(chart.PointOf(chart.VisibleTo(), 0).x() * chart.devicePixelRatioF());
+            for (int x = edge; x < picture.width(); ++x) {
+                for (int y = 0; y < picture.height(); ++y) {
+                    ASSERT_NE(picture.pixelColor(x, y), fanColour) << x - edge << " at " << column;
+                }
+            }
+        }
+    }
+}
+
+TEST_F(StripChartPaintingTest, LabelsKeepToThePlot) {
+    for (const QSize size : {QSize(200, 140), QSize(300, 200), QSize(1200, 700)}) {
+        chart.resize(size);
+        Settle();
+        const QRect plot = Plot()->axisRect()->rect();
+        for (int item = 0; item < Plot()->itemCount(); ++item) {
+            auto *text = qobject_cast<QCPItemText *>(Plot()->item(item));
+            const QRectF box(text->topLeft->pixelPosition(), text->bottomRight->pixelPosition());
+            EXPECT_TRUE(QRectF(plot).contains(box))
+                << size.width() << " " << text->text().toStdString();
+        }
+    }
+    const auto *label = qobject_cast<QCPItemText *>(Plot()->item(0));
+    EXPECT_NEAR(label->topLeft->pixelPosition().x(), 0.8 * Plot()->width(), 1)
+        << "where it was put, given room";
+}
+
 TEST_F(StripChartPaintingTest, ValuesAtTheEndsOfAnAxisAreSeen) {
     chart.SetLabel(1, QString());
     for (const float value : {0.0F, 100.0F}) {

@@ -80,6 +80,7 @@ StripChart::StripChart(const ChannelHistory &source, StripChartSetup shown, QWid
     ApplyPalette();
     connect(plot, &QCustomPlot::beforeReplot, this, &StripChart::BeforeReplot);
     connect(plot, &QCustomPlot::afterLayout, this, [this] {
+        PlaceLabels();
         // Tick labels of another width have moved the plot's edges: the columns follow.
         if (columns->Count() != ColumnCount()) {
             Redraw();
@@ -132,13 +133,34 @@ void StripChart::SetupLabels() {
             item->setPadding(QMargins(3, 0, 3, 0));
             item->setLayer(QStringLiteral("labels"));
             item->setPositionAlignment(Qt::AlignLeft | Qt::AlignTop);
-            item->position->setType(QCPItemPosition::ptViewportRatio);
-            item->position->setCoords(label.position);
+            item->position->setType(QCPItemPosition::ptAbsolute);
         }
         labelItems.push_back(item);
     }
     for (int entry = 0; entry < static_cast<int>(setup.labels.size()); ++entry) {
         SetLabel(entry, setup.labels[static_cast<size_t>(entry)].text);
+    }
+}
+
+/// After a layout that has moved the plot, or where the labels are others.
+void StripChart::PlaceLabels() {
+    const QRectF room = plot->axisRect()->rect();
+    if (room == labelRoom) {
+        return;
+    }
+    labelRoom = room;
+    const auto within = [](double wanted, double low, double high) {
+        return std::max(low, std::min(wanted, high));
+    };
+    for (size_t index = 0; index < labelItems.size(); ++index) {
+        if (auto *item = labelItems[index]) {
+            const QPointF wanted = setup.labels[index].position;
+            const QPointF size =
+                item->bottomRight->pixelPosition() - item->topLeft->pixelPosition();
+            item->position->setCoords(
+                within(wanted.x() * plot->width(), room.left(), room.right() - size.x()),
+                within(wanted.y() * plot->height(), room.top(), room.bottom() - size.y()));
+        }
     }
 }
 
@@ -160,15 +182,14 @@ void StripChart::SetLabel(int entry, const QString &text) {
     } else {
         (label.place == Label::Place::LeftAxisTitle ? plot->yAxis : plot->yAxis2)->setLabel(text);
     }
+    labelRoom = {};
     Redraw();
 }
 
 void StripChart::SetLabelVerticalPosition(int entry, double fraction) {
     const auto index = static_cast<size_t>(entry);
     setup.labels.at(index).position.setY(fraction);
-    if (auto *item = labelItems[index]) {
-        item->position->setCoords(setup.labels[index].position);
-    }
+    labelRoom = {};
     Redraw();
 }
 
@@ -302,6 +323,7 @@ void StripChart::ApplyPalette() {
             item->setFont(bold);
         }
     }
+    labelRoom = {};
     plot->Overlay().SetPalette(palette(), font());
     Redraw();
 }

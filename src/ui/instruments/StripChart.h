@@ -42,8 +42,10 @@ struct StripChartSetup {
 
         QString text;
         Place place = Place::AtPosition;
-        QPointF position; ///< top left corner in fractions of the chart's width and height
-        QColor colour;    ///< invalid: that of the chart's text
+        /// Top left corner in fractions of the chart's width and height. Where there is little
+        /// room the label keeps to the plot.
+        QPointF position;
+        QColor colour; ///< invalid: that of the chart's text
     };
 
     std::vector<Trace> traces;
@@ -159,6 +161,7 @@ private:
     void SetupAxes();
     void SetupTraces();
     void SetupLabels();
+    void PlaceLabels();
     void ApplyPalette();
     bool CanBeSeen() const;
     void Redraw();
@@ -206,6 +209,7 @@ private:
     std::unique_ptr<StripChartColumns> columns;
     StripChartPlot *plot;
     std::vector<QCPItemText *> labelItems; // owned by the plot; nullptr for the title of an axis
+    QRectF labelRoom;                      // the plot that the labels have been placed in
     QPointer<QMenu> menu;
     std::optional<Drag> drag;
     std::optional<double> cursorX; // pixels from the left of the plot
