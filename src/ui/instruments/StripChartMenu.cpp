@@ -68,6 +68,7 @@ bool StripChart::SavePicture(const QString &path) const {
         QSvgGenerator generator;
         generator.setOutputDevice(&file);
         generator.setSize(plot->size());
+        generator.setResolution(plot->logicalDpiX()); // texts as large as on the screen
         generator.setViewBox(QRect(QPoint(), plot->size()));
         QCPPainter painter;
         if (!painter.begin(&generator)) {

@@ -181,17 +181,20 @@ void StripChartPlottable::Join(int from, double fromValue, int to, double toValu
     }
 }
 
-/// A segment keeps to the plot's height with a little room, so that coordinates stay small
-/// however far the axis is zoomed in; neighbours of the same height become one.
+/// A segment keeps to the plot, also in files of a kind that cannot clip; neighbours of the same
+/// height become one.
 void StripChartPlottable::AddSegment(int column, double low, double high) {
-    const double room = 4 * scale.thickness;
+    const int height = scale.rect.height();
     const auto rowOf = [&](double value) {
-        return qRound(std::clamp((scale.highest - value) * scale.pixelsPerUnit, -room,
-                                 scale.rect.height() + room));
+        return qRound(std::clamp((scale.highest - value) * scale.pixelsPerUnit,
+                                 -1.0 * scale.thickness, 1.0 * height));
     };
-    const int top = rowOf(high);
-    const QRect segment((originColumn + column) % columns.Count(), top, 1,
-                        rowOf(low) - top + scale.thickness);
+    const int top = std::max(0, rowOf(high));
+    const int bottom = std::min(height, rowOf(low) + scale.thickness);
+    if (top >= bottom) {
+        return;
+    }
+    const QRect segment((originColumn + column) % columns.Count(), top, 1, bottom - top);
     if (!segments.isEmpty()) {
         QRect &previous = segments.back();
         if (previous.top() == segment.top() && previous.height() == segment.height() &&
