@@ -8,6 +8,7 @@
 #include <QFileDialog>
 #include <QGuiApplication>
 #include <QMenu>
+#include <QRegularExpression>
 #include <QSaveFile>
 
 #ifdef QT_SVG_LIB
@@ -17,6 +18,21 @@
 #include <cmath>
 
 namespace ztm {
+namespace {
+
+/// Where to save; with the ending of the chosen kind if none was typed, empty when cancelled.
+QString AskSavePath(QWidget *parent, const QString &title, const QString &kinds) {
+    QString kind;
+    QString path = QFileDialog::getSaveFileName(parent, title, QString(), kinds, &kind);
+    if (!path.isEmpty() && QFileInfo(path).suffix().isEmpty()) {
+        static const QRegularExpression ending(QStringLiteral("\\*(\\.\\w+)"));
+        path += ending.match(kind).captured(1);
+    }
+    return path;
+}
+
+} // namespace
+
 void StripChart::contextMenuEvent(QContextMenuEvent *event) {
     if (menu) {
         return; // asked twice, by key and by the window system
@@ -129,24 +145,16 @@ void StripChart::AskAndSavePicture() {
 #ifdef QT_SVG_LIB
     kinds += tr(";;SVG drawing (*.svg)");
 #endif
-    QString chosen;
-    QString path =
-        QFileDialog::getSaveFileName(this, tr("Save Picture"), QString(), kinds, &chosen);
-    if (path.isEmpty()) {
-        return;
-    }
-    if (QFileInfo(path).suffix().isEmpty()) {
-        path += chosen.section(QLatin1Char('*'), -1).chopped(1); // "….pdf)" gives ".pdf"
-    }
-    if (!SavePicture(path)) {
+    const QString path = AskSavePath(this, tr("Save Picture"), kinds);
+    if (!path.isEmpty() && !SavePicture(path)) {
         ShowMessage(tr("The picture could not be saved as\n%1").arg(path), tr("Save Picture"),
                     QMessageBox::Warning);
     }
 }
 
 void StripChart::AskAndSaveVisibleRange() {
-    const QString path = QFileDialog::getSaveFileName(this, tr("Save Visible Range"), QString(),
-                                                      tr("Tab-separated text (*.txt *.tsv)"));
+    const QString path =
+        AskSavePath(this, tr("Save Visible Range"), tr("Tab-separated text (*.txt *.tsv)"));
     if (!path.isEmpty() && !SaveVisibleRange(path)) {
         ShowMessage(tr("The values could not be saved as\n%1").arg(path), tr("Save Visible Range"),
                     QMessageBox::Warning);
