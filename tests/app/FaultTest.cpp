@@ -162,7 +162,11 @@ Outcome RunSession(int failing, const TemporaryFolder &folder) {
     return run;
 }
 
-TEST(Fault, EveryFailedRequestEndsTheProgramAlike) {
+/// Every so many requests fail, from the given one on; several such tests run side by side.
+constexpr int shares = 6;
+class FaultTest : public testing::TestWithParam<int> {};
+
+TEST_P(FaultTest, EveryFailedRequestEndsTheProgramAlike) {
     const TemporaryFolder folder;
     const Outcome whole = RunSession(0, folder);
     ASSERT_EQ(whole.exitCode, EXIT_SUCCESS) << whole.messages;
@@ -171,7 +175,7 @@ TEST(Fault, EveryFailedRequestEndsTheProgramAlike) {
     const std::regex log("Started At: [^\r\n]+\r\n\tLocal\tFan1\tTHERM%\r\n"
                          "([ -][0-9.]+\t[-0-9.]+\xB0"
                          "C\t[0-9]+RPM\t[0-9.]+%\r\n)*");
-    for (int failing = 1; failing <= requests; ++failing) {
+    for (int failing = GetParam(); failing <= requests; failing += shares) {
         std::filesystem::remove(folder.Path("log"));
         const Outcome run = RunSession(failing, folder);
         ASSERT_EQ(run.exitCode, EXIT_FAILURE) << "request " << failing;
@@ -181,6 +185,8 @@ TEST(Fault, EveryFailedRequestEndsTheProgramAlike) {
         ASSERT_TRUE(bytes.empty() || std::regex_match(bytes, log)) << "request " << failing;
     }
 }
+
+INSTANTIATE_TEST_SUITE_P(Share, FaultTest, testing::Range(1, shares + 1));
 
 } // namespace
 } // namespace ztm::test
