@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMouseEvent>
+#include <QPicture>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSlider>
@@ -323,6 +324,30 @@ TEST_F(AutoControlTest, LaidOutWithEveryLineWhereItBelongs) {
     EXPECT_TRUE(previewOf(4, 2600, 2500)) << "the first of a curve comes from below";
     EXPECT_TRUE(previewOf(3, 4000, 1500)) << "the last goes to the right edge";
     EXPECT_FALSE(previewOf(5, 4000, 1500));
+}
+
+TEST_F(AutoControlTest, LaidOutWithPointsFarOff) {
+    Open(ZTM7720, true);
+    Click("optLinear");
+    Click("optControl(3)");
+    Type("txtTLookUp", "419");
+    Type("txtRPMLookup", "32767");
+    Settle();
+    const double rpmPerDegree = (32767.0 - 3200) / (419 - 50);
+    const double rpm = 3200 + 30 * rpmPerDegree;
+    EXPECT_TRUE(IsDrawn(Graph().grab().toImage(), TempX(80), RPMY(rpm), QColor(0, 0, 255)))
+        << "in the right direction";
+    for (const char *transition : {"optLinear", "optDiscrete"}) {
+        Click(transition);
+        for (const char *text : {"419", "32767", "2147483647", "-2147483648"}) {
+            Type("txtTLookUp", text);
+            QPicture picture;
+            Graph().render(&picture);
+            const QRect drawn = picture.boundingRect();
+            EXPECT_TRUE(Graph().rect().adjusted(-400, -400, 400, 400).contains(drawn))
+                << text << ": a painter is slow with what is " << drawn.width() << " wide";
+        }
+    }
 }
 
 } // namespace
