@@ -13,7 +13,8 @@ namespace ztm {
 namespace {
 
 constexpr QColor ground(255, 255, 255);
-constexpr QColor gridColour(128, 128, 128);
+constexpr QColor gridColour(216, 216, 216); // behind the preview
+constexpr QColor readingColour(96, 96, 96);
 constexpr QColor firstCurveColour(0, 0, 255);
 constexpr QColor secondCurveColour(0, 192, 0);
 constexpr QColor highlightColour(255, 0, 0);
@@ -254,7 +255,7 @@ void LookupGraph::DrawReading(QPainter &painter) {
                fontMetrics().horizontalAdvance(text) + space, 2.5 * space);
     box.moveRight(std::min(box.right(), width() - 1.0));
     box.moveTop(std::max(box.top(), 0.0));
-    painter.setPen(gridColour);
+    painter.setPen(readingColour);
     painter.setBrush(ground);
     painter.drawRect(box);
     painter.setPen(Qt::black);
