@@ -129,58 +129,6 @@ TEST_F(FirmwareTest, AFailedLoadKeepsTheAdapterRunningAndASecondLoadSwitchesTheH
     EXPECT_THAT(test.Heaters(), ElementsAre(0, 0));
 }
 
-struct Request {
-    int16_t code;
-    int16_t direction;
-    int16_t length;
-};
-
-/// Sends the request with fields that would change register 0x0B or the heaters.
-int16_t Send(SimulatedBoard &board, Request request, uint8_t *buffer) {
-    return board.VendorIORequest(request.code, 0x50, 0x120B, request.direction, request.length,
-                                 buffer);
-}
-
-TEST(SimulatedBoardTest, FailsEveryRequestBeforeFirmwareIsLoaded) {
-    SimulatedBoard board;
-    for (const Request request : {Request{registerRequest, 1, 1}, Request{registerRequest, 0, 0},
-                                  Request{handshakeRequest, 0, 0}, Request{setHeaterRequest, 0, 0},
-                                  Request{readHeaterRequest, 1, 3}}) {
-        std::array<uint8_t, 3> buffer = {0xA5, 0xA5, 0xA5};
-        EXPECT_NE(Send(board, request, buffer.data()), 0) << request.code;
-        EXPECT_THAT(buffer, ElementsAre(0xA5, 0xA5, 0xA5)) << request.code;
-    }
-}
-
-TEST(SimulatedBoardTest, FailsMalformedRequestsWithoutAnyEffect) {
-    const Request requests[] = {{0, 0, 0},
-                                {0xDC, 1, 1},
-                                {-0x22, 1, 1},
-                                {registerRequest, 1, 0},
-                                {registerRequest, 1, 2},
-                                {registerRequest, 1, -1},
-                                {registerRequest, 0, 1},
-                                {registerRequest, 2, 0},
-                                {registerRequest, -1, 1},
-                                {handshakeRequest, 1, 0},
-                                {handshakeRequest, 0, 1},
-                                {setHeaterRequest, 1, 0},
-                                {setHeaterRequest, 0, 2},
-                                {readHeaterRequest, 0, 3},
-                                {readHeaterRequest, 1, 2}};
-    TestBoard test;
-    const auto before = test.AllRegisters();
-    for (const Request request : requests) {
-        std::array<uint8_t, 3> buffer = {0xA5, 0xA5, 0xA5};
-        EXPECT_NE(Send(test.board, request, buffer.data()), 0) << request.code;
-        EXPECT_THAT(buffer, ElementsAre(0xA5, 0xA5, 0xA5)) << request.code;
-    }
-    EXPECT_NE(Send(test.board, {registerRequest, 1, 1}, nullptr), 0);
-    EXPECT_NE(Send(test.board, {readHeaterRequest, 1, 3}, nullptr), 0);
-    EXPECT_EQ(test.AllRegisters(), before);
-    EXPECT_THAT(test.Heaters(), ElementsAre(0, 0));
-}
-
 TEST(SimulatedBoardTest, KeepsHeaterDutiesWithinZeroToAHundredPercent) {
     const struct {
         int32_t first, second;

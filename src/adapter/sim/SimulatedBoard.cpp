@@ -70,24 +70,25 @@ double SteadySeconds() {
 SimulatedBoard::SimulatedBoard(Variant variant, int32_t chipAddress, Clock clock)
     : clock(std::move(clock))
     , startSeconds(this->clock())
-    , chipAddress(chipAddress)
+    , settings{.variant = variant, .chipAddress = chipAddress}
     , chip(variant) {}
 
 int16_t SimulatedBoard::LoadFirmWare(const char *path) {
     PassTime();
-    if (!path) {
+    if (!path || !settings.isPluggedIn) {
         return failure;
     }
     const std::string file = NativePath(path);
     std::string whyNot;
-    if (!IsFirmware(file, whyNot)) {
+    if (settings.refusesFirmware) {
+        whyNot = "refused by the adapter";
+    }
+    if (settings.refusesFirmware || !IsFirmware(file, whyNot)) {
         std::fprintf(stderr, "ztm-eval-sim: %s: %s\n", file.c_str(), whyNot.c_str());
         return failure;
     }
     firmwareLoaded = true;
-    for (size_t heater = 0; heater < Bench::heaterCount; ++heater) {
-        bench.SetHeaterPercent(heater, 0);
-    }
+    SwitchHeatersOff();
     return success;
 }
 
@@ -107,6 +108,25 @@ int16_t SimulatedBoard::VendorIORequest(int16_t request, int32_t value, int32_t 
     return failure;
 }
 
+/// A board that is pulled out, or put in anew, starts from its power-on.
+void SimulatedBoard::Arrange(const BoardSettings &wanted) {
+    PassTime();
+    const bool isAnotherBoard =
+        wanted.variant != settings.variant || wanted.chipAddress != settings.chipAddress;
+    if (isAnotherBoard || !wanted.isPluggedIn) {
+        firmwareLoaded = false;
+        SwitchHeatersOff();
+        chip = Chip(wanted.variant);
+    }
+    settings = wanted;
+}
+
+void SimulatedBoard::SwitchHeatersOff() {
+    for (size_t heater = 0; heater < Bench::heaterCount; ++heater) {
+        bench.SetHeaterPercent(heater, 0);
+    }
+}
+
 void SimulatedBoard::PassTime() {
     bench.AdvanceTo(clock() - startSeconds);
     chip.Measure(bench);
@@ -114,12 +134,13 @@ void SimulatedBoard::PassTime() {
 
 /// Of the index only bits 0 to 7 count; they are the register's address.
 void SimulatedBoard::ReadRegister(int32_t value, int32_t index, uint8_t *reply) {
-    reply[0] = value == chipAddress ? chip.Read(static_cast<uint8_t>(index & 0xFF)) : openBus;
+    reply[0] =
+        value == settings.chipAddress ? chip.Read(static_cast<uint8_t>(index & 0xFF)) : openBus;
 }
 
 /// Of the index only bits 0 to 7, the register's address, and 8 to 15, the data, count.
 void SimulatedBoard::WriteRegister(int32_t value, int32_t index, uint8_t * /*reply*/) {
-    if (value == chipAddress) {
+    if (value == settings.chipAddress) {
         chip.Write(static_cast<uint8_t>(index & 0xFF), static_cast<uint8_t>(index >> 8 & 0xFF));
     }
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "adapter/sim/Bench.h"
+#include "adapter/sim/BoardControl.h"
 #include "adapter/sim/Chip.h"
 
 #include <cstdint>
@@ -40,11 +41,17 @@ public:
     int16_t VendorIORequest(int16_t request, int32_t value, int32_t index, int16_t direction,
                             int16_t length, uint8_t *buffer);
 
+    const BoardSettings &Settings() const { return settings; }
+
+    /// Puts other settings into force, see there for what each does.
+    void Arrange(const BoardSettings &wanted);
+
 private:
     struct Command;
     static const Command commands[];
 
     void PassTime();
+    void SwitchHeatersOff();
     void ReadRegister(int32_t value, int32_t index, uint8_t *reply);
     void WriteRegister(int32_t value, int32_t index, uint8_t *reply);
     void Handshake(int32_t value, int32_t index, uint8_t *reply);
@@ -53,7 +60,7 @@ private:
 
     Clock clock;
     double startSeconds;
-    int32_t chipAddress;
+    BoardSettings settings;
     bool firmwareLoaded = false;
     Bench bench;
     Chip chip;
