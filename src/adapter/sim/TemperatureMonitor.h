@@ -13,8 +13,8 @@ namespace ztm::sim {
 class LimitWatch {
 public:
     /// Takes a reading that lies `excess` beyond the limit, or inside it when negative. The limit
-    /// is exceeded from the last of `queue` readings in a row beyond it (0 counts as 1) until one that is inside
-    /// by `hysteresis` or more; all in the same unit.
+    /// is exceeded from the last of `queue` readings in a row beyond it (0 counts as 1) until one
+    /// that is inside by `hysteresis` or more; all in the same unit.
     void Take(int excess, int hysteresis, int queue);
 
     bool IsExceeded() const { return isExceeded; }
