@@ -3,6 +3,7 @@
 //
 //   ztm-tour FOLDER [dark]
 
+#include "app/BoardWindow.h"
 #include "link/CommFailure.h"
 #include "link/USBComms.h"
 #include "support/ClockDouble.h"
@@ -14,6 +15,7 @@
 #include "ui/Program.h"
 #include "ui/instruments/Gauge.h"
 
+#include <QComboBox>
 #include <QDir>
 #include <QLineEdit>
 #include <QTest>
@@ -46,6 +48,11 @@ public:
         ResetCoreState();
         PlugIn(ztm::sim::Variant::ZTM7710, [this] { return clock.TotalSeconds(); });
         SmallerVariant();
+        DeleteAllForms();
+
+        ResetCoreState();
+        PlugIn(ztm::sim::Variant::ZTM7720, [this] { return clock.TotalSeconds(); });
+        StalledFan();
     }
 
 private:
@@ -130,6 +137,23 @@ private:
         Picture("frmMain", "one-fan-live");
     }
 
+    /// A hand at the bench stops a fan.
+    void StalledFan() {
+        ztm::ShowForm<ztm::InitForm>();
+        SearchInWizard();
+        Click("FinishCMD");
+        ClickTab("Visual Display");
+        Click("cmdEasySetup");
+        ztm::SetHeaterDuty(40, 20);
+        Live(30);
+        ztm::BoardWindow bench;
+        bench.show();
+        Picture(bench, "simulated-board");
+        bench.findChild<QComboBox *>("cmbFan(0)")->setCurrentText("Stalled");
+        Live(20);
+        Picture("frmMain", "stalled-fan");
+    }
+
     /// Lets that time pass for board and program.
     void Live(double seconds) {
         for (double passed = 0; passed < seconds; passed += tickSeconds) {
@@ -158,11 +182,13 @@ private:
         Click("cmdLogData");
     }
 
-    void Picture(const QString &form, const QString &what) {
+    void Picture(const QString &form, const QString &what) { Picture(Find(form), what); }
+
+    void Picture(QWidget &window, const QString &what) {
         Settle();
         const QString path =
             QDir(folder).filePath(QString("%1-%2.png").arg(++number, 2, 10, QChar('0')).arg(what));
-        if (!Find(form).grab().save(path)) {
+        if (!window.grab().save(path)) {
             throw std::runtime_error("cannot write " + path.toStdString());
         }
         QTextStream(stdout) << path << '\n';
