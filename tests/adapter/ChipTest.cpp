@@ -106,16 +106,13 @@ TEST_P(VariantTest, ReadingsAreAliveAndPlausible) {
         }
         TestBoard test(GetParam());
         test.Arrange([](BoardSettings &settings) { settings.bench.isNoisy = true; });
-        double least = 1e9;
-        double most = 0;
+        Extremes values;
         for (int i = 0; i < 600; ++i, test.Pass(1)) {
-            const double value = channel.isTach ? test.Rpm(channel.low) : test.Celsius(channel.low);
-            least = std::min(least, value);
-            most = std::max(most, value);
+            values.Take(channel.isTach ? test.Rpm(channel.low) : test.Celsius(channel.low));
         }
-        EXPECT_GE(least, channel.lowest) << int{channel.low};
-        EXPECT_LE(most, channel.highest) << int{channel.low};
-        EXPECT_GE(most - least, channel.leastSpread) << int{channel.low};
+        EXPECT_GE(values.least, channel.lowest) << int{channel.low};
+        EXPECT_LE(values.most, channel.highest) << int{channel.low};
+        EXPECT_GE(values.most - values.least, channel.leastSpread) << int{channel.low};
     }
 }
 
@@ -193,13 +190,11 @@ TEST(ChipTest, AveragingCalmsTheReading) {
         test.Arrange([](BoardSettings &settings) { settings.bench.isNoisy = true; });
         test.Write(0x01, isAveraging ? 0x03 : 0x01);
         test.Pass(2);
-        double least = 1e9;
-        double most = 0;
+        Extremes values;
         for (int i = 0; i < 200; ++i, test.Pass(0.025)) {
-            least = std::min(least, test.Celsius(local));
-            most = std::max(most, test.Celsius(local));
+            values.Take(test.Celsius(local));
         }
-        return most - least;
+        return values.most - values.least;
     };
     EXPECT_GT(spread(false), 0.08);
     EXPECT_LT(spread(true), 0.7 * spread(false));

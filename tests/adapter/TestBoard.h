@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <map>
 #include <string>
@@ -17,6 +18,17 @@ constexpr int16_t readHeaterRequest = 0xDA;
 
 /// The firmware file that goes with the program.
 inline const std::string shippedFirmware = ZTM_FIRMWARE_FOLDER "\\ZTM7720FW_v3.Hex";
+
+/// The least and the most of what it takes.
+struct Extremes {
+    double least = 1e9;
+    double most = -1e9;
+
+    void Take(double value) {
+        least = std::min(least, value);
+        most = std::max(most, value);
+    }
+};
 
 /// A board without noise, with its firmware loaded, on a clock that stands still until it is
 /// told to move.

@@ -44,7 +44,8 @@ public:
     static constexpr size_t fanCount = 2;
     static constexpr size_t heaterCount = 2;
     static constexpr int maxHeaterPercent = 100;
-    static constexpr double tickSeconds = 0.025;
+    static constexpr int ticksPerSecond = 40;
+    static constexpr double tickSeconds = 1.0 / ticksPerSecond;
 
     /// With the first `fansOnBoard` fans. Has been running for a long while with the heaters off
     /// and the fans on the drive that a chip gives them that was told nothing.

@@ -18,13 +18,10 @@ constexpr FanDrive fullSpeed = {.rpm = 0, .share = 1};
 constexpr size_t fullSpeedSource = 3;
 constexpr int boardPoles = 4;
 
-constexpr int Ticks(double seconds) {
-    return static_cast<int>(seconds / Bench::tickSeconds + 0.5);
-}
-constexpr int tachTicks = Ticks(0.25);
-constexpr int longestSpinUpTicks = Ticks(2);
-constexpr int longestQuietTicks = Ticks(1);
-constexpr int longestSlowTicks = Ticks(5);
+constexpr int tachTicks = Bench::ticksPerSecond / 4;
+constexpr int longestSpinUpTicks = 2 * Bench::ticksPerSecond;
+constexpr int longestQuietTicks = Bench::ticksPerSecond;
+constexpr int longestSlowTicks = 5 * Bench::ticksPerSecond;
 
 constexpr double spunUpRpm = 600;
 constexpr double quietRpm = 200;

@@ -22,7 +22,7 @@ constexpr int16_t failure = -1;
 constexpr uint8_t openBus = 0xFF; // no chip pulls the data line low
 constexpr int32_t leaveHeaterUnchanged = 255;
 constexpr double slowBusSeconds = 0.020;
-constexpr int64_t longestLivedGapTicks = static_cast<int64_t>(3600 / Bench::tickSeconds);
+constexpr int64_t longestLivedGapTicks = int64_t{3600} * Bench::ticksPerSecond;
 
 size_t FansOf(Variant variant) {
     return variant == Variant::ZTM7710 ? 1 : 2;
@@ -185,7 +185,7 @@ void SimulatedBoard::SwitchChipOff() {
 void SimulatedBoard::PassTime() {
     constexpr double endOfTimeSeconds = 1e15;
     const double seconds = std::min(clock() - startSeconds, endOfTimeSeconds);
-    const auto now = static_cast<int64_t>(seconds / Bench::tickSeconds);
+    const auto now = static_cast<int64_t>(seconds * Bench::ticksPerSecond);
     const int64_t unlived = now - ticks - longestLivedGapTicks;
     if (unlived > 0) {
         bench.Skip(static_cast<uint64_t>(unlived));

@@ -16,7 +16,7 @@ constexpr double averagingShare = 1.0 / 8;
 constexpr int limitHysteresisSteps = stepsPerCelsius;
 constexpr int fastestRateCode = 10; // one conversion in each tick
 constexpr int longestWindowCode = 5;
-constexpr int shortestWindowTicks = 10;
+constexpr int shortestWindowTicks = Bench::ticksPerSecond / 4;
 constexpr int fullOnTime = 255;
 
 // Status2
