@@ -65,11 +65,11 @@ TEST(FanControlTest, TheTachCountsByThePolesField) {
     EXPECT_EQ(test.Rpm(tach1), 0);
 }
 
-/// Seconds until the first fan is within a tenth of the way from where it is to `rpm`.
-double SecondsTo(TestBoard &test, double rpm) {
-    const double from = test.board.Look().fanRpm[0];
+/// Seconds until the fan has gone nine tenths of the way from where it is to `rpm`.
+double SecondsTo(TestBoard &test, size_t fan, double rpm) {
+    const double from = test.board.Look().fanRpm[fan];
     double passed = 0;
-    while (std::abs(test.board.Look().fanRpm[0] - rpm) > 0.1 * std::abs(from - rpm) &&
+    while (std::abs(test.board.Look().fanRpm[fan] - rpm) > 0.1 * std::abs(from - rpm) &&
            passed < 100) {
         test.Pass(0.025);
         passed += 0.025;
@@ -77,25 +77,30 @@ double SecondsTo(TestBoard &test, double rpm) {
     return passed;
 }
 
-TEST(FanControlTest, ResponseAndRampSetThePace) {
-    // The fan's own lag makes 1.6 s; at 8 updates, nine tenths of the way are demanded.
+TEST(FanControlTest, ResponseAndRampSetThePaceOfEachFan) {
+    // The fan's own lag makes 1.6 s; after 8 updates nine tenths of the way are demanded.
     const struct {
         int response, ramp;
         double least, most;
     } paces[] = {{0, 0, 6, 9},     {1, 0, 3.2, 5}, {2, 0, 2, 3.5},   {5, 0, 1.6, 2.2},
                  {7, 0, 1.6, 1.8}, {7, 1, 15, 18}, {7, 2, 7.5, 9.5}, {7, 7, 2.2, 3.5}};
-    for (const auto &[response, ramp, least, most] : paces) {
-        TestBoard test;
-        test.WriteRpm(manual1, 2400);
-        test.Pass(30);
-        test.Write(0x3C, 0x70 | response);
-        test.Write(0x3B, ramp);
-        for (const double rpm : {6000, 2400}) {
-            test.WriteRpm(manual1, rpm);
-            const double seconds = SecondsTo(test, rpm);
-            EXPECT_GE(seconds, least) << response << ", " << ramp;
-            EXPECT_LE(seconds, most) << response << ", " << ramp;
-            test.Pass(60);
+    for (const size_t fan : {size_t{0}, size_t{1}}) {
+        const int ownShift = fan == 0 ? 0 : 4;
+        const int manual = fan == 0 ? manual1 : manual2;
+        for (const auto &[response, ramp, least, most] : paces) {
+            TestBoard test;
+            test.WriteRpm(manual, 2400);
+            test.Pass(30);
+            // The other fan's fields hold the other extremes.
+            test.Write(0x3C, response << ownShift | (7 - response) << (4 - ownShift));
+            test.Write(0x3B, ramp << ownShift | (ramp == 0 ? 1 : 0) << (4 - ownShift));
+            for (const double rpm : {6000, 2400}) {
+                test.WriteRpm(manual, rpm);
+                const double seconds = SecondsTo(test, fan, rpm);
+                EXPECT_GE(seconds, least) << fan << ": " << response << ", " << ramp;
+                EXPECT_LE(seconds, most) << fan << ": " << response << ", " << ramp;
+                test.Pass(60);
+            }
         }
     }
 }
@@ -202,24 +207,26 @@ void SetAutomatic(TestBoard &test, int sources, int hysteresis = 5) {
 }
 
 TEST(FanControlTest, EachFanFollowsItsSource) {
-    // Source of fan 1, heated diode, whether the fan follows the heat.
     const struct {
         Variant variant;
-        int source;
-        int heated;
+        int fan, source, heated;
         bool follows;
     } cases[] = {
-        {Variant::ZTM7720, 0, 0, false}, {Variant::ZTM7720, 1, 0, true},
-        {Variant::ZTM7720, 1, 1, false}, {Variant::ZTM7720, 2, 1, true},
-        {Variant::ZTM7720, 2, 0, false}, {Variant::ZTM7710, 1, 0, true},
-        {Variant::ZTM7710, 2, 0, true},  {Variant::ZTM7710, 0, 0, false},
+        {Variant::ZTM7720, 0, 0, 0, false}, {Variant::ZTM7720, 0, 1, 0, true},
+        {Variant::ZTM7720, 0, 1, 1, false}, {Variant::ZTM7720, 0, 2, 1, true},
+        {Variant::ZTM7720, 0, 2, 0, false}, {Variant::ZTM7720, 1, 1, 0, true},
+        {Variant::ZTM7720, 1, 1, 1, false}, {Variant::ZTM7720, 1, 2, 1, true},
+        {Variant::ZTM7720, 1, 0, 1, false}, {Variant::ZTM7710, 0, 1, 0, true},
+        {Variant::ZTM7710, 0, 2, 0, true},  {Variant::ZTM7710, 0, 0, 0, false},
     };
     for (const auto &c : cases) {
         TestBoard test(c.variant);
-        SetAutomatic(test, c.source << 2 | c.source);
+        SetAutomatic(test, c.source << 2 * c.fan); // the other fan follows the board
+        test.Write(0x02, 0x8E);                    // no boost
         test.SetHeaters(c.heated == 0 ? 80 : 0, c.heated == 1 ? 80 : 0);
         test.Pass(600);
-        EXPECT_EQ(test.Rpm(tach1) > 3000, c.follows) << c.source << ", " << c.heated;
+        EXPECT_EQ(test.Rpm(c.fan == 0 ? tach1 : tach2) > 3000, c.follows)
+            << c.fan << ", " << c.source << ", " << c.heated;
     }
 }
 
