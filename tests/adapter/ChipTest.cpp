@@ -184,6 +184,19 @@ TEST(ChipTest, ConvertsAtItsRate) {
     }
 }
 
+TEST(ChipTest, AFasterRateDoesNotWaitForTheSlowerOnesEnd) {
+    TestBoard test;
+    test.Write(0x05, 0x00);
+    test.Pass(1);
+    test.SetHeaters(100, 0);
+    const double before = test.Celsius(remote1);
+    test.Pass(2);
+    EXPECT_EQ(test.Celsius(remote1), before);
+    test.Write(0x05, 0x0A);
+    test.Pass(0.1);
+    EXPECT_GT(test.Celsius(remote1), before + 1);
+}
+
 TEST(ChipTest, AveragingCalmsTheReading) {
     const auto spread = [](bool isAveraging) {
         TestBoard test;

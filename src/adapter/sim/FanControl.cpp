@@ -67,11 +67,10 @@ void FanControl::Tick(RegisterFile &registers, const Bench &bench,
         demandRpm.reset();
     }
     WatchSpeed();
-    const double poles = registers.Read(Configuration3) >> rows[fan].nibbleShift & 0x0F;
     drive = phase == Phase::Standing     ? stopped
             : phase == Phase::SpinningUp ? fullSpeed
-            : demandRpm                  ? FanDrive{.rpm = *demandRpm * poles / boardPoles}
-                                         : wanted;
+            : demandRpm ? FanDrive{.rpm = *demandRpm * Poles(registers) / boardPoles}
+                        : wanted;
 }
 
 uint8_t FanControl::Status3Causes() const {
@@ -85,10 +84,14 @@ void FanControl::MeasureTach(RegisterFile &registers, const Bench &bench) {
         return;
     }
     ticksToTach = tachTicks - 1;
-    const int poles = registers.Read(Configuration3) >> rows[fan].nibbleShift & 0x0F;
+    const int poles = Poles(registers);
     const double trueRpm = bench.SensedFanRpm(fan);
     tachRpm = poles == 0 ? 0 : trueRpm * boardPoles / poles;
     registers.SetPair(rows[fan].tach, EncodeTach(tachRpm));
+}
+
+int FanControl::Poles(const RegisterFile &registers) const {
+    return registers.Read(Configuration3) >> rows[fan].nibbleShift & 0x0F;
 }
 
 FanDrive FanControl::Wanted(const RegisterFile &registers, const TemperatureMonitor &monitor) {
@@ -151,12 +154,12 @@ void FanControl::MoveDemand(const RegisterFile &registers, double wantedRpm) {
     if (!demandRpm) {
         demandRpm = tachRpm;
     }
-    if (--ticksToUpdate >= 0) {
+    const int interval = std::max(slowestUpdateTicks >> code, 1);
+    if (++ticksSinceUpdate < interval) {
         return;
     }
-    const int interval = std::max(slowestUpdateTicks >> code, 1);
+    ticksSinceUpdate = 0;
     const int updates = std::max((1 << code) / slowestUpdateTicks, 1);
-    ticksToUpdate = interval - 1;
     const double change = (wantedRpm - *demandRpm) * (1 - std::pow(1 - updateShare, updates));
     const double limit = rampCode == 0 ? std::abs(change)
                                        : rampCode * countsPerSecondAndCode * rpmPerCount *

@@ -33,6 +33,7 @@ private:
     enum class Phase : uint8_t { Standing, SpinningUp, Turning };
 
     void MeasureTach(RegisterFile &registers, const Bench &bench);
+    int Poles(const RegisterFile &registers) const;
     FanDrive Wanted(const RegisterFile &registers, const TemperatureMonitor &monitor);
     FanDrive WantedByTable(const RegisterFile &registers, size_t channel);
     void ChangePhase(bool isToTurn);
@@ -46,7 +47,7 @@ private:
     std::optional<double> tableCelsius;
     FanDrive drive;
     int ticksToTach = 0;
-    int ticksToUpdate = 0;
+    int ticksSinceUpdate = 0;
     int spinUpTicks = 0;
     int quietTicks = 0;
     int slowTicks = 0;

@@ -14,7 +14,6 @@ constexpr uint8_t thermTimerBit = 0x04;
 
 constexpr double averagingShare = 1.0 / 8;
 constexpr int limitHysteresisSteps = stepsPerCelsius;
-constexpr int fastestRateCode = 10; // one conversion in each tick
 constexpr int longestWindowCode = 5;
 constexpr int shortestWindowTicks = Bench::ticksPerSecond / 4;
 constexpr int fullOnTime = 255;
@@ -25,10 +24,6 @@ constexpr uint8_t thermLatchBit = 0x08;
 
 constexpr int LowNibble(uint8_t value) {
     return value & 0x0F;
-}
-
-int ConversionTicks(uint8_t rate) {
-    return 1 << (fastestRateCode - std::min(LowNibble(rate), fastestRateCode));
 }
 
 int WindowTicks(uint8_t configuration4) {
@@ -65,9 +60,15 @@ void LimitWatch::Take(int excess, int hysteresis, int queue) {
     }
 }
 
+/// The fastest rate converts in each tick.
+int TemperatureMonitor::ConversionTicks(uint8_t rate) {
+    return 1 << (fastestRateCode - std::min(LowNibble(rate), fastestRateCode));
+}
+
 void TemperatureMonitor::Tick(RegisterFile &registers, const Bench &bench) {
-    if (registers.IsSet(Configuration1, monitoringBit) && --ticksToConversion < 0) {
-        ticksToConversion = ConversionTicks(registers.Read(ConversionRate)) - 1;
+    if (registers.IsSet(Configuration1, monitoringBit) &&
+        ++ticksSinceConversion >= ConversionTicks(registers.Read(ConversionRate))) {
+        ticksSinceConversion = 0;
         Convert(registers, bench);
     }
     const bool isThermAsserted = IsThermAsserted(registers);

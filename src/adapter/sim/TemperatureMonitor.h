@@ -44,6 +44,8 @@ public:
     static constexpr uint8_t thermAssertedBit = 0x01; ///< TS of Status2
 
 private:
+    static constexpr int fastestRateCode = 10;
+
     struct Row;
     static const std::array<Row, channelCount> rows;
 
@@ -54,6 +56,7 @@ private:
         LimitWatch high, low, therm;
     };
 
+    static int ConversionTicks(uint8_t rate);
     void Convert(RegisterFile &registers, const Bench &bench);
     int Sample(size_t channel, const RegisterFile &registers, const Bench &bench);
     void CompareLimits(size_t channel, int steps, const RegisterFile &registers);
@@ -62,7 +65,7 @@ private:
     void CollectCauses(const RegisterFile &registers, bool isThermAsserted);
 
     std::array<Channel, channelCount> channels;
-    int ticksToConversion = 0;
+    int ticksSinceConversion = 1 << fastestRateCode; ///< due at once, whatever the rate
     int windowTicks = 0;
     int assertedTicks = 0;
     uint8_t status1 = 0;
