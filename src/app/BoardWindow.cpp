@@ -30,11 +30,9 @@ QComboBox *NewList(const QString &name, const QStringList &items) {
     return box;
 }
 
-/// A value that tells its caption to assistive technology, too.
 QLabel *NewValue(const QString &name, const QString &caption, QFormLayout *layout) {
     auto *value = new QLabel;
     value->setObjectName(name);
-    value->setAccessibleName(caption);
     value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     layout->addRow(caption, value);
     return value;

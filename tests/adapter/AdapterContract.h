@@ -13,7 +13,7 @@ namespace ztm::test {
 /// program states the libraries that it holds to the contract with
 /// INSTANTIATE_TEST_SUITE_P(name, AdapterContract, testing::Values(...)).
 struct AdapterUnderTest {
-    std::string name; ///< as the test's name shows it
+    std::string name = "adapter"; ///< as the test's name shows it
 
     int16_t (*loadFirmWare)(const char *path);
     int16_t (*vendorIORequest)(int16_t request, int32_t value, int32_t index, int16_t direction,

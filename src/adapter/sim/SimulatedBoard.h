@@ -10,7 +10,7 @@
 
 namespace ztm::sim {
 
-/// Seconds of a clock that only moves forward.
+/// Seconds of a clock that only moves forward, also while the machine is suspended.
 double SteadySeconds();
 
 /// Gives the core away for that long.
