@@ -9,6 +9,8 @@
 #include "monitor/MeasurementLog.h"
 #include "monitor/MonitorSettings.h"
 
+#include <algorithm>
+
 namespace ztm {
 namespace {
 
@@ -16,6 +18,7 @@ constexpr double continuousReadSpacingSeconds = 0.5;
 constexpr double statusReadSpacingSeconds = 0.1;
 constexpr double heaterReadPauseSeconds = 0.005;
 constexpr double millisecondsPerSecond = 1000;
+constexpr int fullDuty = 100;
 
 constexpr std::array<int, 2> fanChannels{3, 4};
 
@@ -115,7 +118,9 @@ void MonitorLoop::StepHeater(size_t heater) {
     LastStepTime[heater] = now;
 }
 
+/// Whatever the ends and the step of a ramp are, a duty stays a percentage.
 void MonitorLoop::SendHeaterDuty(size_t heater, int duty) {
+    duty = std::clamp(duty, 0, fullDuty);
     SetHeaterDuty(heater == 0 ? duty : HeaterUnchanged, heater == 1 ? duty : HeaterUnchanged);
     window.ShowHeaterDuty(static_cast<int>(heater), duty);
 }

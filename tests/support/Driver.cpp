@@ -112,8 +112,10 @@ ShownFileDialog AnswerFileDialogOf(const std::function<void()> &action, const QS
     QObject::connect(&answer, &QTimer::timeout, [&shown, &path] {
         QWidget *modal = QApplication::activeModalWidget();
         if (auto *question = qobject_cast<QMessageBox *>(modal); question != nullptr && shown) {
-            shown->askedToReplace = true;
-            QTest::mouseClick(question->button(QMessageBox::Yes), Qt::LeftButton);
+            if (auto *yes = question->button(QMessageBox::Yes)) {
+                shown->askedToReplace = true;
+                QTest::mouseClick(yes, Qt::LeftButton);
+            }
         } else if (auto *dialog = qobject_cast<QFileDialog *>(modal); dialog != nullptr && !shown) {
             auto &name = *dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
             shown = ShownFileDialog{dialog->nameFilters(), dialog->directory().absolutePath(),

@@ -12,12 +12,14 @@
 #include "support/TemporaryFile.h"
 #include "tour/TourBoard.h"
 #include "ui/InitForm.h"
+#include "ui/LookupGraph.h"
 #include "ui/Program.h"
 #include "ui/instruments/Gauge.h"
 
 #include <QComboBox>
 #include <QDir>
 #include <QLineEdit>
+#include <QTabWidget>
 #include <QTest>
 #include <QTextStream>
 #include <QTimer>
@@ -42,6 +44,10 @@ public:
         VisualDisplay();
         Control();
         Logging();
+        Therm();
+        ManualSpeed();
+        HeaterRamp();
+        AutomaticControl();
         CloseByCloseBox("frmMain");
         DeleteAllForms();
 
@@ -135,6 +141,84 @@ private:
         ztm::SetHeaterDuty(40, 0);
         Live(30);
         Picture("frmMain", "one-fan-live");
+        Therm();
+        ManualSpeed();
+        AutomaticControl();
+    }
+
+    void Therm() {
+        ClickTab("Control");
+        Click("cmdThermTemp");
+        Picture("frmThermTemp", "therm-temperature");
+        Click("cmdThermTimer");
+        Picture("frmThermTimer", "therm-timer");
+        CloseByCloseBox("frmThermTemp");
+        CloseByCloseBox("frmThermTimer");
+    }
+
+    void ManualSpeed() {
+        ClickTab("Control");
+        Click("cmdManual");
+        Live(1);
+        Picture("frmManual", "manual-speed");
+        CloseByCloseBox("frmManual");
+    }
+
+    void HeaterRamp() {
+        ClickTab("Control");
+        Click("cmdHeaters");
+        Click("chkSWControl(0)");
+        Type("txtIncrement(0)", "5");
+        Type("txtInterval(0)", "2000");
+        Click("cmdApply");
+        Live(60);
+        Picture("frmHeaters", "heater-ramp");
+        ClickTab("Visual Display");
+        Live(1);
+        Picture("frmMain", "heater-ramp-live");
+        Click("chkSWControl(0)");
+        Click("cmdApply");
+        CloseByCloseBox("frmHeaters");
+    }
+
+    void AutomaticControl() {
+        ClickTab("Control");
+        FanConfiguration();
+        Click("cmdSetLookups");
+        Click("cmdTestData");
+        Picture("frmLookup", "lookup-points");
+        ClickOn("frmLookup", "cmdOK");
+        Curve();
+    }
+
+    /// Picks automatic control, which the other windows need.
+    void FanConfiguration() {
+        Click("cmdConParam");
+        Click("optAuto");
+        if (Find("opt8Points").isVisible()) {
+            Click("opt8Points");
+        }
+        Picture("frmConfig", "fan-configuration");
+        Find("frmConfig").findChild<QTabWidget *>("SSTab1")->setCurrentIndex(1);
+        Picture("frmConfig", "fan-configuration-fan");
+        ClickOn("frmConfig", "cmdOK");
+    }
+
+    void Curve() {
+        Click("cmdAuto");
+        Click("optControl(3)");
+        Picture("frmAutoControl", "automatic-control");
+        Click("optLinear");
+        auto &graph = Find<ztm::LookupGraph>("pctGraph");
+        graph.carriedAt = QPointF(2600, 900);
+        graph.update();
+        Picture("frmAutoControl", "automatic-control-carrying");
+        CloseByCloseBox("frmAutoControl");
+    }
+
+    /// A click on a control whose name other windows have as well.
+    static void ClickOn(const char *form, const char *control) {
+        QTest::mouseClick(Find(form).findChild<QWidget *>(control), Qt::LeftButton);
     }
 
     /// A hand at the bench stops a fan.
