@@ -58,6 +58,7 @@ public:
 
         ResetCoreState();
         PlugIn(ztm::sim::Variant::ZTM7720, [this] { return clock.TotalSeconds(); });
+        Regulation();
         StalledFan();
     }
 
@@ -221,15 +222,33 @@ private:
         QTest::mouseClick(Find(form).findChild<QWidget *>(control), Qt::LeftButton);
     }
 
-    /// A hand at the bench stops a fan.
-    void StalledFan() {
+    /// A heater drives one channel into alarm, and the fans bring it out again by themselves.
+    void Regulation() {
         ztm::ShowForm<ztm::InitForm>();
         SearchInWizard();
         Click("FinishCMD");
         ClickTab("Visual Display");
         Click("cmdEasySetup");
-        ztm::SetHeaterDuty(40, 20);
-        Live(30);
+        SetHighLimit(58);
+        Live(10);
+        ztm::SetHeaterDuty(60, 25);
+        Live(60);
+        Picture("frmMain", "heated-into-alarm");
+        ClickTab("Control");
+        Click("cmdConParam");
+        Click("optAuto");
+        Click("opt8Points");
+        ClickOn("frmConfig", "cmdOK");
+        Click("cmdSetLookups");
+        Click("cmdTestData");
+        ClickOn("frmLookup", "cmdOK");
+        ClickTab("Visual Display");
+        Live(40);
+        Picture("frmMain", "cooled-by-automatic-control");
+    }
+
+    /// A hand at the bench stops a fan.
+    void StalledFan() {
         ztm::BoardWindow bench;
         bench.show();
         Picture(bench, "simulated-board");
