@@ -72,6 +72,7 @@ void frmAutoControl::SetupUi() {
     sldRange->SetMaximum(highestRange);
     sldRange->SetMinimum(lowestRange);
     sldRange->SetSteps(smallRangeStep, largeRangeStep);
+    sldRange->setMinimumWidth(sldRange->sizeHint().width()); // its numbers in full size
     auto *graph = new QGridLayout;
     graph->addWidget(NewGraphPanel(), 0, 0);
     graph->addLayout(NewLegend(), 1, 0);

@@ -77,7 +77,7 @@ void UseDialogs() {
     Visit("cmdConParam", "frmConfig", {"optManual", "cmdOK"});
     Visit("cmdThermTemp", "frmThermTemp", {"cmdOK"});
     Visit("cmdThermTimer", "frmThermTimer", {"cmdOK"});
-    Visit("cmdManual", "frmManual", {"sldFan(0)Track", "sldFan(1)Track"});
+    Visit("cmdManual", "frmManual", {"sldFan(0)", "sldFan(1)"});
     Visit("cmdHeaters", "frmHeaters", {"chkSWControl(0)", "cmdApply"});
     Ticks(20);
 }
