@@ -61,6 +61,7 @@ void frmAutoControl::SetupUi() {
     sldRange->SetMaximum(highestRange);
     sldRange->SetMinimum(lowestRange);
     sldRange->SetSteps(smallRangeStep, largeRangeStep);
+    sldRange->setMinimumWidth(sldRange->sizeHint().width()); // its numbers in full size
     auto *settings = new QVBoxLayout;
     settings->addWidget(NewPointFrame());
     settings->addWidget(NewSourceFrame());

@@ -95,7 +95,7 @@ void frmMain::tmrMain_Timer() {
     const QScopedValueRollback<bool> guard(ticking, true);
     monitorLoop.Tick();
     if (auto *manual = LoadedForm<frmManual>()) {
-        manual->WriteMoved();
+        manual->MonitorTicked();
     }
 }
 

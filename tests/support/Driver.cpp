@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QRegularExpression>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTest>
@@ -137,6 +138,13 @@ ShownFileDialog AnswerFileDialogOf(const std::function<void()> &action, const QS
 
 void CloseByCloseBox(const QString &name) {
     Find(name).close();
+}
+
+bool BytesMatch(const std::string &bytes, const char *pattern) {
+    const QRegularExpression whole(
+        QRegularExpression::anchoredPattern(QString::fromLatin1(pattern)));
+    return whole.match(QString::fromLatin1(bytes.data(), static_cast<qsizetype>(bytes.size())))
+        .hasMatch();
 }
 
 void Tick() {

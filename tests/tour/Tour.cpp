@@ -3,6 +3,7 @@
 //
 //   ztm-tour FOLDER [dark]
 
+#include "app/BoardWindow.h"
 #include "link/CommFailure.h"
 #include "link/USBComms.h"
 #include "support/ClockDouble.h"
@@ -15,6 +16,7 @@
 #include "ui/Program.h"
 #include "ui/instruments/Gauge.h"
 
+#include <QComboBox>
 #include <QDir>
 #include <QLineEdit>
 #include <QTabWidget>
@@ -52,6 +54,12 @@ public:
         ResetCoreState();
         PlugIn(ztm::sim::Variant::ZTM7710, [this] { return clock.TotalSeconds(); });
         SmallerVariant();
+        DeleteAllForms();
+
+        ResetCoreState();
+        PlugIn(ztm::sim::Variant::ZTM7720, [this] { return clock.TotalSeconds(); });
+        Regulation();
+        StalledFan();
     }
 
 private:
@@ -214,6 +222,41 @@ private:
         QTest::mouseClick(Find(form).findChild<QWidget *>(control), Qt::LeftButton);
     }
 
+    /// A heater drives one channel into alarm, and the fans bring it out again by themselves.
+    void Regulation() {
+        ztm::ShowForm<ztm::InitForm>();
+        SearchInWizard();
+        Click("FinishCMD");
+        ClickTab("Visual Display");
+        Click("cmdEasySetup");
+        SetHighLimit(58);
+        Live(10);
+        ztm::SetHeaterDuty(60, 25);
+        Live(60);
+        Picture("frmMain", "heated-into-alarm");
+        ClickTab("Control");
+        Click("cmdConParam");
+        Click("optAuto");
+        Click("opt8Points");
+        ClickOn("frmConfig", "cmdOK");
+        Click("cmdSetLookups");
+        Click("cmdTestData");
+        ClickOn("frmLookup", "cmdOK");
+        ClickTab("Visual Display");
+        Live(40);
+        Picture("frmMain", "cooled-by-automatic-control");
+    }
+
+    /// A hand at the bench stops a fan.
+    void StalledFan() {
+        ztm::BoardWindow bench;
+        bench.show();
+        Picture(bench, "simulated-board");
+        bench.findChild<QComboBox *>("cmbFan(0)")->setCurrentText("Stalled");
+        Live(20);
+        Picture("frmMain", "stalled-fan");
+    }
+
     /// Lets that time pass for board and program.
     void Live(double seconds) {
         for (double passed = 0; passed < seconds; passed += tickSeconds) {
@@ -242,11 +285,13 @@ private:
         Click("cmdLogData");
     }
 
-    void Picture(const QString &form, const QString &what) {
+    void Picture(const QString &form, const QString &what) { Picture(Find(form), what); }
+
+    void Picture(QWidget &window, const QString &what) {
         Settle();
         const QString path =
             QDir(folder).filePath(QString("%1-%2.png").arg(++number, 2, 10, QChar('0')).arg(what));
-        if (!Find(form).grab().save(path)) {
+        if (!window.grab().save(path)) {
             throw std::runtime_error("cannot write " + path.toStdString());
         }
         QTextStream(stdout) << path << '\n';

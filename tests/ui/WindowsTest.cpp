@@ -137,9 +137,9 @@ TEST_F(WindowsTest, TabOrderFollowsTheEye) {
     ShowForm<frmAutoControl>();
     Settle();
     EXPECT_THAT(TabRound("frmAutoControl", "pctGraph"),
-                ElementsAre("pctGraph", "sldRangeTrack", "optControl(0)", "txtTLookUp",
-                            "txtRPMLookup", "cmbControl(0)", "cmbControl(1)", "optDiscrete",
-                            "cmdOK", "cmdApply", "cmdCancel"));
+                ElementsAre("pctGraph", "sldRange", "optControl(0)", "txtTLookUp", "txtRPMLookup",
+                            "cmbControl(0)", "cmbControl(1)", "optDiscrete", "cmdOK", "cmdApply",
+                            "cmdCancel"));
 }
 
 TEST_F(WindowsTest, MainWindowShowsEverythingFromSmallToFullScreen) {

@@ -13,7 +13,6 @@
 #include <QPicture>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QSlider>
 #include <QTest>
 
 namespace ztm::test {
@@ -248,12 +247,12 @@ TEST_F(AutoControlTest, TheRangeRelabelsTheGraphAndLeavesTheChipAlone) {
     Adapter().calls.clear();
     auto &range = Find<ValueSlider>("sldRange");
     EXPECT_EQ(range.Value(), 8000);
-    QTest::keyClick(range.findChild<QSlider *>(), Qt::Key_End);
+    QTest::keyClick(&range, Qt::Key_End);
     EXPECT_EQ(GraphRpmRange, 20000);
     EXPECT_EQ(TextOf("lblRPM(2)"), "20000");
     EXPECT_EQ(TextOf("lblRPM(11)"), "2000");
-    QTest::keyClick(range.findChild<QSlider *>(), Qt::Key_Home);
-    QTest::keyClick(range.findChild<QSlider *>(), Qt::Key_Up);
+    QTest::keyClick(&range, Qt::Key_Home);
+    QTest::keyClick(&range, Qt::Key_Up);
     EXPECT_EQ(TextOf("lblRPM(9)"), "330");
     EXPECT_THAT(Adapter().calls, IsEmpty());
     ClickIn("cmdCancel");

@@ -9,8 +9,6 @@
 #include <QLineEdit>
 #include <QPushButton>
 
-#include <regex>
-
 namespace ztm::test {
 namespace {
 
@@ -156,11 +154,11 @@ TEST_F(LookupTest, ATableGoesToAFileAndBack) {
     EXPECT_EQ(shown.proposedName, "LUT_Data");
     EXPECT_THAT(shown.filters, testing::ElementsAre("Text Files (*.lut)"));
     EXPECT_EQ(shown.folder, QCoreApplication::applicationDirPath());
-    EXPECT_TRUE(std::regex_match(
-        BytesOf(folder.Path("mine")),
-        std::regex("ZTM7720 Look-up Table Data\r\n\r\nSaved: [^\r\n;]+\r\n\r\nTemperature, RPM;\r\n"
+    EXPECT_TRUE(
+        BytesMatch(BytesOf(folder.Path("mine")),
+                   "ZTM7720 Look-up Table Data\r\n\r\nSaved: [^\r\n;]+\r\n\r\nTemperature, RPM;\r\n"
                    "30, 1000;\r\n40, 2300;\r\n50, 3500;\r\n60, 4000;\r\n70, 4700;\r\n80, 5500;\r\n"
-                   "90, 6000;\r\n100, 7500;\r\n\r\n")));
+                   "90, 6000;\r\n100, 7500;\r\n\r\n"));
     for (int point = 0; point < 8; ++point) {
         Type(QString("txtTemp(%1)").arg(point), "1");
         Type(QString("txtRPM(%1)").arg(point), "");

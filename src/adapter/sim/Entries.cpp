@@ -1,3 +1,4 @@
+#include "adapter/sim/BoardControl.h"
 #include "adapter/sim/SimulatedBoard.h"
 #include "link/USBFunctions.h"
 
@@ -28,5 +29,16 @@ __attribute__((visibility("default"))) int16_t VendorIORequest(int16_t request, 
                                                                int32_t index, int16_t direction,
                                                                int16_t length, uint8_t *buffer) {
     return Board().VendorIORequest(request, value, index, direction, length, buffer);
+}
+
+__attribute__((visibility("default"))) void ReadSimulatedBoard(ztm::sim::BoardSettings *settings,
+                                                               ztm::sim::BoardState *state) {
+    *settings = Board().Settings();
+    *state = Board().Look();
+}
+
+__attribute__((visibility("default"))) void
+ArrangeSimulatedBoard(const ztm::sim::BoardSettings *settings) {
+    Board().Arrange(*settings);
 }
 }
