@@ -1,13 +1,13 @@
 #include "ui/frmAutoControl.h"
 
 #include "common/Numbers.h"
-#include "fan/FanCodes.h"
 #include "fan/GraphSettings.h"
 #include "link/GeneralSubs.h"
 #include "link/LinkState.h"
 #include "link/Registers.h"
 #include "link/USBComms.h"
 #include "monitor/Channels.h"
+#include "ui/ControlSourceBoxes.h"
 #include "ui/Controls.h"
 #include "ui/Fields.h"
 #include "ui/Frame.h"
@@ -36,8 +36,6 @@ constexpr int lowestRange = 1000;
 constexpr int highestRange = 20000;
 constexpr int smallRangeStep = 100;
 constexpr int largeRangeStep = 1000;
-constexpr int32_t sourceBits = 0x03;
-constexpr int sourceShift = 2;
 constexpr int largestPointRpm = std::numeric_limits<int16_t>::max();
 
 LookupPoint &PointAt(int point) {
@@ -81,24 +79,15 @@ QGroupBox *frmAutoControl::NewSourceFrame() {
     auto *layout = new QGridLayout(frame);
     Label3 = Named(new QLabel(tr("Fan1"), frame), "Label3");
     Label4 = Named(new QLabel(tr("Fan2"), frame), "Label4");
-    for (int fan = 0; fan < 2; ++fan) {
-        auto *box = new QComboBox(frame);
-        box->setObjectName(IndexedName("cmbControl", fan));
-        for (const std::string_view source : ControlSources) {
-            box->addItem(ToQString(source));
-        }
-        cmbControl[static_cast<size_t>(fan)] = box;
-        layout->addWidget(fan == 0 ? Label3 : Label4, fan, 0);
-        layout->addWidget(box, fan, 1);
-    }
+    cmbControl[0] = NewControlSourceBox(QStringLiteral("cmbControl(0)"), frame);
+    cmbControl[1] = NewControlSourceBox(QStringLiteral("cmbControl(1)"), frame);
+    layout->addWidget(Label3, 0, 0);
+    layout->addWidget(cmbControl[0], 0, 1);
+    layout->addWidget(Label4, 1, 0);
+    layout->addWidget(cmbControl[1], 1, 1);
     Label3->setBuddy(cmbControl[0]);
     Label4->setBuddy(cmbControl[1]);
-    cmbSource33 = Named(new QComboBox(frame), "cmbSource33");
-    cmbSource33->setAccessibleName(tr("Fan Control Source"));
-    cmbSource33->hide();
-    for (const ControlSource33 &source : ControlSources33) {
-        cmbSource33->addItem(ToQString(source.Text));
-    }
+    cmbSource33 = NewControlSource33Box(tr("Fan Control Source"), frame);
     layout->addWidget(cmbSource33, 0, 1);
     layout->setColumnStretch(1, 1);
     return frame;
@@ -198,10 +187,7 @@ void frmAutoControl::Form_Load() {
     }
     ShowSelectedPoint();
     (IsConfig2Bit2Set() ? optLinear : optDiscrete)->setChecked(true);
-    const int32_t behaviour = ReadRegister(FanBehaviour);
-    cmbControl[0]->setCurrentIndex(behaviour & sourceBits);
-    cmbControl[1]->setCurrentIndex(behaviour >> sourceShift & sourceBits);
-    cmbSource33->setCurrentIndex(static_cast<int>(ControlSource33Item(behaviour & sourceBits)));
+    ShowControlSources(ReadRegister(FanBehaviour), cmbControl, *cmbSource33);
     sldRange->SetValue(static_cast<double>(GraphRpmRange));
     graphPanel->UpdateRPMLabels();
 }
@@ -307,13 +293,6 @@ void frmAutoControl::sldRange_Change(double value) {
     PlotData();
 }
 
-int32_t frmAutoControl::SourceCodes() const {
-    const auto textOf = [](const QComboBox *box) { return box->currentText().toStdString(); };
-    return DeviceName == ZTM7710 ? ControlSource33Code(textOf(cmbSource33))
-                                 : ControlSourceCode(textOf(cmbControl[1])) << sourceShift |
-                                       ControlSourceCode(textOf(cmbControl[0]));
-}
-
 void frmAutoControl::cmdApply_Click() {
     WriteRegister(Configuration2,
                   WithBit(ReadRegister(Configuration2), LinearBit, optLinear->isChecked()));
@@ -323,7 +302,7 @@ void frmAutoControl::cmdApply_Click() {
     for (int point = 0; point < LookupPoints; ++point) {
         WritePointRpm(point, PointAt(point).RPM);
     }
-    WriteRegister(FanBehaviour, SourceCodes());
+    WriteRegister(FanBehaviour, ChosenBehaviour(cmbControl, *cmbSource33));
 }
 
 void frmAutoControl::cmdOK_Click() {

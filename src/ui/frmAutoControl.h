@@ -54,7 +54,6 @@ private:
     void MovePoint(int celsius, int rpm);
     void DropPoint();
     void sldRange_Change(double value);
-    int32_t SourceCodes() const;
     void cmdApply_Click();
     void cmdOK_Click();
     void cmdCancel_Click();

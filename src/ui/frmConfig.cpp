@@ -3,11 +3,11 @@
 #include "common/NumberText.h"
 #include "common/Numbers.h"
 #include "fan/FanCodes.h"
-#include "link/GeneralSubs.h"
 #include "link/LinkState.h"
 #include "link/Registers.h"
 #include "link/USBComms.h"
 #include "ui/ControlPage.h"
+#include "ui/ControlSourceBoxes.h"
 #include "ui/Controls.h"
 #include "ui/Frame.h"
 #include "ui/Text.h"
@@ -26,8 +26,6 @@ namespace {
 constexpr int oneFanFrameLeft = 2040; // twips
 constexpr int32_t codeBits = 0x07;
 constexpr int32_t polesBits = 0x0F;
-constexpr int32_t sourceBits = 0x03;
-constexpr int sourceShift = 2;
 constexpr int fanShift = 4; // of fan 2's field in the other registers
 
 /// The field of a fan in a register that has one in each half.
@@ -124,13 +122,9 @@ QWidget *frmConfig::NewFanPage(size_t fan) {
     const int index = static_cast<int>(fan);
     auto *page = new QWidget;
     cmbPoles[fan] = NewBox(IndexedName("cmbPoles", index), FanPoles, page);
-    cmbSource[fan] = NewBox(IndexedName("cmbSource", index), ControlSources, page);
+    cmbSource[fan] = NewControlSourceBox(IndexedName("cmbSource", index), page);
     if (fan == 0) {
-        cmbSource33 = Named(new QComboBox(page), "cmbSource33");
-        cmbSource33->hide();
-        for (const ControlSource33 &source : ControlSources33) {
-            cmbSource33->addItem(ToQString(source.Text));
-        }
+        cmbSource33 = NewControlSource33Box(tr("Control Source"), page);
     }
     cmbRPMResponse[fan] = NewBox(IndexedName("cmbRPMResponse", index), FanResponses, page);
     cmbRamp[fan] = NewBox(IndexedName("cmbRamp", index), RampRates, page);
@@ -147,7 +141,6 @@ QWidget *frmConfig::NewFanPage(size_t fan) {
         ++row;
     }
     if (fan == 0) {
-        cmbSource33->setAccessibleName(tr("Control Source"));
         layout->addWidget(cmbSource33, 1, 1);
     }
     layout->setColumnStretch(2, 1);
@@ -177,26 +170,13 @@ void frmConfig::Form_Load() {
     (eightPoints ? opt8Points : opt4Points)->setChecked(true);
     const int32_t poles = ReadRegister(Configuration3);
     const int32_t response = ReadRegister(FanResponse);
-    ShowSources(ReadRegister(FanBehaviour));
+    ShowControlSources(ReadRegister(FanBehaviour), cmbSource, *cmbSource33);
     const int32_t ramp = ReadRegister(EnhanceAcoustics);
     for (size_t fan = 0; fan < cmbPoles.size(); ++fan) {
         ShowPoles(*cmbPoles[fan], HalfOf(poles, fan) & polesBits);
         cmbRPMResponse[fan]->setCurrentIndex(HalfOf(response, fan) & codeBits);
         cmbRamp[fan]->setCurrentIndex(HalfOf(ramp, fan) & codeBits);
     }
-}
-
-void frmConfig::ShowSources(int32_t behaviour) {
-    const int32_t first = behaviour & sourceBits;
-    cmbSource33->setCurrentIndex(static_cast<int>(ControlSource33Item(first)));
-    cmbSource[0]->setCurrentIndex(first);
-    cmbSource[1]->setCurrentIndex(behaviour >> sourceShift & sourceBits);
-}
-
-int32_t frmConfig::SourceCodes() const {
-    return DeviceName == ZTM7710 ? ControlSource33Code(TextOf(*cmbSource33))
-                                 : ControlSourceCode(TextOf(*cmbSource[1])) << sourceShift |
-                                       ControlSourceCode(TextOf(*cmbSource[0]));
 }
 
 std::vector<QComboBox *> frmConfig::BoxesInTurn() const {
@@ -230,7 +210,7 @@ void frmConfig::cmdApply_Click() {
     WriteRegister(Configuration3, BothFans(cmbPoles, PolesOf));
     WriteRegister(FanResponse, BothFans(cmbRPMResponse, SetFanResponse));
     WriteRegister(EnhanceAcoustics, BothFans(cmbRamp, SetRampRate));
-    WriteRegister(FanBehaviour, SourceCodes());
+    WriteRegister(FanBehaviour, ChosenBehaviour(cmbSource, *cmbSource33));
 }
 
 void frmConfig::cmdOK_Click() {

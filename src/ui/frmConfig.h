@@ -29,8 +29,6 @@ private:
     QWidget *NewFanPage(size_t fan);
     void Form_Load();
     void LayoutOneFan();
-    void ShowSources(int32_t behaviour);
-    int32_t SourceCodes() const;
     void SSTab1_Click();
     std::vector<QComboBox *> BoxesInTurn() const;
 
