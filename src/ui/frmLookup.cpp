@@ -55,6 +55,11 @@ const QString &LutName() {
     return name;
 }
 
+/// The row of a point, below the headings and, from the fifth on, a second one.
+constexpr int RowOf(int point) {
+    return 1 + point + point / PointsPerFan;
+}
+
 /// Shows the numeric value of a piece of a table file; false when it is no finite number.
 bool ShowPiece(QLineEdit &box, const std::string &piece) {
     const double number = NumericValue(piece);
@@ -85,22 +90,27 @@ QGroupBox *frmLookup::NewTableFrame() {
     auto *layout = new QGridLayout(Frame1);
     layout->addWidget(new QLabel(tr("Temperature"), Frame1), 0, 1);
     layout->addWidget(new QLabel(tr("RPM"), Frame1), 0, 2);
+    for (int fan = 0; fan < 2; ++fan) {
+        auto *label = new QLabel(tr("Fan%1").arg(fan + 1), Frame1);
+        label->setObjectName(IndexedName("lblFan", fan));
+        label->hide();
+        lblFan[static_cast<size_t>(fan)] = label;
+        layout->addWidget(label, RowOf(fan * PointsPerFan) - 1, 0);
+    }
     for (int point = 0; point < LookupPoints; ++point) {
         const auto slot = static_cast<size_t>(point);
-        const QString name = tr("Point %1").arg(point + 1);
-        Label3[slot] = new QLabel(name, Frame1);
+        const int row = RowOf(point);
+        Label3[slot] = new QLabel(Frame1);
         Label3[slot]->setObjectName(IndexedName("Label3", point));
-        layout->addWidget(Label3[slot], point + 1, 0);
+        layout->addWidget(Label3[slot], row, 0);
         layout->addWidget(
-            NewSpinBox(txtTemp[slot], IndexedName("txtTemp", point), temperatureSpin, Frame1),
-            point + 1, 1, Qt::AlignLeft);
+            NewSpinBox(txtTemp[slot], IndexedName("txtTemp", point), temperatureSpin, Frame1), row,
+            1, Qt::AlignLeft);
         layout->addWidget(NewSpinBox(txtRPM[slot], IndexedName("txtRPM", point), rpmSpin, Frame1),
-                          point + 1, 2, Qt::AlignLeft);
-        txtTemp[slot]->setAccessibleName(tr("Temperature of row %1 in °C").arg(point + 1));
-        txtRPM[slot]->setAccessibleName(tr("Speed of row %1 in RPM").arg(point + 1));
+                          row, 2, Qt::AlignLeft);
     }
     layout->setColumnStretch(2, 1);
-    layout->setRowStretch(LookupPoints + 1, 1);
+    layout->setRowStretch(layout->rowCount(), 1);
     return Frame1;
 }
 
@@ -131,14 +141,27 @@ void frmLookup::ConnectSignals() {
     connect(cmdCancel, &QPushButton::clicked, this, &frmLookup::cmdCancel_Click);
 }
 
-void frmLookup::Form_Load() {
+/// Numbers the points, anew for fan 2 where it has a table of its own.
+void frmLookup::ShowLayout() {
     if (!EightPointMode) {
         Frame1->setTitle(tr("2 x 4-Point Lookup Table"));
-        for (int point = PointsPerFan; point < LookupPoints; ++point) {
-            Label3[static_cast<size_t>(point)]->setText(
-                tr("Point %1").arg(point - PointsPerFan + 1));
-        }
+        lblFan[0]->show();
+        lblFan[1]->show();
     }
+    for (int point = 0; point < LookupPoints; ++point) {
+        const auto slot = static_cast<size_t>(point);
+        const int number = (EightPointMode ? point : point % PointsPerFan) + 1;
+        const QString name = tr("Point %1").arg(number);
+        const QString whole =
+            EightPointMode ? name : lblFan[slot / PointsPerFan]->text() + ' ' + name;
+        Label3[slot]->setText(name);
+        txtTemp[slot]->setAccessibleName(tr("%1, temperature in °C").arg(whole));
+        txtRPM[slot]->setAccessibleName(tr("%1, speed in RPM").arg(whole));
+    }
+}
+
+void frmLookup::Form_Load() {
+    ShowLayout();
     for (int point = 0; point < LookupPoints; ++point) {
         ShowNumber(*txtTemp[static_cast<size_t>(point)], ReadPointTemperature(point));
     }

@@ -28,6 +28,7 @@ private:
     QLayout *NewButtonColumn();
     void ConnectSignals();
     void Form_Load();
+    void ShowLayout();
     void WatchNumbers();
 
     void cmdTestData_Click();
@@ -38,6 +39,7 @@ private:
     void cmdCancel_Click();
 
     QGroupBox *Frame1;
+    std::array<QLabel *, 2> lblFan; // headings of the layout with a table for each fan
     std::array<QLabel *, LookupPoints> Label3;
     std::array<QLineEdit *, LookupPoints> txtTemp;
     std::array<QLineEdit *, LookupPoints> txtRPM;

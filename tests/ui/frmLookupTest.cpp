@@ -82,6 +82,7 @@ TEST_F(LookupTest, CaptionsFollowTheLayout) {
         EXPECT_EQ(Find("frmLookup").findChild<QGroupBox *>("Frame1")->title(), c.caption);
         EXPECT_EQ(TextOf("Label3(0)"), "Point 1");
         EXPECT_EQ(TextOf("Label3(4)"), c.fifth);
+        EXPECT_EQ(Find("lblFan(1)").isVisible(), c.fifth == std::string("Point 1"));
         Adapter().calls.clear();
         Click("cmdTestData");
         EXPECT_EQ(Points(), c.fifth == std::string("Point 5") ? eightPoints : twiceFourPoints);
