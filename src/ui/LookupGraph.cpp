@@ -31,8 +31,10 @@ constexpr int largeCelsius = 10;
 constexpr int smallRpm = 50;
 constexpr int largeRpm = 500;
 
-QPointF PlaceOf(const LookupPoint &point) {
-    return {TempX(point.Temperature), RPMY(point.RPM)};
+/// Where a point of the table in use is drawn.
+QPointF PlaceOf(int point) {
+    const LookupPoint &drawn = TableInUse()[static_cast<size_t>(point)];
+    return {TempX(drawn.Temperature), RPMY(drawn.RPM)};
 }
 
 /// What of a line (or, with equal ends, of a point) runs within a graph's width and height around
@@ -94,7 +96,7 @@ QSize LookupGraph::sizeHint() const {
 }
 
 bool LookupGraph::IsOnSelectedPoint(QPointF place) const {
-    const QPointF point = PlaceOf(TableInUse()[static_cast<size_t>(selectedPoint)]);
+    const QPointF point = PlaceOf(selectedPoint);
     return std::abs(place.x() - point.x()) < 2 * HitRadius &&
            std::abs(place.y() - point.y()) < 2 * HitRadius;
 }
@@ -141,9 +143,6 @@ void LookupGraph::keyPressEvent(QKeyEvent *event) {
         break;
     case Qt::Key_Down:
         emit MoveWanted(0, -rpm);
-        break;
-    case Qt::Key_Escape:
-        emit DropWanted();
         break;
     default:
         QWidget::keyPressEvent(event);
@@ -197,7 +196,6 @@ void LookupGraph::DrawGrid(QPainter &painter) {
 
 /// Baseline, rise, the way from point to point, and tail.
 void LookupGraph::DrawCurve(QPainter &painter, int first, int last, const QColor &colour) {
-    const LookupTable &table = TableInUse();
     painter.setRenderHint(QPainter::Antialiasing, linear);
     // Ends that close the corners.
     painter.setPen(Pen(colour, curvePixels, linear ? Qt::RoundCap : Qt::SquareCap));
@@ -206,11 +204,11 @@ void LookupGraph::DrawCurve(QPainter &painter, int first, int last, const QColor
         DrawLine(painter, place, next);
         place = next;
     };
-    const QPointF start = PlaceOf(table[static_cast<size_t>(first)]);
+    const QPointF start = PlaceOf(first);
     drawTo({start.x(), place.y()});
     drawTo(start);
     for (int point = first + 1; point <= last; ++point) {
-        const QPointF next = PlaceOf(table[static_cast<size_t>(point)]);
+        const QPointF next = PlaceOf(point);
         if (!linear) {
             drawTo({next.x(), place.y()});
         }
@@ -223,23 +221,20 @@ void LookupGraph::DrawCurve(QPainter &painter, int first, int last, const QColor
 void LookupGraph::HiLightPoints(QPainter &painter) {
     painter.setPen(Pen(highlightColour, curvePixels));
     painter.setRenderHint(QPainter::Antialiasing);
-    DrawCircle(painter, PlaceOf(TableInUse()[static_cast<size_t>(selectedPoint)]));
+    DrawCircle(painter, PlaceOf(selectedPoint));
     painter.setRenderHint(QPainter::Antialiasing, false);
 }
 
 /// The lines that the selected point would have there.
 void LookupGraph::GrayLines(QPainter &painter, double xVal, double yVal) {
-    const LookupTable &table = TableInUse();
     const auto [first, last] = CurveOf(selectedPoint);
     const QPointF mouse(xVal, yVal);
     painter.setPen(Pen(previewColour, thinPixels));
-    DrawLine(painter,
-             selectedPoint == first ? QPointF(xVal, RPMY(0))
-                                    : PlaceOf(table[static_cast<size_t>(selectedPoint - 1)]),
+    DrawLine(painter, selectedPoint == first ? QPointF(xVal, RPMY(0)) : PlaceOf(selectedPoint - 1),
              mouse);
     DrawLine(painter, mouse,
              selectedPoint == last ? QPointF(TempX(GraphCelsius), yVal)
-                                   : PlaceOf(table[static_cast<size_t>(selectedPoint + 1)]));
+                                   : PlaceOf(selectedPoint + 1));
 }
 
 /// What the carried point would hold, beside it and within the graph.

@@ -43,9 +43,6 @@ signals:
     /// An arrow key: so many degrees and so many RPM.
     void MoveWanted(int celsius, int rpm);
 
-    /// Escape.
-    void DropWanted();
-
 protected:
     void paintEvent(QPaintEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;

@@ -18,8 +18,8 @@
 #include "ui/instruments/ValueSlider.h"
 
 #include <QComboBox>
-#include <QEvent>
 #include <QGridLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QRadioButton>
@@ -160,7 +160,6 @@ void frmAutoControl::ConnectSignals() {
     connect(pctGraph, &LookupGraph::MouseDown, this, &frmAutoControl::pctGraph_MouseDown);
     connect(pctGraph, &LookupGraph::MouseMoved, this, &frmAutoControl::pctGraph_MouseMove);
     connect(pctGraph, &LookupGraph::MoveWanted, this, &frmAutoControl::MovePoint);
-    connect(pctGraph, &LookupGraph::DropWanted, this, &frmAutoControl::DropPoint);
     connect(sldRange, &ValueSlider::ValueChanged, this, &frmAutoControl::sldRange_Change);
     connect(cmdOK, &QPushButton::clicked, this, &frmAutoControl::cmdOK_Click);
     connect(cmdApply, &QPushButton::clicked, this, &frmAutoControl::cmdApply_Click);
@@ -280,15 +279,21 @@ void frmAutoControl::MovePoint(int celsius, int rpm) {
     }
 }
 
-/// Puts a carried point back to where it was.
-void frmAutoControl::DropPoint() {
+/// Escape puts a carried point back to where it was, whichever control has the focus.
+void frmAutoControl::keyPressEvent(QKeyEvent *event) {
+    if (event->key() != Qt::Key_Escape || !pctGraph->carriedAt) {
+        Form::keyPressEvent(event);
+        return;
+    }
     pctGraph->carriedAt.reset();
     pctGraph->unsetCursor();
     pctGraph->update();
 }
 
+/// The slider keeps to whole steps, so that the grid lines stand for round numbers.
 void frmAutoControl::sldRange_Change(double value) {
-    GraphRpmRange = static_cast<float>(value);
+    sldRange->SetValue(RoundHalfToEven(value / smallRangeStep) * smallRangeStep);
+    GraphRpmRange = static_cast<float>(sldRange->Value());
     graphPanel->UpdateRPMLabels();
     PlotData();
 }

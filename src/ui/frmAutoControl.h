@@ -31,6 +31,7 @@ public:
 
 protected:
     void changeEvent(QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     void SetupUi();
@@ -52,7 +53,6 @@ private:
     void pctGraph_MouseDown(QPointF place);
     void pctGraph_MouseMove(QPointF place);
     void MovePoint(int celsius, int rpm);
-    void DropPoint();
     void sldRange_Change(double value);
     void cmdApply_Click();
     void cmdOK_Click();

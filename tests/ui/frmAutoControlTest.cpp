@@ -208,9 +208,14 @@ TEST_F(AutoControlTest, TwoClicksMoveAPoint) {
                               std::to_string(static_cast<int>(rpm)));
     EXPECT_NE(Graph().cursor().shape(), Qt::CrossCursor);
     ClickAt(AtPoint(100, 6400));
-    QTest::keyClick(&Graph(), Qt::Key_Escape);
-    EXPECT_FALSE(Graph().carriedAt);
+    MoveTo(AtPoint(20, 300));
+    Press("txtTLookUp", Qt::Key_Escape);
+    EXPECT_FALSE(Graph().carriedAt) << "wherever the focus is";
     EXPECT_EQ(Selected(), "8: 100 6400");
+    ClickAt(AtPoint(100, 6400));
+    EXPECT_TRUE(Graph().carriedAt) << "it is still there";
+    Press("pctGraph", Qt::Key_Escape);
+    EXPECT_FALSE(Graph().carriedAt);
     EXPECT_THAT(Adapter().Writes(), IsEmpty());
 }
 
@@ -254,6 +259,15 @@ TEST_F(AutoControlTest, TheRangeRelabelsTheGraphAndLeavesTheChipAlone) {
     QTest::keyClick(&range, Qt::Key_Home);
     QTest::keyClick(&range, Qt::Key_Up);
     EXPECT_EQ(TextOf("lblRPM(9)"), "330");
+    const QPoint from = range.HandlePosition(1100).toPoint();
+    const QPoint to = range.HandlePosition(12345).toPoint();
+    QTest::mousePress(&range, Qt::LeftButton, {}, from);
+    QTest::mouseMove(&range, to);
+    QTest::mouseRelease(&range, Qt::LeftButton, {}, to);
+    EXPECT_NEAR(static_cast<double>(GraphRpmRange), 12345, 150);
+    EXPECT_EQ(std::fmod(GraphRpmRange, 100), 0) << "round numbers at the grid lines";
+    EXPECT_EQ(range.Value(), static_cast<double>(GraphRpmRange));
+    range.MoveTo(1100);
     EXPECT_THAT(Adapter().calls, IsEmpty());
     ClickIn("cmdCancel");
     Click("cmdAuto");
@@ -381,7 +395,7 @@ TEST_F(AutoControlTest, LaidOutInTheMiddleWithNumbersAtTheGridLines) {
         Settle();
         EXPECT_NEAR(1.0 * Graph().width() / Graph().height(), GraphWidth / GraphHeight, 0.005);
         const QRect panel = Graph().parentWidget()->rect();
-        EXPECT_NEAR(Graph().geometry().center().x(), panel.center().x(), panel.width() / 10);
+        EXPECT_NEAR(Graph().geometry().center().x(), panel.center().x(), 0.1 * panel.width());
         EXPECT_NEAR(Graph().geometry().center().y(), panel.center().y(), 40);
         int right = 0;
         for (int label = 0; label < 16; ++label) {
