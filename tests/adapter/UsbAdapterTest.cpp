@@ -65,17 +65,17 @@ TEST_F(UsbTest, ATransferThatGoesWrongFailsAndTheNextIsSentAsUsual) {
         const char *what;
         Answer answer;
         bool succeeds;
-        std::chrono::milliseconds atLeast, atMost;
+        std::chrono::milliseconds atLeast;
     } cases[] = {
-        {"stall", {.error = EPIPE}, false, 0ms, 90ms},
-        {"bus error", {.error = EPROTO}, false, 0ms, 90ms},
-        {"lost synchronisation", {.error = EILSEQ}, false, 0ms, 90ms},
-        {"too long a reply", {.error = EOVERFLOW}, false, 0ms, 90ms},
-        {"short reply", {.reply = {1, 2}}, false, 0ms, 90ms},
-        {"no reply bytes", {}, false, 0ms, 90ms},
-        {"late reply", {.reply = {1, 2, 3}, .delay = 50ms}, true, 50ms, 99ms},
-        {"reply after the time-out", {.reply = {1, 2, 3}, .delay = 150ms}, false, 100ms, 145ms},
-        {"no reply", {.delay = never}, false, 100ms, 1s},
+        {"stall", {.error = EPIPE}, false, 0ms},
+        {"bus error", {.error = EPROTO}, false, 0ms},
+        {"lost synchronisation", {.error = EILSEQ}, false, 0ms},
+        {"too long a reply", {.error = EOVERFLOW}, false, 0ms},
+        {"short reply", {.reply = {1, 2}}, false, 0ms},
+        {"no reply bytes", {}, false, 0ms},
+        {"late reply", {.reply = {1, 2, 3}, .delay = 50ms}, true, 50ms},
+        {"reply after the time-out", {.reply = {1, 2, 3}, .delay = 700ms}, false, 300ms},
+        {"no reply", {.delay = never}, false, 300ms},
     };
     device.PlugRunning();
     ASSERT_EQ(adapter.LoadFirmWare(firmware.c_str()), 0);
@@ -86,9 +86,7 @@ TEST_F(UsbTest, ATransferThatGoesWrongFailsAndTheNextIsSentAsUsual) {
         EXPECT_EQ(Send({0xDA, 0, 0, 1, 3}, buffer.data()) == 0, c.succeeds) << c.what;
         const auto took = std::chrono::steady_clock::now() - start;
         EXPECT_GE(took, c.atLeast) << c.what;
-        if (!c.succeeds && c.atMost < c.answer.delay) {
-            EXPECT_LE(took, c.answer.delay) << c.what;
-        }
+        EXPECT_LT(took, 650ms) << c.what;
         const std::vector<uint8_t> kept(3, untouched);
         EXPECT_EQ(buffer, c.succeeds ? c.answer.reply : kept) << c.what;
         device.SetFault(nullptr);

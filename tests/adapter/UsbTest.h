@@ -22,7 +22,7 @@ using usb::UsbAdapter;
 using namespace std::chrono_literals;
 
 inline constexpr usb::Bounds shortBounds{
-    .request = 100ms, .loadTransfer = 100ms, .comeBack = 400ms, .look = 20ms};
+    .request = 300ms, .loadTransfer = 300ms, .comeBack = 800ms, .look = 20ms};
 
 /// Two runs of data: with holding and starting the CPU, a load of four transfers.
 inline const std::string smallFirmware = ":03001000AABBCCBC\n:0200400011228B\n:00000001FF\n";

@@ -45,8 +45,9 @@ protected:
         environment.insert("LD_PRELOAD", QString(VirtualUsb::preload) + ":" + ZTM_USER);
         environment.insert("QT_QPA_PLATFORM", "offscreen");
         environment.insert("QT_LOGGING_RULES", "*.warning=false"); // about the platform
-        // What is preloaded stands before the run-time of the sanitizer.
-        environment.insert("ASAN_OPTIONS", "verify_asan_link_order=0");
+        // What is preloaded stands before the run-time of the sanitizer, whose exit code must not
+        // pass for one of the program.
+        environment.insert("ASAN_OPTIONS", "verify_asan_link_order=0:exitcode=99");
         QProcess program;
         program.setProcessEnvironment(environment);
         program.start(ZTM_PROGRAM, QStringList());

@@ -48,6 +48,14 @@ int clock_gettime(clockid_t clock, timespec *now) noexcept {
 /// leak.
 __attribute__((weak)) void __lsan_do_leak_check();
 
+/// The font library keeps what it hands out where the search for leaks does not look.
+const char *__lsan_default_suppressions() {
+    return "leak:libfontconfig\n";
+}
+const char *__lsan_default_options() {
+    return "print_suppressions=0";
+}
+
 /// The end of the program that runs nothing any more.
 [[noreturn]] void _Exit(int exitCode) noexcept {
     if (__lsan_do_leak_check) {

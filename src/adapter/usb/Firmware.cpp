@@ -64,19 +64,19 @@ std::optional<Firmware> ReadFirmware(const char *path, std::string &whyNot) {
     if (std::filesystem::is_regular_file(name, ignored)) {
         file.open(name, std::ios::binary);
     }
-    if (!file.is_open()) {
-        whyNot = name + ": cannot be opened";
-        return std::nullopt;
+    std::optional<Firmware> firmware;
+    whyNot = "cannot be opened";
+    if (file.is_open()) {
+        firmware = ReadIntelHex(file, &whyNot);
     }
-    auto firmware = ReadIntelHex(file, &whyNot);
-    if (firmware && !std::all_of(firmware->begin(), firmware->end(), FitsIntoRam)) {
+    if (firmware) {
+        if (std::all_of(firmware->begin(), firmware->end(), FitsIntoRam)) {
+            return firmware;
+        }
         whyNot = "the data does not fit into the adapter's RAM";
-        firmware.reset();
     }
-    if (!firmware) {
-        whyNot = name + ": " + whyNot;
-    }
-    return firmware;
+    whyNot = "the firmware file \"" + name + "\": " + whyNot;
+    return std::nullopt;
 }
 
 int Download(Device &device, const Firmware &firmware, std::chrono::milliseconds timeOut) {
