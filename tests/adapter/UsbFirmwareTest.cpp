@@ -26,7 +26,9 @@ TEST_F(UsbTest, FirmwareIsLoadedWithTheCpuHeldAndTheAdapterComesBack) {
         device.PlugLoading();
         device.ForgetTransfers();
         UsbAdapter patient({.comeBack = 10s, .look = 10s}); // only an event ends that wait early
+        const auto start = std::chrono::steady_clock::now();
         EXPECT_EQ(patient.LoadFirmWare(path.c_str()), 0);
+        EXPECT_LT(std::chrono::steady_clock::now() - start, 5s);
         EXPECT_THAT(device.Transfers(),
                     ElementsAre(write(0xE600, {1}), write(0x10, {data.begin(), data.begin() + 64}),
                                 write(0x50, {data.begin() + 64, data.end()}), write(0xE5FF, {9}),
