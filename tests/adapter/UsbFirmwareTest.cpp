@@ -65,21 +65,21 @@ TEST_F(UsbTest, AFailedLoadEndsInTimeWithNothingOpen) {
         const char *what;
         size_t transfer; ///< whose answer is replaced
         Answer answer;
-        const char *reason;
+        std::string reason;
     } cases[] = {
         {"reset refused",
          0,
          {.error = stall},
-         "could not be loaded into the USB adapter 1209:0002"},
+         "could not be loaded into the USB adapter " + loading},
         {"data refused", 1, {.error = stall}, "could not be loaded"},
         {"data not answered", 2, {.delay = never}, "could not be loaded"},
         {"start refused", 3, {.error = stall}, "could not be loaded"},
-        {"never back", 3, {.then = Then::LeavesInFlight}, "did not come back as 1209:0001"},
-        {"never gone", 3, {}, "did not come back as 1209:0001"},
+        {"never back", 3, {.then = Then::LeavesInFlight}, "did not come back as " + running},
+        {"never gone", 3, {}, "did not come back as " + running},
         {"back unchanged",
          3,
          {.then = Then::LeavesAfterwards, .comesBackAs = usb::loadingAdapter},
-         "did not come back as 1209:0001"},
+         "did not come back as " + running},
     };
     for (const auto &c : cases) {
         device.ForgetTransfers();
@@ -107,8 +107,8 @@ TEST_F(UsbTest, AFileThatIsNoFirmwareIsRefusedWithNothingSent) {
         folder.Put("control.hex", Record(0, 0xE5FF, {1, 0}) + endOfFile),
         folder.Put("beyond.hex", ":020000040001F9\n" + Record(0, 0, {1}) + endOfFile),
     };
-    for (const bool running : {false, true}) {
-        running ? device.PlugRunning() : device.PlugLoading();
+    for (const bool isLoaded : {false, true}) {
+        isLoaded ? device.PlugRunning() : device.PlugLoading();
         for (const std::string &file : files) {
             EXPECT_THAT(ReasonOfFailedStart(file),
                         StartsWith("ztm-eval: the firmware file \"" + file + "\": "))

@@ -27,6 +27,9 @@ inline constexpr usb::Bounds shortBounds{
 /// Two runs of data: with holding and starting the CPU, a load of four transfers.
 inline const std::string smallFirmware = ":03001000AABBCCBC\n:0200400011228B\n:00000001FF\n";
 
+inline const std::string running = IdText(usb::runningAdapter);
+inline const std::string loading = IdText(usb::loadingAdapter);
+
 inline constexpr uint8_t untouched = 0xA5; ///< what is in a buffer before a request
 
 /// A virtual bus, an adapter that can be plugged into it, and the adapter library.

@@ -23,6 +23,9 @@ const std::string wholeSession = "register written\nclosed\n";
 const std::string nothingFound = "nothing found\n";
 const std::string failure = "message: Communication Failure - Check USB connections\n";
 
+const std::string running = IdText(usb::runningAdapter);
+const std::string loading = IdText(usb::loadingAdapter);
+
 /// What a run of the program came to.
 struct Ending {
     std::string said; ///< by the user in its windows
@@ -68,8 +71,8 @@ protected:
 };
 
 TEST_F(UsbProgram, WorksOnTheChipFromTheWizardToARegisterWrite) {
-    for (const bool running : {true, false}) {
-        running ? device.PlugRunning() : device.PlugLoading();
+    for (const bool isLoaded : {true, false}) {
+        isLoaded ? device.PlugRunning() : device.PlugLoading();
         device.ForgetTransfers();
         EXPECT_EQ(Run(), (Ending{wholeSession, EXIT_SUCCESS})) << errors;
         EXPECT_EQ(errors, "");
@@ -84,13 +87,14 @@ TEST_F(UsbProgram, WorksOnTheChipFromTheWizardToARegisterWrite) {
 
 TEST_F(UsbProgram, FindsNothingAndSaysWhyWithoutAnAdapterOfItsOwn) {
     EXPECT_EQ(Run(), (Ending{nothingFound, EXIT_SUCCESS}));
-    EXPECT_EQ(errors, "ztm-eval: no USB adapter 1209:0001 or 1209:0002 is plugged in\n");
+    EXPECT_EQ(errors,
+              "ztm-eval: no USB adapter " + running + " or " + loading + " is plugged in\n");
 
     device.PlugRunning();
     usb::UsbAdapter other;
     ASSERT_EQ(other.LoadFirmWare(firmware), 0);
     EXPECT_EQ(Run(), (Ending{nothingFound, EXIT_SUCCESS}));
-    EXPECT_EQ(errors, "ztm-eval: the USB adapter 1209:0001 is in use by another program\n");
+    EXPECT_EQ(errors, "ztm-eval: the USB adapter " + running + " is in use by another program\n");
     EXPECT_EQ(device.TransferCount(), 0);
     EXPECT_EQ(other.VendorIORequest(handshakeRequest, 0, 0, 0, 0, nullptr), 0);
 }

@@ -57,7 +57,7 @@ const char *__lsan_default_options() {
 }
 
 /// The end of the program that runs nothing any more.
-[[noreturn]] void _Exit(int exitCode) noexcept {
+void _Exit(int exitCode) noexcept {
     if (__lsan_do_leak_check) {
         __lsan_do_leak_check();
     }

@@ -1,5 +1,7 @@
 #include "support/VirtualAdapter.h"
 
+#include <cstdio>
+
 namespace ztm::test {
 namespace {
 
@@ -12,6 +14,12 @@ constexpr size_t longestPiece = 64;
 const Answer refused{.error = stall};
 
 } // namespace
+
+std::string IdText(UsbId id) {
+    char text[sizeof "0000:0000"];
+    std::snprintf(text, sizeof text, "%04x:%04x", id.vendor, id.product);
+    return text;
+}
 
 int16_t VirtualAdapter::PlainBoard(int16_t /*request*/, int32_t /*value*/, int32_t index,
                                    int16_t direction, int16_t length, uint8_t *buffer) {

@@ -10,6 +10,9 @@
 
 namespace ztm::test {
 
+/// How the program writes an id: the digits of vendor and product, as in 1209:0001.
+std::string IdText(UsbId id);
+
 /// A USB adapter on a virtual bus, built from docs/adapter-protocol.md alone. Behind it stands a
 /// board with the signature of VendorIORequest.
 class VirtualAdapter {
