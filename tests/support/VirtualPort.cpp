@@ -70,11 +70,6 @@ VirtualPort::VirtualPort(VirtualUsb &bus, int number, UsbId id)
     Announce(id);
 }
 
-VirtualPort::~VirtualPort() {
-    Leave();
-    g_object_unref(base);
-}
-
 void VirtualPort::Announce(UsbId id) {
     const std::string text =
         Format("P: %s\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\nE: BUSNUM=001\nE: DEVNUM=%03d\n"

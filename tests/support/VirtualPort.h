@@ -10,12 +10,11 @@ namespace ztm::test {
 
 /// One stay of a device on the virtual bus, from plugging in to leaving: answers what libusb asks
 /// of the device's file. The file is a FIFO that is full while there is nothing to collect, so that
-/// a waiting libusb sleeps.
+/// a waiting libusb sleeps. Lives as long as the process.
 class VirtualPort {
 public:
     /// `number` is the device's number on the bus, 2 to 127, a new one for every stay.
     VirtualPort(VirtualUsb &bus, int number, UsbId id);
-    ~VirtualPort();
     VirtualPort(const VirtualPort &) = delete;
     VirtualPort &operator=(const VirtualPort &) = delete;
 
