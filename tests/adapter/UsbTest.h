@@ -57,14 +57,6 @@ protected:
         return reason;
     }
 
-    void WaitUntilUnplugged() {
-        const auto end = std::chrono::steady_clock::now() + 5s;
-        while (bus.IsPlugged() && std::chrono::steady_clock::now() < end) {
-            std::this_thread::sleep_for(1ms);
-        }
-        ASSERT_FALSE(bus.IsPlugged());
-    }
-
     /// How many sessions with libusb are open: each has a timer, and nothing else here has one.
     static int OpenSessions() {
         int timers = 0;

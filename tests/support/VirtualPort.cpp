@@ -82,11 +82,11 @@ void VirtualPort::Announce(UsbId id) {
     }
 }
 
-bool VirtualPort::Leave() {
+void VirtualPort::Leave() {
     {
         const std::lock_guard guard(lock);
         if (!announced) {
-            return false;
+            return;
         }
         SetGone();
         announced = false;
@@ -97,12 +97,6 @@ bool VirtualPort::Leave() {
     umockdev_testbed_remove_device(bus.testbed, path.c_str());
     umockdev_testbed_detach_ioctl(bus.testbed, file.c_str(), nullptr);
     unlink(bus.Node(file).c_str());
-    return true;
-}
-
-bool VirtualPort::IsThere() {
-    const std::lock_guard guard(lock);
-    return announced;
 }
 
 size_t VirtualPort::OpenHandles() {
@@ -200,9 +194,11 @@ int VirtualPort::Submit(UMockdevIoctlClient *caller, UMockdevIoctlData *argument
         bus.After(answer.delay,
                   [this, ticket, answer] { Finish(ticket, -answer.error, answer.reply); });
     }
-    if (answer.then != Answer::Then::Stays && !leaving) {
-        leaving = true;
-        bus.LeaveAndComeBack(*this, answer);
+    if (answer.then == Answer::Then::LeavesAfterwards) {
+        SetGone();
+    }
+    if (answer.comesBackAs) {
+        bus.ComeBackAs(*answer.comesBackAs);
     }
     return 0;
 }

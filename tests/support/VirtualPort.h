@@ -18,10 +18,9 @@ public:
     VirtualPort(const VirtualPort &) = delete;
     VirtualPort &operator=(const VirtualPort &) = delete;
 
-    /// Ends what is in flight as a device does that is gone, and tells of its departure. False,
-    /// without effect, when it has already left.
-    bool Leave();
-    bool IsThere();
+    /// Ends what is in flight as a device does that is gone, and tells of its departure. Without
+    /// effect when it has already left.
+    void Leave();
     size_t OpenHandles();
     const std::string &File() const { return file; }
 
@@ -62,7 +61,6 @@ private:
     std::recursive_mutex lock;
     std::map<UMockdevIoctlClient *, Client> clients;
     int tickets = 0;
-    bool leaving = false; ///< its first departure is on its way and cannot be called back
     bool gone = false;
     bool ready = false;
     bool announced = true;

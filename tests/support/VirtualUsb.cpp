@@ -65,11 +65,6 @@ void VirtualUsb::Unplug() {
     }
 }
 
-bool VirtualUsb::IsPlugged() {
-    const std::lock_guard guard(busLock);
-    return !ports.empty() && ports.back()->IsThere();
-}
-
 bool VirtualUsb::IsClosedByAll() {
     const auto end = std::chrono::steady_clock::now() + longestClose;
     for (;;) {
@@ -106,17 +101,11 @@ void VirtualUsb::After(milliseconds delay, std::function<void()> action) {
     });
 }
 
-void VirtualUsb::LeaveAndComeBack(VirtualPort &port, const Answer &answer) {
-    After(untilItHasLeft, [this, &port, back = answer.comesBackAs] {
-        bool wasThere = false;
-        {
-            const std::lock_guard guard(busLock);
-            wasThere = port.Leave();
-        }
-        if (back && wasThere) {
-            std::this_thread::sleep_for(untilItIsBack);
-            Plug(*back, nullptr);
-        }
+void VirtualUsb::ComeBackAs(UsbId id) {
+    After(untilItHasLeft, [this, id] {
+        Unplug();
+        std::this_thread::sleep_for(untilItIsBack);
+        Plug(id, nullptr);
     });
 }
 

@@ -34,18 +34,18 @@ std::ostream &operator<<(std::ostream &out, const Transfer &setup);
 
 /// What a device does about a transfer.
 struct Answer {
-    /// What becomes of the device.
+    /// What becomes of the device. One that leaves is gone at once for those who hold it open; the
+    /// bus tells of it when the device is unplugged or comes back.
     enum class Then { Stays, LeavesInFlight, LeavesAfterwards };
 
     std::vector<uint8_t> reply = {}; ///< of a transfer from the device; cut to the length asked for
     int error = 0;                   ///< errno with which the transfer ends; 0 for none
     std::chrono::milliseconds delay{0}; ///< a negative one: no answer at all
     Then then = Then::Stays;
-    std::optional<UsbId> comesBackAs = std::nullopt; ///< after it has left
+    std::optional<UsbId> comesBackAs = std::nullopt; ///< soon
 };
 
-inline constexpr int stall = 32;         ///< EPIPE
-inline constexpr int protocolError = 71; ///< EPROTO
+inline constexpr int stall = 32; ///< EPIPE
 inline constexpr std::chrono::milliseconds never{-1};
 
 class VirtualPort;
@@ -67,9 +67,6 @@ public:
     void Plug(UsbId id, Device device);
     /// Ends what is in flight and takes the device away; without effect when there is none.
     void Unplug();
-    /// Whether a device is there; one that leaves is until it has left.
-    bool IsPlugged();
-
     /// Whether every program has closed the device, soon if not at once.
     bool IsClosedByAll();
     /// How many handles to the device have ever been opened.
@@ -85,7 +82,7 @@ public:
 private:
     friend class VirtualPort;
     void After(std::chrono::milliseconds delay, std::function<void()> action);
-    void LeaveAndComeBack(VirtualPort &port, const Answer &answer);
+    void ComeBackAs(UsbId id);
 
     UMockdevTestbed *testbed;
     std::recursive_mutex busLock;
