@@ -14,4 +14,20 @@ void ResetGraphSettings() {
     GraphRpmRange = defaultGraphRpmRange;
 }
 
+double TempX(double celsius) {
+    return celsius * GraphWidth / GraphCelsius;
+}
+
+double RPMY(double rpm) {
+    return GraphHeight - rpm * GraphRangeHeight / static_cast<double>(GraphRpmRange);
+}
+
+double X2Temp(double x) {
+    return x * GraphCelsius / GraphWidth;
+}
+
+double Y2RPM(double y) {
+    return (GraphHeight - y) * static_cast<double>(GraphRpmRange) / GraphRangeHeight;
+}
+
 } // namespace ztm

@@ -4,12 +4,14 @@
 #include "link/Registers.h"
 #include "link/USBComms.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace ztm {
 namespace {
 
 constexpr double rpmTimesCount = 4915200.0;
 constexpr int32_t stoppedCount = 0xFFFF;
-constexpr int32_t bit2 = 0x04;
 
 } // namespace
 
@@ -29,7 +31,14 @@ void WriteRPM(int32_t msbAddress, int32_t rpm) {
 }
 
 bool IsConfig2Bit2Set() {
-    return (ReadRegister(Configuration2) & bit2) != 0;
+    return (ReadRegister(Configuration2) & LinearBit) != 0;
+}
+
+int32_t ControlSourceCode(std::string_view text) {
+    const auto found = std::find(ControlSources.begin(), ControlSources.end(), text);
+    return found != ControlSources.end()
+               ? static_cast<int32_t>(std::distance(ControlSources.begin(), found))
+               : 0;
 }
 
 } // namespace ztm

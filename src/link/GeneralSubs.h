@@ -1,6 +1,8 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
+#include <string_view>
 
 namespace ztm {
 
@@ -15,5 +17,17 @@ void WriteRPM(int32_t msbAddress, int32_t rpm);
 
 /// Bit 2 (0x04) of Configuration2, read from the chip.
 bool IsConfig2Bit2Set();
+
+/// What can drive a fan (Fan Behaviour, bits 1 to 0 for fan 1 and 3 to 2 for fan 2). The code is
+/// the position.
+inline constexpr std::array<std::string_view, 4> ControlSources{"Local", "Remote1", "Remote2",
+                                                                "Full Speed"};
+
+/// The code of a control source's text; 0 for any other text.
+int32_t ControlSourceCode(std::string_view text);
+
+/// The 2-bit code of a control source: "Local" 0, "Remote1" 1, "Remote2" 2, "Full Speed" 3, any
+/// other text 0.
+int32_t ControlSourceCode(std::string_view text);
 
 } // namespace ztm

@@ -8,11 +8,31 @@ namespace ztm {
 /// register map is in regmap/.
 inline constexpr int32_t Configuration1 = 0x01;
 inline constexpr int32_t MonitorBit = 0x01;       ///< of Configuration1: MON/SB
+inline constexpr int32_t EnableTimerBit = 0x04;   ///< of Configuration1: THERM timer
 inline constexpr int32_t SoftwareTableBit = 0x80; ///< of Configuration1: TBL/SW
 
 inline constexpr int32_t Configuration2 = 0x02;
-inline constexpr int32_t EightPointBit = 0x08; ///< of Configuration2, without a label
+inline constexpr int32_t BoostDisableBit = 0x02; ///< of Configuration2
+inline constexpr int32_t LinearBit = 0x04;       ///< of Configuration2, without a label
+inline constexpr int32_t EightPointBit = 0x08;   ///< of Configuration2, without a label
+
+inline constexpr int32_t Configuration3 = 0x03; ///< fan poles
+inline constexpr int32_t Configuration4 = 0x04;
+inline constexpr int32_t FanBehaviour = 0x07;
+inline constexpr int32_t EnhanceAcoustics = 0x3B;
+inline constexpr int32_t FanResponse = 0x3C;
+
+inline constexpr int32_t LocalThermLimit = 0x0D; ///< degrees + 64, like the two that follow
+inline constexpr int32_t Remote1ThermLimit = 0x10;
+inline constexpr int32_t Remote2ThermLimit = 0x13;
+inline constexpr int32_t ThermPercentLimit = 0x19; ///< 255 is 100 %
+inline constexpr int32_t ThermHysteresis = 0x1A;   ///< degrees in bits 3 to 0
 
 inline constexpr int32_t DeviceId = 0x3D;
+
+/// A register's value with a bit set or cleared.
+constexpr int32_t WithBit(int32_t value, int32_t bit, bool set) {
+    return set ? value | bit : value & ~bit;
+}
 
 } // namespace ztm

@@ -52,6 +52,10 @@ void ReadMeasurement(int channel);
 /// by 64, `low` fractions of 1/32 °C in its bits 7 to 3.
 double TemperatureReading(int high, int low);
 
+/// The temperatures in whole degrees that the temperature byte can hold.
+inline constexpr int32_t lowestCelsius = -64;
+inline constexpr int32_t highestCelsius = 191;
+
 /// The temperature byte of limits and lookup points: degrees + 64 in whole degrees. What does
 /// not fit 0 to 255 is limited to it.
 int32_t TemperatureByte(double celsius);

@@ -2,21 +2,47 @@
 
 #include "common/Clock.h"
 #include "monitor/Channels.h"
+#include "monitor/MonitorSettings.h"
+
+#include <algorithm>
 
 namespace ztm {
 namespace {
 
 static_assert(ChannelHistory::channelCount == ChannelCount);
 
+/// A tick that takes long is no pause.
+constexpr double longestTickSeconds = 3;
+constexpr double periodsOfAPause = 4;
+constexpr double millisecondsPerSecond = 1000;
+
 ChannelHistory history;
-double lastRecord = 0; // seconds since midnight, of the last sample
+double lastRecord = 0;        // seconds since midnight, of the last sample
+double lastPeriodSeconds = 0; // of the monitor timer then
+
+/// The line of a trace ends where samples pause, for instance while graphing is off.
+void LeaveGap(double elapsedSeconds, double periodSeconds) {
+    // A period that has just been changed still shows in the spacing.
+    const double period = std::max(periodSeconds, lastPeriodSeconds);
+    if (elapsedSeconds > std::max(longestTickSeconds, periodsOfAPause * period)) {
+        ChannelHistory::Values none;
+        none.fill(Extent::gap);
+        history.Append(history.LastTime() + period, none);
+    }
+}
 
 /// The time of the next sample: goes on evenly where the time of day starts again at 0.
-double SampleTime() {
+double NextSampleTime() {
     const double now = SecondsSinceMidnight();
-    const double time =
-        history.IsEmpty() ? now : history.LastTime() + ElapsedSeconds(lastRecord, now);
+    const double period = MonitorInterval / millisecondsPerSecond;
+    double time = now;
+    if (!history.IsEmpty()) {
+        const double elapsed = ElapsedSeconds(lastRecord, now);
+        time = history.LastTime() + elapsed;
+        LeaveGap(elapsed, period);
+    }
     lastRecord = now;
+    lastPeriodSeconds = period;
     return time;
 }
 
@@ -33,7 +59,7 @@ void RecordMeasurements() {
             values[static_cast<size_t>(channel)] = Extent::gap;
         }
     }
-    history.Append(SampleTime(), values);
+    history.Append(NextSampleTime(), values);
 }
 
 void ResetMeasurementHistory() {

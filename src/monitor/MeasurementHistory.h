@@ -8,7 +8,9 @@ namespace ztm {
 /// All charts draw from it.
 const ChannelHistory &MeasurementHistory();
 
-/// Adds the present `Measurements`, with a gap for channels that the variant lacks.
+/// Adds the present `Measurements`, with a gap for channels that the variant lacks. To be called
+/// once per monitor tick while the measurements are to be kept; a pause of several periods and
+/// some seconds leaves a gap in all channels.
 void RecordMeasurements();
 
 /// Forgets everything.

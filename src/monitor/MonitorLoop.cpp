@@ -9,6 +9,8 @@
 #include "monitor/MeasurementLog.h"
 #include "monitor/MonitorSettings.h"
 
+#include <algorithm>
+
 namespace ztm {
 namespace {
 
@@ -16,8 +18,14 @@ constexpr double continuousReadSpacingSeconds = 0.5;
 constexpr double statusReadSpacingSeconds = 0.1;
 constexpr double heaterReadPauseSeconds = 0.005;
 constexpr double millisecondsPerSecond = 1000;
+constexpr int fullDuty = 100;
 
 constexpr std::array<int, 2> fanChannels{3, 4};
+
+/// A duty that a heater takes, whatever the settings of its ramp are.
+int LimitedDuty(int percent) {
+    return std::clamp(percent, 0, fullDuty);
+}
 
 } // namespace
 
@@ -97,16 +105,19 @@ void MonitorLoop::StepHeater(size_t heater) {
         now - LastStepTime[heater] <= settings.IntervalMs / millisecondsPerSecond) {
         return;
     }
+    // Ends beyond what can be sent would never be reached, and the ramp never turn.
+    const int low = LimitedDuty(settings.LowPct);
+    const int high = LimitedDuty(settings.HighPct);
     if (settings.StartPending) {
-        SendHeaterDuty(heater, settings.LowPct);
+        SendHeaterDuty(heater, low);
         settings.StartPending = false;
     } else {
         ReadHeaterDuty();
         Wait(heaterReadPauseSeconds);
         const int step = settings.RampUp ? settings.IncrementPct : -settings.IncrementPct;
         const int next = settings.Pwm + step;
-        const bool beforeEnd = settings.RampUp ? next < settings.HighPct : next > settings.LowPct;
-        const int end = settings.RampUp ? settings.HighPct : settings.LowPct;
+        const bool beforeEnd = settings.RampUp ? next < high : next > low;
+        const int end = settings.RampUp ? high : low;
         SendHeaterDuty(heater, beforeEnd ? next : end);
         if (!beforeEnd) {
             settings.RampUp = !settings.RampUp;
@@ -115,7 +126,9 @@ void MonitorLoop::StepHeater(size_t heater) {
     LastStepTime[heater] = now;
 }
 
+/// Whatever the ends and the step of a ramp are, a duty stays a percentage.
 void MonitorLoop::SendHeaterDuty(size_t heater, int duty) {
+    duty = LimitedDuty(duty);
     SetHeaterDuty(heater == 0 ? duty : HeaterUnchanged, heater == 1 ? duty : HeaterUnchanged);
     window.ShowHeaterDuty(static_cast<int>(heater), duty);
 }

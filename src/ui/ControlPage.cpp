@@ -7,7 +7,14 @@
 #include "ui/FileDialogs.h"
 #include "ui/Frame.h"
 #include "ui/Text.h"
+#include "ui/frmAutoControl.h"
+#include "ui/frmConfig.h"
+#include "ui/frmHeaters.h"
 #include "ui/frmLogging.h"
+#include "ui/frmLookup.h"
+#include "ui/frmManual.h"
+#include "ui/frmThermTemp.h"
+#include "ui/frmThermTimer.h"
 
 #include <QFile>
 #include <QGridLayout>
@@ -108,6 +115,13 @@ QGroupBox *ControlPage::NewFileFrame() {
 }
 
 void ControlPage::ConnectSignals() {
+    connect(cmdConParam, &QPushButton::clicked, this, [] { ShowForm<frmConfig>(); });
+    connect(cmdAuto, &QPushButton::clicked, this, [] { ShowForm<frmAutoControl>(); });
+    connect(cmdSetLookups, &QPushButton::clicked, this, [] { ShowForm<frmLookup>(); });
+    connect(cmdManual, &QPushButton::clicked, this, &ControlPage::cmdManual_Click);
+    connect(cmdThermTemp, &QPushButton::clicked, this, [] { ShowForm<frmThermTemp>(); });
+    connect(cmdThermTimer, &QPushButton::clicked, this, [] { ShowForm<frmThermTimer>(); });
+    connect(cmdHeaters, &QPushButton::clicked, this, [] { ShowForm<frmHeaters>(); });
     connect(cmdLogData, &QPushButton::clicked, this, &ControlPage::cmdLogData_Click);
     connect(cmdSaveRegs, &QPushButton::clicked, this, &ControlPage::cmdSaveRegs_Click);
     connect(cmdRecallRegs, &QPushButton::clicked, this, &ControlPage::cmdRecallRegs_Click);
@@ -123,6 +137,12 @@ void ControlPage::DisableSetLookups() {
 
 void ControlPage::DisableManual() {
     cmdManual->setEnabled(false);
+}
+
+void ControlPage::ShowControlType(bool automatic) {
+    cmdAuto->setEnabled(automatic);
+    cmdSetLookups->setEnabled(cmdAuto->isEnabled());
+    cmdManual->setEnabled(!automatic);
 }
 
 QString ControlPage::OpenLog(const QString &path, const std::array<bool, ChannelCount> &selected) {
@@ -188,6 +208,11 @@ void ControlPage::cmdLogData_Click() {
     if (!logFile.Close()) {
         ShowLogProblem(QString::fromLocal8Bit(logFile.Error().c_str()));
     }
+}
+
+/// Reads the speeds again when the dialog is open already, and twice when it is not.
+void ControlPage::cmdManual_Click() {
+    ShowForm<frmManual>().Form_Load();
 }
 
 // Both end silently when the file cannot be written or read.

@@ -26,6 +26,9 @@ public:
     void DisableSetLookups() override;
     void DisableManual() override;
 
+    /// Enables the buttons of automatic or of manual fan control.
+    void ShowControlType(bool automatic);
+
     /// Creates the file of a measurement log and writes the two lines above its entries.
     /// Returns the system's reason when that fails; no file stays open then.
     QString OpenLog(const QString &path, const std::array<bool, ChannelCount> &selected);
@@ -46,6 +49,7 @@ private:
     void ShowLogCount();
     void SetLogButton(const QString &caption, bool bold);
     void ShowLogProblem(const QString &reason);
+    void cmdManual_Click();
     void cmdSaveRegs_Click();
     void cmdRecallRegs_Click();
     QGroupBox *NewFileFrame();

@@ -1,8 +1,11 @@
 #include "ui/Fields.h"
 
 #include "common/NumberText.h"
+#include "ui/Text.h"
 
 #include <QLineEdit>
+
+#include <cmath>
 
 namespace ztm {
 namespace {
@@ -14,6 +17,10 @@ constexpr QColor markedText(96, 0, 0);
 
 double NumberIn(const QLineEdit &box) {
     return NumericValue(box.text().toStdString());
+}
+
+void ShowNumber(QLineEdit &box, double number) {
+    box.setText(ToQString(NumberText(number)));
 }
 
 void SetTextKeepingCaret(QLineEdit &box, const QString &text) {
@@ -34,6 +41,19 @@ void MarkField(QLineEdit &box, const QString &reason) {
         palette.setColor(QPalette::Text, markedText);
     }
     box.setPalette(palette);
+}
+
+void WatchNumber(QLineEdit &box, std::function<bool(double)> isValid, const QString &reason) {
+    QObject::connect(
+        &box, &QLineEdit::textChanged, &box, [&box, isValid = std::move(isValid), reason] {
+            MarkField(box, isValid(std::nearbyint(NumberIn(box))) ? QString() : reason);
+        });
+}
+
+void WatchRange(QLineEdit &box, double minimum, double maximum, const QString &unit) {
+    WatchNumber(
+        box, [=](double number) { return number >= minimum && number <= maximum; },
+        QObject::tr("%1 to %2 %3").arg(minimum).arg(maximum).arg(unit));
 }
 
 } // namespace ztm

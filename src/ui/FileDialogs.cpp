@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QFileDialog>
+#include <QRegularExpression>
 
 namespace ztm {
 namespace {
@@ -18,15 +19,24 @@ QString Ask(QFileDialog &dialog, const QString &proposedName) {
 } // namespace
 
 QString AskSaveFile(QWidget *parent, const QString &title, const QString &filter,
-                    const QString &proposedName, QString *chosenFilter) {
+                    const QString &proposedName) {
     QFileDialog dialog(parent, title, QString(), filter);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
-    const QString path = Ask(dialog, proposedName);
-    if (chosenFilter != nullptr) {
-        *chosenFilter = dialog.selectedNameFilter();
-    }
-    return path;
+    return Ask(dialog, proposedName);
+}
+
+QString AskSaveFileOfKind(QWidget *parent, const QString &title, const QString &filters) {
+    QFileDialog dialog(parent, title, QString(), filters);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    const auto takeEnding = [&dialog](const QString &filter) {
+        static const QRegularExpression ending(QStringLiteral("\\*\\.(\\w+)"));
+        dialog.setDefaultSuffix(ending.match(filter).captured(1));
+    };
+    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, takeEnding);
+    takeEnding(dialog.selectedNameFilter());
+    return Ask(dialog, QString());
 }
 
 QString AskOpenFile(QWidget *parent, const QString &title, const QString &filter,

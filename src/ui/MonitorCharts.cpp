@@ -45,7 +45,7 @@ void AddTraces(StripChartSetup &setup, std::initializer_list<Row> rows, double r
         trace.name = ToQString(channel.Name);
         trace.colour = colours[row.channel];
         trace.rightAxis = fan && setup.right.has_value();
-        trace.unit = fan ? QStringLiteral("RPM")
+        trace.unit = fan ? QStringLiteral(" RPM")
                          : (temperature ? QString::fromUtf8("°C") : QStringLiteral("%"));
         trace.decimals = fan ? 0 : 2;
         trace.label = static_cast<int>(setup.labels.size());

@@ -32,7 +32,7 @@ void EndAfterCommFailure() {
     EndProgramAtOnce(EXIT_FAILURE);
 }
 
-int RunProgram(char *name) {
+int RunProgram(char *name, CompanionMaker companion) {
     int argumentCount = 1;
     char *arguments[] = {name, nullptr};
     QApplication application(argumentCount, arguments);
@@ -40,6 +40,10 @@ int RunProgram(char *name) {
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setWindowIcon(ProductPicture::Icon());
     SetCommFailureHandler(EndAfterCommFailure);
+    const auto beside = companion != nullptr ? companion() : nullptr;
+    if (beside) {
+        beside->show();
+    }
     ShowForm<InitForm>();
     return QApplication::exec();
 }

@@ -1,9 +1,7 @@
 #include "ui/SpinButton.h"
 
-#include "common/NumberText.h"
 #include "common/Numbers.h"
 #include "ui/Fields.h"
-#include "ui/Text.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -56,7 +54,7 @@ void SpinButton::Step(int steps) {
     const int64_t value = ToInt32(NumberIn(box));
     const int64_t moved =
         std::clamp<int64_t>(value + int64_t{steps} * range.step, range.minimum, range.maximum);
-    box.setText(ToQString(NumberText(static_cast<double>(moved))));
+    ShowNumber(box, static_cast<double>(moved));
 }
 
 bool SpinButton::eventFilter(QObject *watched, QEvent *event) {

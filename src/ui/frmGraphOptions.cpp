@@ -127,7 +127,7 @@ QLayout *frmGraphOptions::NewButtonRow() {
 }
 
 void frmGraphOptions::Form_Load() {
-    txtInterval->setText(ToQString(NumberText(static_cast<double>(MonitorInterval))));
+    ShowNumber(*txtInterval, MonitorInterval);
     txtSMBusDelay->setText(ToQString(NumberText(SmbusDelayMs)));
     chkEnMonitor->setChecked(MonitoringEnabled);
     chkEnGraph->setChecked(GraphingEnabled);

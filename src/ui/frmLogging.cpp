@@ -1,6 +1,5 @@
 #include "ui/frmLogging.h"
 
-#include "common/NumberText.h"
 #include "link/LinkState.h"
 #include "monitor/MeasurementLog.h"
 #include "ui/ControlPage.h"
@@ -136,8 +135,10 @@ void frmLogging::PlaceChannels() {
         box.move(Twips(channelLeft, *this), qRound(stretch * Twips(tops[channel], *this)));
         width = std::max(width, box.width());
     }
-    chkLog[0]->parentWidget()->setMinimumSize(2 * Twips(channelLeft, *this) + width,
-                                              qRound(stretch * Twips(frameHeight, *this)));
+    QWidget &frame = *chkLog[0]->parentWidget();
+    const QSize rows(2 * Twips(channelLeft, *this) + width,
+                     qRound(stretch * Twips(frameHeight, *this)));
+    frame.setMinimumSize(rows.expandedTo(frame.minimumSizeHint()));
 }
 
 void frmLogging::Form_Load() {
@@ -151,8 +152,8 @@ void frmLogging::Form_Load() {
     for (size_t channel = 0; channel < chkLog.size(); ++channel) {
         chkLog[channel]->setChecked(LogSelected[channel]);
     }
-    txtLogInt->setText(ToQString(NumberText(static_cast<double>(LogInterval))));
-    txtNumLogs->setText(ToQString(NumberText(static_cast<double>(MaxLogEntries))));
+    ShowNumber(*txtLogInt, LogInterval);
+    ShowNumber(*txtNumLogs, MaxLogEntries);
 }
 
 void frmLogging::cmdOK_Click() {

@@ -12,6 +12,8 @@
 #include "ui/RegisterAccessPage.h"
 #include "ui/Text.h"
 #include "ui/VisualDisplayPage.h"
+#include "ui/frmHeaters.h"
+#include "ui/frmManual.h"
 
 #include <QScopedValueRollback>
 #include <QScreen>
@@ -92,6 +94,9 @@ void frmMain::tmrMain_Timer() {
     }
     const QScopedValueRollback<bool> guard(ticking, true);
     monitorLoop.Tick();
+    if (auto *manual = LoadedForm<frmManual>()) {
+        manual->MonitorTicked();
+    }
 }
 
 void frmMain::SetTimerPeriod(int milliseconds) {
@@ -136,9 +141,17 @@ void frmMain::StopLogging() {
     control->cmdLogData_Click();
 }
 
-// The manual speed dialog and the heater dialog are not there yet.
-void frmMain::ShowFanSpeed(int /*fan*/, const std::string & /*text*/) {}
-void frmMain::ShowHeaterDuty(int /*heater*/, int /*duty*/) {}
+void frmMain::ShowFanSpeed(int fan, const std::string &text) {
+    if (auto *manual = LoadedForm<frmManual>()) {
+        manual->ShowFanSpeed(fan, ToQString(text));
+    }
+}
+
+void frmMain::ShowHeaterDuty(int heater, int duty) {
+    if (auto *heaters = LoadedForm<frmHeaters>()) {
+        heaters->ShowHeaterDuty(heater, duty);
+    }
+}
 
 void frmMain::Form_Unload() {
     StopMonitor();

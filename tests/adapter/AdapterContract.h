@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <ostream>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -12,6 +13,8 @@ namespace ztm::test {
 /// program states the libraries that it holds to the contract with
 /// INSTANTIATE_TEST_SUITE_P(name, AdapterContract, testing::Values(...)).
 struct AdapterUnderTest {
+    std::string name = "adapter"; ///< as the test's name shows it
+
     int16_t (*loadFirmWare)(const char *path);
     int16_t (*vendorIORequest)(int16_t request, int32_t value, int32_t index, int16_t direction,
                                int16_t length, uint8_t *buffer);
@@ -30,6 +33,10 @@ struct AdapterUnderTest {
     /// Pulls the adapter out while the library is in use.
     std::function<void()> unplug;
 };
+
+inline void PrintTo(const AdapterUnderTest &adapter, std::ostream *out) {
+    *out << adapter.name;
+}
 
 /// The suite. Each test begins with an adapter that has just been plugged in.
 class AdapterContract : public testing::TestWithParam<AdapterUnderTest> {

@@ -14,6 +14,7 @@ void SetPluggedIn(bool isPluggedIn) {
 }
 
 const AdapterUnderTest simulated = {
+    .name = "simulated",
     .loadFirmWare = LoadFirmWare,
     .vendorIORequest = VendorIORequest,
     .firmware = ZTM_FIRMWARE_FOLDER "\\ZTM7720FW_v3.Hex",

@@ -1,9 +1,8 @@
 // The whole program from its start to its exit code, on the recording adapter. Each case is a
 // process of its own, with a user who acts once the wizard is up.
 
-#include "ui/Program.h"
+#include "app/ProgramRun.h"
 #include "support/AdapterDouble.h"
-#include "support/ClockDouble.h"
 #include "support/Driver.h"
 
 #include <QMessageBox>
@@ -18,30 +17,11 @@
 namespace ztm::test {
 namespace {
 
-std::function<void()> user;
-
-/// Runs when the program has made its application object: there is an event loop to come.
-void CallUser() {
-    QTimer::singleShot(0, [] { user(); });
-}
-
-Q_COREAPP_STARTUP_FUNCTION(CallUser)
-
-int RunWith(const std::function<void()> &whatTheUserDoes) {
-    qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
-    user = whatTheUserDoes;
-    ResetCore();
-    Adapter().registers[0x3D] = 0x34;
-    const ClockDouble clock;
-    char name[] = "program-tests";
-    const int exitCode = RunProgram(name);
+/// RunWith, and the number of requests on standard error.
+int RunAndCount(const std::function<void()> &user) {
+    const int exitCode = RunWith(user);
     std::cerr << "requests: " << Adapter().calls.size() << ';';
     return exitCode;
-}
-
-void StartSession() {
-    SearchInWizard();
-    Click("FinishCMD");
 }
 
 void AnswerFailure() {
@@ -53,14 +33,14 @@ void AnswerFailure() {
 }
 
 TEST(Program, EndsWithoutFailureFromWizardAndSession) {
-    EXPECT_EXIT(std::exit(RunWith([] { Click("CancelCMD"); })), testing::ExitedWithCode(0),
+    EXPECT_EXIT(std::exit(RunAndCount([] { Click("CancelCMD"); })), testing::ExitedWithCode(0),
                 "requests: 0;$");
-    EXPECT_EXIT(std::exit(RunWith([] {
+    EXPECT_EXIT(std::exit(RunAndCount([] {
                     SearchInWizard();
                     Click("CancelCMD");
                 })),
                 testing::ExitedWithCode(0), "requests: 3;$");
-    EXPECT_EXIT(std::exit(RunWith([] {
+    EXPECT_EXIT(std::exit(RunAndCount([] {
                     StartSession();
                     CloseByCloseBox("frmMain");
                 })),
@@ -68,7 +48,7 @@ TEST(Program, EndsWithoutFailureFromWizardAndSession) {
 }
 
 TEST(Program, EndsWhenTheWizardIsClosedDuringItsSearch) {
-    EXPECT_EXIT(std::exit(RunWith([] {
+    EXPECT_EXIT(std::exit(RunAndCount([] {
                     Adapter().registers[0x3D] = 0;
                     QTimer::singleShot(
                         0, [] { QTimer::singleShot(0, [] { CloseByCloseBox("InitForm"); }); });
@@ -78,7 +58,7 @@ TEST(Program, EndsWhenTheWizardIsClosedDuringItsSearch) {
 }
 
 TEST(Program, EndsWithFailureWhenARequestFails) {
-    EXPECT_EXIT(std::exit(RunWith([] {
+    EXPECT_EXIT(std::exit(RunAndCount([] {
                     Adapter().script = [](const Call &call) {
                         if (call == Read(0x3D)) {
                             AnswerFailure();

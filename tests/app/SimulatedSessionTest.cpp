@@ -81,11 +81,14 @@ std::vector<int32_t> ChipSetup() {
 
 TEST_F(SimulatedSession, ASetupComesBackFromItsSnapshot) {
     constexpr int32_t resetBit = 0x01;
+    constexpr int32_t lockBit = 0x40;
     const auto change = [](int32_t pattern) {
         for (const RegisterEntry &entry : RegisterMap) {
             if (entry.Address < 0x3D && !entry.Name.empty()) {
                 const int32_t value = (entry.Address * 7 + pattern) % 256;
-                WriteRegister(entry.Address, entry.Address == 0x02 ? value & ~resetBit : value);
+                WriteRegister(entry.Address, entry.Address == 0x01   ? value & ~lockBit
+                                             : entry.Address == 0x02 ? value & ~resetBit
+                                                                     : value);
             }
         }
     };

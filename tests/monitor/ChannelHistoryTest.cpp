@@ -127,6 +127,53 @@ TEST(ChannelHistoryTest, ASpikeOutlivesItsSample) {
     EXPECT_EQ(history.MinMax(2, 0, spikeTime - 2).high, 0);
 }
 
+/// Once round both rings: no query misses an extreme, and none reaches further than a bin.
+TEST(ChannelHistoryTest, ExtremesSurviveTheWayFromSamplesToBins) {
+    constexpr double spacing = 0.5;
+    constexpr double oneBin = 2;
+    constexpr int samples = 300'000;
+    ChannelHistory history;
+    std::mt19937 random(5);
+    std::normal_distribution<float> value;
+    std::vector<float> all;
+    for (int index = 0; index < samples; ++index) {
+        all.push_back(value(random));
+        history.Append(index * spacing, Only(1, all.back()));
+    }
+    ASSERT_GT(history.FirstTime(), 0);
+    const auto scan = [&](double from, double to) {
+        std::pair<float, float> extremes{1e9F, -1e9F};
+        const auto first = static_cast<size_t>(std::max(0.0, std::ceil(from / spacing)));
+        for (size_t index = first; index < all.size(); ++index) {
+            if (static_cast<double>(index) * spacing >= to) {
+                break;
+            }
+            extremes.first = std::fmin(extremes.first, all[index]);
+            extremes.second = std::fmax(extremes.second, all[index]);
+        }
+        return extremes;
+    };
+    const double oldestSample = (samples - 131'072) * spacing;
+    std::uniform_real_distribution<double> nearby(-20, 20);
+    std::exponential_distribution<double> length(0.01);
+    for (const double place : {history.FirstTime() + 20, oldestSample, history.LastTime()}) {
+        for (int round = 0; round < 300; ++round) {
+            const double from = std::max(history.FirstTime(), place + nearby(random));
+            const double to = from + 1 + length(random);
+            const Extent extent = history.MinMax(1, from, to);
+            const auto inside = scan(from, to);
+            const auto around = scan(from - oneBin, to + oneBin);
+            if (inside.first > inside.second) {
+                continue; // beyond the newest sample
+            }
+            ASSERT_TRUE(extent.low <= inside.first && extent.high >= inside.second)
+                << from << " to " << to;
+            ASSERT_TRUE(extent.low >= around.first && extent.high <= around.second)
+                << from << " to " << to;
+        }
+    }
+}
+
 TEST(ChannelHistoryTest, KeepsADayWithinItsMemoryAndNoMore) {
     ChannelHistory history;
     EXPECT_THAT(history.Bytes(), Lt(100'000U));

@@ -219,6 +219,40 @@ TEST_F(MonitorLoopTest, ARampRunsUpAndDownBetweenItsEnds) {
     EXPECT_EQ(window.done, expected);
 }
 
+TEST_F(MonitorLoopTest, OddRampSettingsNeverLeaveWhatAHeaterTakes) {
+    const struct {
+        int low, high, increment;
+        std::vector<int> sent;
+    } cases[] = {
+        {-50, 50, 40, {0, 40, 50, 10, 0, 40}}, {80, 255, 15, {80, 95, 100, 85, 80, 95}},
+        {80, 20, 5, {80, 20, 80, 20, 80, 20}}, {20, 80, 0, {20, 20, 20, 20}},
+        {20, 80, -15, {20, 5, 0, 0, 0}},       {90, 10, -15, {90, 10, 90, 10}},
+        {20, 80, 32767, {20, 80, 20, 80}},     {-2147483647 - 1, 2147483647, -32768, {0, 0, 0}},
+    };
+    Adapter().script = [](const Call &call) {
+        if (call.request == 0xDB) {
+            EXPECT_EQ(call.value, 255);
+            Adapter().heaterReply[1] = static_cast<uint8_t>(call.index);
+        }
+        return int16_t{0};
+    };
+    for (const auto &c : cases) {
+        auto &ramp = Heaters[1];
+        ramp.SoftwareControl = ramp.StartPending = ramp.RampUp = true;
+        ramp.LowPct = c.low;
+        ramp.HighPct = c.high;
+        ramp.IncrementPct = static_cast<int16_t>(c.increment);
+        window.done.clear();
+        std::vector<std::string> expected;
+        for (const int duty : c.sent) {
+            expected.push_back("heater1 " + std::to_string(duty));
+            clock.Advance(0.6);
+            loop.Tick();
+        }
+        EXPECT_EQ(window.done, expected) << c.low << " to " << c.high << " by " << c.increment;
+    }
+}
+
 TEST_F(MonitorLoopTest, RampsStepByTheirOwnIntervals) {
     for (auto &heater : Heaters) {
         heater.SoftwareControl = heater.StartPending = true;

@@ -3,6 +3,7 @@
 #include "common/DateTimeText.h"
 #include "discovery/DeviceScan.h"
 #include "fan/GraphSettings.h"
+#include "fan/LookupTable.h"
 #include "link/AdapterStartUp.h"
 #include "link/CommFailure.h"
 #include "link/Heaters.h"
@@ -28,6 +29,7 @@ void ResetCoreState() {
     ResetMeasurementHistory();
     ResetMeasurementLog();
     ResetGraphSettings();
+    ResetLookupTables();
     SetCommFailureHandler({});
     SetDateTimeSource(nullptr);
 }

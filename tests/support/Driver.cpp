@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QRegularExpression>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTest>
@@ -112,8 +113,10 @@ ShownFileDialog AnswerFileDialogOf(const std::function<void()> &action, const QS
     QObject::connect(&answer, &QTimer::timeout, [&shown, &path] {
         QWidget *modal = QApplication::activeModalWidget();
         if (auto *question = qobject_cast<QMessageBox *>(modal); question != nullptr && shown) {
-            shown->askedToReplace = true;
-            QTest::mouseClick(question->button(QMessageBox::Yes), Qt::LeftButton);
+            if (auto *yes = question->button(QMessageBox::Yes)) {
+                shown->askedToReplace = true;
+                QTest::mouseClick(yes, Qt::LeftButton);
+            }
         } else if (auto *dialog = qobject_cast<QFileDialog *>(modal); dialog != nullptr && !shown) {
             auto &name = *dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
             shown = ShownFileDialog{dialog->nameFilters(), dialog->directory().absolutePath(),
@@ -135,6 +138,13 @@ ShownFileDialog AnswerFileDialogOf(const std::function<void()> &action, const QS
 
 void CloseByCloseBox(const QString &name) {
     Find(name).close();
+}
+
+bool BytesMatch(const std::string &bytes, const char *pattern) {
+    const QRegularExpression whole(
+        QRegularExpression::anchoredPattern(QString::fromLatin1(pattern)));
+    return whole.match(QString::fromLatin1(bytes.data(), static_cast<qsizetype>(bytes.size())))
+        .hasMatch();
 }
 
 void Tick() {

@@ -71,6 +71,9 @@ ShownFileDialog AnswerFileDialogOf(const std::function<void()> &action, const QS
 /// Closes a window by its close box.
 void CloseByCloseBox(const QString &name);
 
+/// Whether the bytes of a file match a pattern as a whole, each byte a character.
+bool BytesMatch(const std::string &bytes, const char *pattern);
+
 /// Lets the monitor timer fire once.
 void Tick();
 

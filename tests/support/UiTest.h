@@ -6,8 +6,13 @@
 #include "support/ClockDouble.h"
 #include "support/Driver.h"
 #include "ui/InitForm.h"
+#include "ui/Program.h"
+
+#include <QTimer>
 
 #include <gmock/gmock.h>
+
+#include <iostream>
 
 namespace ztm::test {
 
@@ -39,6 +44,29 @@ protected:
         Settle();
         Adapter().calls.clear();
     }
+
+    /// Runs `action` in an adapter failure, with what happens from then on told to standard
+    /// error, and with a user who answers the message. For EXPECT_EXIT, with endOfAFailure.
+    static void FailIn(const std::function<void()> &action) {
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
+        Adapter().script = [](const Call &call) {
+            std::cerr << (call.request == Handshake.request ? "handshake;" : "request;");
+            return static_cast<int16_t>(call.request != Handshake.request);
+        };
+        SetCommFailureHandler(EndAfterCommFailure);
+        QTimer::singleShot(100, [] {
+            const auto message = AnswerMessageOf([] { QCoreApplication::processEvents(); });
+            std::cerr << message.text.toStdString() << '|' << message.title.toStdString() << '|'
+                      << message.icon << ';';
+        });
+        std::cerr << "begin;";
+        action();
+    }
+
+    /// One request, the one message, every window unloaded, and the end.
+    static constexpr const char *endOfAFailure =
+        "begin;request;Communication Failure - Check USB connections"
+        "\\|ZTM7710/20 Evaluation Software\\|3;handshake;$";
 
     ClockDouble clock;
 };

@@ -3,6 +3,7 @@
 //
 //   ztm-tour FOLDER [dark]
 
+#include "app/BoardWindow.h"
 #include "link/CommFailure.h"
 #include "link/USBComms.h"
 #include "support/ClockDouble.h"
@@ -11,11 +12,14 @@
 #include "support/TemporaryFile.h"
 #include "tour/TourBoard.h"
 #include "ui/InitForm.h"
+#include "ui/LookupGraph.h"
 #include "ui/Program.h"
 #include "ui/instruments/Gauge.h"
 
+#include <QComboBox>
 #include <QDir>
 #include <QLineEdit>
+#include <QTabWidget>
 #include <QTest>
 #include <QTextStream>
 #include <QTimer>
@@ -40,12 +44,22 @@ public:
         VisualDisplay();
         Control();
         Logging();
+        Therm();
+        ManualSpeed();
+        HeaterRamp();
+        AutomaticControl();
         CloseByCloseBox("frmMain");
         DeleteAllForms();
 
         ResetCoreState();
         PlugIn(ztm::sim::Variant::ZTM7710, [this] { return clock.TotalSeconds(); });
         SmallerVariant();
+        DeleteAllForms();
+
+        ResetCoreState();
+        PlugIn(ztm::sim::Variant::ZTM7720, [this] { return clock.TotalSeconds(); });
+        Regulation();
+        StalledFan();
     }
 
 private:
@@ -128,6 +142,119 @@ private:
         ztm::SetHeaterDuty(40, 0);
         Live(30);
         Picture("frmMain", "one-fan-live");
+        Therm();
+        ManualSpeed();
+        AutomaticControl();
+    }
+
+    void Therm() {
+        ClickTab("Control");
+        Click("cmdThermTemp");
+        Picture("frmThermTemp", "therm-temperature");
+        Click("cmdThermTimer");
+        Picture("frmThermTimer", "therm-timer");
+        CloseByCloseBox("frmThermTemp");
+        CloseByCloseBox("frmThermTimer");
+    }
+
+    void ManualSpeed() {
+        ClickTab("Control");
+        Click("cmdManual");
+        Live(1);
+        Picture("frmManual", "manual-speed");
+        CloseByCloseBox("frmManual");
+    }
+
+    void HeaterRamp() {
+        ClickTab("Control");
+        Click("cmdHeaters");
+        Click("chkSWControl(0)");
+        Type("txtIncrement(0)", "5");
+        Type("txtInterval(0)", "2000");
+        Click("cmdApply");
+        Live(60);
+        Picture("frmHeaters", "heater-ramp");
+        ClickTab("Visual Display");
+        Live(1);
+        Picture("frmMain", "heater-ramp-live");
+        Click("chkSWControl(0)");
+        Click("cmdApply");
+        CloseByCloseBox("frmHeaters");
+    }
+
+    void AutomaticControl() {
+        ClickTab("Control");
+        FanConfiguration();
+        Click("cmdSetLookups");
+        Click("cmdTestData");
+        Picture("frmLookup", "lookup-points");
+        ClickOn("frmLookup", "cmdOK");
+        Curve();
+    }
+
+    /// Picks automatic control, which the other windows need.
+    void FanConfiguration() {
+        Click("cmdConParam");
+        Click("optAuto");
+        if (Find("opt8Points").isVisible()) {
+            Click("opt8Points");
+        }
+        Picture("frmConfig", "fan-configuration");
+        Find("frmConfig").findChild<QTabWidget *>("SSTab1")->setCurrentIndex(1);
+        Picture("frmConfig", "fan-configuration-fan");
+        ClickOn("frmConfig", "cmdOK");
+    }
+
+    void Curve() {
+        Click("cmdAuto");
+        Click("optControl(3)");
+        Picture("frmAutoControl", "automatic-control");
+        Click("optLinear");
+        auto &graph = Find<ztm::LookupGraph>("pctGraph");
+        graph.carriedAt = QPointF(2600, 900);
+        graph.update();
+        Picture("frmAutoControl", "automatic-control-carrying");
+        CloseByCloseBox("frmAutoControl");
+    }
+
+    /// A click on a control whose name other windows have as well.
+    static void ClickOn(const char *form, const char *control) {
+        QTest::mouseClick(Find(form).findChild<QWidget *>(control), Qt::LeftButton);
+    }
+
+    /// A heater drives one channel into alarm, and the fans bring it out again by themselves.
+    void Regulation() {
+        ztm::ShowForm<ztm::InitForm>();
+        SearchInWizard();
+        Click("FinishCMD");
+        ClickTab("Visual Display");
+        Click("cmdEasySetup");
+        SetHighLimit(58);
+        Live(10);
+        ztm::SetHeaterDuty(60, 25);
+        Live(60);
+        Picture("frmMain", "heated-into-alarm");
+        ClickTab("Control");
+        Click("cmdConParam");
+        Click("optAuto");
+        Click("opt8Points");
+        ClickOn("frmConfig", "cmdOK");
+        Click("cmdSetLookups");
+        Click("cmdTestData");
+        ClickOn("frmLookup", "cmdOK");
+        ClickTab("Visual Display");
+        Live(40);
+        Picture("frmMain", "cooled-by-automatic-control");
+    }
+
+    /// A hand at the bench stops a fan.
+    void StalledFan() {
+        ztm::BoardWindow bench;
+        bench.show();
+        Picture(bench, "simulated-board");
+        bench.findChild<QComboBox *>("cmbFan(0)")->setCurrentText("Stalled");
+        Live(20);
+        Picture("frmMain", "stalled-fan");
     }
 
     /// Lets that time pass for board and program.
@@ -158,11 +285,13 @@ private:
         Click("cmdLogData");
     }
 
-    void Picture(const QString &form, const QString &what) {
+    void Picture(const QString &form, const QString &what) { Picture(Find(form), what); }
+
+    void Picture(QWidget &window, const QString &what) {
         Settle();
         const QString path =
             QDir(folder).filePath(QString("%1-%2.png").arg(++number, 2, 10, QChar('0')).arg(what));
-        if (!Find(form).grab().save(path)) {
+        if (!window.grab().save(path)) {
             throw std::runtime_error("cannot write " + path.toStdString());
         }
         QTextStream(stdout) << path << '\n';

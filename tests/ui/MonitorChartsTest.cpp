@@ -7,6 +7,7 @@
 #include "ui/instruments/StripChart.h"
 
 #include <QAbstractButton>
+#include <QMouseEvent>
 
 namespace ztm::test {
 namespace {
@@ -94,6 +95,42 @@ TEST_F(MonitorChartsTest, LabelsFollowTheVariant) {
     EXPECT_DOUBLE_EQ(ChartIn("frmMain", "stpTemp").LabelVerticalPosition(4), 0.18);
     EXPECT_NEAR(ChartIn("frmBigGraph", "stpTempFan").LabelVerticalPosition(7), 0.12, 1e-9);
     EXPECT_NEAR(ChartIn("frmBigGraph", "stpTemp").LabelVerticalPosition(4), 0.15, 1e-9);
+}
+
+TEST_F(MonitorChartsTest, ReadOutsNameTheChannelsOfTheVariant) {
+    const struct {
+        std::string_view variant;
+        const char *chart;
+        int graphType;
+        const char *readings;
+    } cases[] = {
+        {ZTM7720, "stpTempFan", 1,
+         "Local 1.00°C, Remote1 2.00°C, Remote2 3.00°C, Fan1 4 RPM, Fan2 5 RPM, THERM% 6.00%"},
+        {ZTM7710, "stpTempFan", 1, "Local 1.00°C, Remote 2.00°C, Fan 4 RPM, THERM% 6.00%"},
+        {ZTM7710, "stpFan", 2, "Fan 4 RPM"},
+        {ZTM7710, "stpTemp", 3, "Local 1.00°C, Remote 2.00°C, THERM% 6.00%"},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.readings);
+        ResetCore();
+        Open(c.variant);
+        GraphType = static_cast<int16_t>(c.graphType);
+        Measurements = {1, 2, 3, 4, 5, 6};
+        Tick();
+        auto &chart = ChartIn("frmMain", c.chart);
+        QFocusEvent focus(QEvent::FocusIn);
+        QCoreApplication::sendEvent(&chart, &focus);
+        EXPECT_EQ(chart.accessibleDescription().toStdString(), c.readings);
+        clock.Advance(1);
+        Tick();
+        Settle();
+        const QPointF point = chart.PointOf(MeasurementHistory().LastTime() - 0.5, 50);
+        QMouseEvent move(QEvent::MouseMove, point, chart.mapToGlobal(point), Qt::NoButton,
+                         Qt::NoButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&chart, &move);
+        EXPECT_EQ(chart.CursorText().mid(1).join(", ").toStdString(), c.readings);
+        DeleteAllForms();
+    }
 }
 
 TEST_F(MonitorChartsTest, OptionsChooseTheChartAtOnce) {

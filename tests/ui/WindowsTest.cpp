@@ -38,6 +38,9 @@ protected:
                 qobject_cast<const QScrollBar *>(widget->parent()) != nullptr) {
                 continue;
             }
+            if (widget->sizePolicy().verticalPolicy() == QSizePolicy::Ignored) {
+                continue; // an arrow of a spin button is as large as it happens to be
+            }
             const QSize least = widget->minimumSizeHint();
             const bool small = widget->width() < least.width() || widget->height() < least.height();
             const bool outside = !widget->parentWidget()->rect().contains(widget->geometry());
@@ -199,6 +202,55 @@ TEST_F(WindowsTest, EveryControlSaysWhatItIs) {
     StartSessionOf(ZTM7720);
     ShowForm<frmSetupLog>();
     EXPECT_THAT(Nameless(), IsEmpty());
+}
+
+/// The buttons that open a window of their own, and where they are.
+struct WindowButton {
+    const char *tab;
+    const char *button;
+    const char *window;
+};
+const WindowButton windowButtons[] = {
+    {"Visual Display", "cmdSetUpLog", "frmSetupLog"},
+    {"Visual Display", "cmdGraphOptions", "frmGraphOptions"},
+    {"Control", "cmdLogData", "frmLogging"},
+    {"Control", "cmdConParam", "frmConfig"},
+    {"Control", "cmdAuto", "frmAutoControl"},
+    {"Control", "cmdSetLookups", "frmLookup"},
+    {"Control", "cmdThermTemp", "frmThermTemp"},
+    {"Control", "cmdThermTimer", "frmThermTimer"},
+    {"Control", "cmdManual", "frmManual"},
+    {"Control", "cmdHeaters", "frmHeaters"},
+};
+
+TEST_F(WindowsTest, EveryDialogIsWholeNamedAndReadable) {
+    const QPalette usual = QApplication::palette();
+    const QFont usualFont = QApplication::font();
+    QFont large = usualFont;
+    large.setPointSizeF(large.pointSizeF() * 1.5);
+    const std::pair<QPalette, QFont> looks[] = {{QPalette(QColor(239, 239, 239)), usualFont},
+                                                {QPalette(QColor(49, 54, 59)), usualFont},
+                                                {QPalette(QColor(239, 239, 239)), large}};
+    for (const std::string_view variant : {ZTM7720, ZTM7710}) {
+        for (const auto &[palette, font] : looks) {
+            QApplication::setPalette(palette);
+            QApplication::setFont(font);
+            ResetCore();
+            StartSessionOf(variant);
+            for (const WindowButton &opener : windowButtons) {
+                ClickTab(opener.tab);
+                Find(opener.button).setEnabled(true); // whatever drives the fans
+                Click(opener.button);
+                Settle();
+                EXPECT_THAT(CutOff(Find(opener.window)), IsEmpty()) << opener.window;
+            }
+            EXPECT_THAT(Nameless(), IsEmpty());
+            EXPECT_THAT(HardToRead(), IsEmpty());
+            DeleteAllForms();
+        }
+    }
+    QApplication::setPalette(usual);
+    QApplication::setFont(usualFont);
 }
 
 TEST_F(WindowsTest, AButtonBringsTheSameWindowBack) {

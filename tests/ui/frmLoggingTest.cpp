@@ -13,7 +13,6 @@
 #include <QTimer>
 
 #include <cmath>
-#include <regex>
 
 namespace ztm::test {
 namespace {
@@ -58,8 +57,8 @@ protected:
     /// The file behind its first line.
     std::string LogBytes() {
         const std::string bytes = BytesOf(path);
-        EXPECT_TRUE(std::regex_match(bytes.substr(0, bytes.find('\n') + 1),
-                                     std::regex("Started At: [ -~]+[0-9]\r\n")));
+        EXPECT_TRUE(
+            BytesMatch(bytes.substr(0, bytes.find('\n') + 1), "Started At: [ -~]+[0-9]\r\n"));
         return bytes.substr(bytes.find('\n') + 1);
     }
 

@@ -1,80 +1,169 @@
 #include "adapter/sim/Bench.h"
 
+#include "adapter/sim/Noise.h"
+
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
 #include <numbers>
 
 namespace ztm::sim {
 namespace {
 
-constexpr double fullHeaterRiseCelsius = 45;
-constexpr double heaterLagSeconds = 20;
-constexpr double noiseStepSeconds = 0.25;
+constexpr std::array<double, Bench::fanCount> fullDriveRpm = {8000, 9000};
+constexpr double fanLagSeconds = 0.7;
+constexpr double startingShare = 0.15;
+constexpr double keepingShare = 0.04;
+constexpr double draggingShare = 0.5;
+constexpr double standingRpm = 30;
 
-/// A quantity that wanders as a sine about its mean, with a little noise on top. `swing` and
-/// `noise` are the largest deviations, in the unit of `mean`; the seed keeps the noise of two
-/// quantities apart.
-struct LiveSignal {
-    double mean;
-    double swing;
-    double periodSeconds;
-    double noise;
-    uint64_t noiseSeed;
+/// Something that takes part in the exchange of heat.
+struct Node {
+    double joulesPerKelvin;
+    double watts; ///< of its own, without a heater
+    double wattsPerKelvinAtRest;
+    double wattsPerKelvinOfAir; ///< on top, for each unit of moving air
 };
+constexpr Node boardNode = {30, 0.5, 0.10, 0.03};
+constexpr Node remoteNode = {2, 1.1, 0.02, 0.035};
+constexpr double remoteToBoardWattsPerKelvin = 0.01;
+constexpr double fullHeaterWatts = 4.5;
+constexpr double airOfOwnFan = 0.8;
+constexpr double convectionExponent = 0.8;
 
-constexpr LiveSignal localCelsius = {28, 0.4, 310, 0.06, 1};
-constexpr std::array<LiveSignal, 2> remoteCelsius = {
-    {{35, 0.8, 190, 0.06, 2}, {35.5, 0.7, 230, 0.06, 3}}};
-constexpr std::array<LiveSignal, 2> fanRpm = {{{2400, 60, 47, 12, 4}, {2750, 60, 61, 12, 5}}};
+/// A sine about 0.
+struct Swing {
+    double amplitude;
+    double periodSeconds;
+};
+constexpr Swing boardDraft = {1.2, 310};
+constexpr std::array<Swing, Bench::remoteCount> remoteDraft = {{{0.9, 190}, {0.8, 230}}};
+constexpr std::array<Swing, Bench::fanCount> fanSwing = {{{0.01, 47}, {0.01, 61}}};
+constexpr uint64_t ticksPerWander = 10;
 
-/// Scatters the numbers of neighbouring steps over -1 to 1 (the finaliser of a 64-bit mixing
-/// generator).
-double Noise(uint64_t step, uint64_t seed) {
-    uint64_t bits = (step + 1) * 0x9E3779B97F4A7C15U + seed * 0xD1B54A32D192ED03U;
-    bits = (bits ^ (bits >> 30)) * 0xBF58476D1CE4E5B9U;
-    bits = (bits ^ (bits >> 27)) * 0x94D049BB133111EBU;
-    bits ^= bits >> 31;
-    return static_cast<double>(bits >> 11) / static_cast<double>(uint64_t{1} << 52) - 1;
+constexpr double sensorNoiseCelsius = 0.06;
+constexpr double tachNoise = 0.004;
+constexpr uint64_t boardSource = 1;
+constexpr uint64_t remoteSource = 2;
+constexpr uint64_t fanSource = 4;
+
+double At(const Swing &swing, double seconds) {
+    return swing.amplitude *
+           std::sin(2 * std::numbers::pi * std::fmod(seconds / swing.periodSeconds, 1));
 }
 
-double ValueAt(const LiveSignal &signal, double seconds) {
-    constexpr double stepsUntilNoiseRepeats = 1e9;
-    const double phase = 2 * std::numbers::pi * std::fmod(seconds / signal.periodSeconds, 1);
-    const auto step =
-        static_cast<uint64_t>(std::fmod(seconds / noiseStepSeconds, stepsUntilNoiseRepeats));
-    return signal.mean + signal.swing * std::sin(phase) +
-           signal.noise * Noise(step, signal.noiseSeed);
+/// A conductance to the air that moves like that of a fan at so many RPM.
+double Convection(const Node &node, double airRpm) {
+    return node.wattsPerKelvinAtRest +
+           node.wattsPerKelvinOfAir * std::pow(airRpm / 1000, convectionExponent);
 }
 
 } // namespace
 
-void Bench::AdvanceTo(double seconds) {
-    if (!(seconds > elapsedSeconds)) {
-        return;
+Bench::Bench(size_t fansOnBoard, const BenchSettings &settings) : settings(settings) {
+    constexpr double untilSettledSeconds = 1e9;
+    for (size_t fan = 0; fan < fansOnBoard; ++fan) {
+        drives[fan] = undirectedDrive;
+        fanRpm[fan] = undirectedDrive.share * fullDriveRpm[fan];
     }
-    const double share = -std::expm1((elapsedSeconds - seconds) / heaterLagSeconds);
-    for (Heater &heater : heaters) {
-        const double target = fullHeaterRiseCelsius * heater.percent / maxHeaterPercent;
-        heater.riseCelsius += (target - heater.riseCelsius) * share;
+    ExchangeHeat(untilSettledSeconds);
+}
+
+void Bench::Tick() {
+    ++ticks;
+    if (ticks % ticksPerWander == 0) {
+        Wander();
     }
-    elapsedSeconds = seconds;
+    TurnFans();
+    ExchangeHeat(tickSeconds);
 }
 
 void Bench::SetHeaterPercent(size_t heater, int percent) {
-    heaters[heater].percent = std::clamp(percent, 0, maxHeaterPercent);
+    heaterPercent[heater] = std::clamp(percent, 0, maxHeaterPercent);
 }
 
-double Bench::LocalCelsius() const {
-    return ValueAt(localCelsius, elapsedSeconds);
+double Bench::HeaterWatts(size_t heater) const {
+    return fullHeaterWatts * heaterPercent[heater] / maxHeaterPercent;
 }
 
-double Bench::RemoteCelsius(size_t remote) const {
-    return ValueAt(remoteCelsius[remote], elapsedSeconds) + heaters[remote].riseCelsius;
+double Bench::SensedBoardCelsius() const {
+    return boardCelsius + (settings.isNoisy
+                               ? sensorNoiseCelsius * Noise(ticks, boardSource, settings.noiseSeed)
+                               : 0);
 }
 
-double Bench::FanRpm(size_t fan) const {
-    return ValueAt(fanRpm[fan], elapsedSeconds);
+double Bench::SensedRemoteCelsius(size_t remote) const {
+    return remoteCelsius[remote] +
+           (settings.isNoisy
+                ? sensorNoiseCelsius * Noise(ticks, remoteSource + remote, settings.noiseSeed)
+                : 0);
+}
+
+double Bench::SensedFanRpm(size_t fan) const {
+    return fanRpm[fan] * (settings.isNoisy
+                              ? 1 + tachNoise * Noise(ticks, fanSource + fan, settings.noiseSeed)
+                              : 1);
+}
+
+void Bench::Wander() {
+    const double seconds = static_cast<double>(ticks) * tickSeconds;
+    const double scale = settings.isNoisy ? 1 : 0;
+    boardDraftCelsius = scale * At(boardDraft, seconds);
+    for (size_t i = 0; i < remoteCount; ++i) {
+        remoteDraftCelsius[i] = scale * At(remoteDraft[i], seconds);
+        fanFactor[i] = 1 + scale * At(fanSwing[i], seconds);
+    }
+}
+
+/// Where the fan's speed is heading.
+double Bench::WantedRpm(size_t fan) const {
+    const double full = fullDriveRpm[fan];
+    const double reach = settings.fans[fan] == FanFault::Drags ? full * draggingShare : full;
+    const double asked = std::max(drives[fan].rpm, drives[fan].share * full);
+    const double least = (fanRpm[fan] > 0 ? keepingShare : startingShare) * full;
+    if (settings.fans[fan] == FanFault::Stalled || asked < least) {
+        return 0;
+    }
+    return std::min(asked, reach) * fanFactor[fan];
+}
+
+void Bench::TurnFans() {
+    static const double share = -std::expm1(-tickSeconds / fanLagSeconds);
+    for (size_t fan = 0; fan < fanCount; ++fan) {
+        const double wanted = WantedRpm(fan);
+        fanRpm[fan] += (wanted - fanRpm[fan]) * share;
+        if (wanted == 0 && fanRpm[fan] < standingRpm) {
+            fanRpm[fan] = 0;
+        }
+    }
+}
+
+/// One implicit step, in which every flow of heat follows the temperatures at its end: stable for
+/// any number of seconds. The diodes are coupled through the board alone, so each is expressed by
+/// the board's temperature, of which one equation remains.
+void Bench::ExchangeHeat(double seconds) {
+    const double bridge = remoteToBoardWattsPerKelvin;
+    const double boardAir = Convection(boardNode, (fanRpm[0] + fanRpm[1]) / 2);
+    const double boardInertia = boardNode.joulesPerKelvin / seconds;
+    double boardFactor = boardInertia + boardAir + static_cast<double>(remoteCount) * bridge;
+    double boardWatts = boardInertia * boardCelsius + boardNode.watts +
+                        boardAir * (settings.ambientCelsius + boardDraftCelsius);
+
+    std::array<double, remoteCount> factor{};
+    std::array<double, remoteCount> watts{};
+    for (size_t i = 0; i < remoteCount; ++i) {
+        const double airRpm = airOfOwnFan * fanRpm[i] + (1 - airOfOwnFan) * fanRpm[1 - i];
+        const double air = Convection(remoteNode, airRpm);
+        const double inertia = remoteNode.joulesPerKelvin / seconds;
+        factor[i] = inertia + air + bridge;
+        watts[i] = inertia * remoteCelsius[i] + remoteNode.watts + HeaterWatts(i) +
+                   air * (settings.ambientCelsius + remoteDraftCelsius[i]);
+        boardFactor -= bridge * bridge / factor[i];
+        boardWatts += bridge * watts[i] / factor[i];
+    }
+    boardCelsius = boardWatts / boardFactor;
+    for (size_t i = 0; i < remoteCount; ++i) {
+        remoteCelsius[i] = (watts[i] + bridge * boardCelsius) / factor[i];
+    }
 }
 
 } // namespace ztm::sim

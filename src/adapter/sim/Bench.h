@@ -2,40 +2,95 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 
 namespace ztm::sim {
 
-/// The physical side of the board: the temperatures and fan speeds that a chip would measure,
-/// and the two heaters. Everything is a function of the elapsed time and of when the heaters
-/// were set, so two benches that are treated alike show the same values, however often they
-/// are looked at.
-///
-/// Remotes, fans and heaters are numbered from 0; heater n warms remote n.
+enum class DiodeFault : uint8_t { None, Open, Shorted };
+
+/// A fan that drags reaches half its speed; a stalled one stands.
+enum class FanFault : uint8_t { None, Drags, Stalled };
+
+/// What a hand can change at the bench. Remotes, fans and heaters are numbered from 0; heater n
+/// warms remote n.
+struct BenchSettings {
+    double ambientCelsius = 24;
+    std::array<DiodeFault, 2> diodes{};
+    std::array<FanFault, 2> fans{};
+    bool isNoisy = true;
+    uint64_t noiseSeed = 1;
+
+    bool operator==(const BenchSettings &) const = default;
+};
+
+/// How a fan is driven: so that it would turn at `rpm`, or with that share of full drive, 0 to
+/// 1; whichever is more. The fan's reach limits both.
+struct FanDrive {
+    double rpm = 0;
+    double share = 0;
+
+    bool operator==(const FanDrive &) const = default;
+};
+
+/// What a chip gives a fan for which it was told nothing.
+constexpr FanDrive undirectedDrive = {.rpm = 0, .share = 0.3};
+
+/// The physical side of the board: air, board, two remote diodes, two heaters and two fans.
+/// Time passes on it in ticks. Everything follows from the ticks, the settings, the heaters and
+/// the drives, so two benches that are treated alike show the same values.
 class Bench {
 public:
+    static constexpr size_t remoteCount = 2;
+    static constexpr size_t fanCount = 2;
     static constexpr size_t heaterCount = 2;
     static constexpr int maxHeaterPercent = 100;
+    static constexpr int ticksPerSecond = 40;
+    static constexpr double tickSeconds = 1.0 / ticksPerSecond;
 
-    /// Lets the time pass until `seconds` (finite) after the start of the bench. A gap of any
-    /// length is taken in one exact step; an earlier time changes nothing.
-    void AdvanceTo(double seconds);
+    /// With the first `fansOnBoard` fans. Has been running for a long while with the heaters off
+    /// and the fans on the drive that a chip gives them that was told nothing.
+    explicit Bench(size_t fansOnBoard = fanCount, const BenchSettings &settings = {});
+
+    /// Lets one tick pass.
+    void Tick();
+
+    /// Lets ticks go by unlived: only what is a function of the time alone, the noise, moves on.
+    void Skip(uint64_t unlivedTicks) { ticks += unlivedTicks; }
+
+    BenchSettings settings;
 
     /// `percent` is limited to 0 to 100.
     void SetHeaterPercent(size_t heater, int percent);
-    int HeaterPercent(size_t heater) const { return heaters[heater].percent; }
+    int HeaterPercent(size_t heater) const { return heaterPercent[heater]; }
+    double HeaterWatts(size_t heater) const;
 
-    double LocalCelsius() const;
-    double RemoteCelsius(size_t remote) const;
-    double FanRpm(size_t fan) const;
+    void DriveFan(size_t fan, FanDrive drive) { drives[fan] = drive; }
+
+    // The true values, and what a sensor makes of them in this tick.
+    double BoardCelsius() const { return boardCelsius; }
+    double RemoteCelsius(size_t remote) const { return remoteCelsius[remote]; }
+    double FanRpm(size_t fan) const { return fanRpm[fan]; }
+    double SensedBoardCelsius() const;
+    double SensedRemoteCelsius(size_t remote) const;
+    double SensedFanRpm(size_t fan) const;
 
 private:
-    struct Heater {
-        int percent = 0;
-        double riseCelsius = 0; ///< what it adds to its remote at present
-    };
+    void Wander();
+    double WantedRpm(size_t fan) const;
+    void TurnFans();
+    void ExchangeHeat(double seconds);
 
-    double elapsedSeconds = 0;
-    std::array<Heater, heaterCount> heaters;
+    uint64_t ticks = 0;
+    std::array<int, heaterCount> heaterPercent{};
+    std::array<FanDrive, fanCount> drives{};
+    std::array<double, fanCount> fanRpm{};
+    double boardCelsius = 0;
+    std::array<double, remoteCount> remoteCelsius{};
+
+    // Drafts and supply, which change over minutes.
+    double boardDraftCelsius = 0;
+    std::array<double, remoteCount> remoteDraftCelsius{};
+    std::array<double, fanCount> fanFactor = {1, 1};
 };
 
 } // namespace ztm::sim

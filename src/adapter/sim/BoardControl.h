@@ -1,7 +1,9 @@
 #pragma once
 
+#include "adapter/sim/Bench.h"
 #include "adapter/sim/RegisterFile.h"
 
+#include <array>
 #include <cstdint>
 
 namespace ztm::sim {
@@ -17,8 +19,21 @@ struct BoardSettings {
     bool isPluggedIn = true;
     /// The next firmware load fails.
     bool refusesFirmware = false;
+    /// Every request takes 20 ms longer.
+    bool isSlow = false;
+
+    BenchSettings bench;
 
     bool operator==(const BoardSettings &) const = default;
+};
+
+/// How things truly stand on the board, whatever its chip reads.
+struct BoardState {
+    bool isFirmwareLoaded;
+    double boardCelsius;
+    std::array<double, Bench::remoteCount> remoteCelsius;
+    std::array<double, Bench::fanCount> fanRpm;
+    std::array<double, Bench::heaterCount> heaterWatts;
 };
 
 } // namespace ztm::sim
@@ -28,8 +43,8 @@ struct BoardSettings {
 /// the others.
 extern "C" {
 
-/// The board's settings as they are.
-void ReadSimulatedBoard(ztm::sim::BoardSettings *settings);
+/// The board's settings and its state at this moment.
+void ReadSimulatedBoard(ztm::sim::BoardSettings *settings, ztm::sim::BoardState *state);
 
 /// Changes the board's settings. Takes effect at once.
 void ArrangeSimulatedBoard(const ztm::sim::BoardSettings *settings);

@@ -5,52 +5,59 @@
 namespace ztm::sim {
 namespace {
 
-constexpr uint8_t monitoringBit = 0x01; // of Configuration1
-constexpr uint8_t resetBit = 0x01;      // of Configuration2
+// Configuration1
+constexpr uint8_t lockBit = 0x40;
+constexpr uint8_t alertOffBit = 0x08;
 
-/// The limits of a temperature and its bits in Status1 and Mask1.
-struct Limits {
-    RegisterAddress temperature;
-    RegisterAddress high;
-    RegisterAddress low;
-    uint8_t highBit;
-    uint8_t lowBit;
-};
-constexpr Limits limits[] = {
-    {LocalTemperature, LocalHighLimit, LocalLowLimit, 0x80, 0x40},
-    {Remote1Temperature, Remote1HighLimit, Remote1LowLimit, 0x20, 0x10},
-    {Remote2Temperature, Remote2HighLimit, Remote2LowLimit, 0x04, 0x02},
-};
+constexpr uint8_t resetBit = 0x01; // of Configuration2
 constexpr uint8_t alertBit = 0x01; // of Status3
+
+constexpr bool IsLockable(uint8_t address) {
+    return address >= LocalHighLimit && address <= ThermHysteresis;
+}
+
+/// The bits of Status2 that can raise an alert and that this Mask2 lets through: %T and TA stand
+/// in the same places in both, TS two places higher in the mask.
+constexpr int UnmaskedInStatus2(uint8_t mask2) {
+    return (~mask2 & 0x18) | (~mask2 >> 2 & 0x01);
+}
 
 } // namespace
 
-void Chip::Measure(const Bench &bench) {
-    SetPair(Tach1, EncodeTach(bench.FanRpm(0)));
-    SetPair(Tach2, EncodeTach(bench.FanRpm(1)));
-    if (!(registers.Read(Configuration1) & monitoringBit)) {
-        return;
-    }
-    SetPair(LocalTemperature, EncodeTemperature(bench.LocalCelsius()));
-    SetPair(Remote1Temperature, EncodeTemperature(bench.RemoteCelsius(0)));
-    SetPair(Remote2Temperature, EncodeTemperature(bench.RemoteCelsius(1)));
-    CompareLimits();
+Chip::Chip(Variant variant, const Bench &bench) : registers(variant) {
+    Begin(bench);
 }
 
-/// Compares whole degrees, as temperatures and limits both hold them, offset by the same 64.
-void Chip::CompareLimits() {
-    uint8_t status = 0;
-    for (const Limits &each : limits) {
-        const uint8_t degrees = registers.Read(static_cast<uint8_t>(each.temperature + 1));
-        const uint8_t highBit = degrees > registers.Read(each.high) ? each.highBit : uint8_t{0};
-        const uint8_t lowBit = degrees < registers.Read(each.low) ? each.lowBit : uint8_t{0};
-        status = static_cast<uint8_t>(status | highBit | lowBit);
+/// Everything but the registers as after power-on.
+void Chip::Begin(const Bench &bench) {
+    monitor = {};
+    fans = {FanControl(0), FanControl(1)};
+    causes = {};
+    latched = {};
+    heldHigh.fill(std::nullopt);
+    Tick(bench);
+}
+
+void Chip::Tick(const Bench &bench) {
+    monitor.Tick(registers, bench);
+    int fanCauses = 0;
+    for (FanControl &fan : fans) {
+        fan.Tick(registers, bench, monitor);
+        fanCauses |= fan.Status3Causes();
     }
-    registers.Set(Status1, status);
-    registers.Set(Status3, (status & ~registers.Read(Mask1)) != 0 ? alertBit : uint8_t{0});
+    causes = {monitor.Status1Causes(), monitor.Status2Causes(), static_cast<uint8_t>(fanCauses)};
+    for (size_t i = 0; i < statusCount; ++i) {
+        latched[i] = static_cast<uint8_t>(latched[i] | causes[i]);
+    }
+    // Shows what is so now and waits for no read.
+    constexpr int now = TemperatureMonitor::thermAssertedBit;
+    latched[1] = static_cast<uint8_t>((latched[1] & ~now) | (causes[1] & now));
 }
 
 uint8_t Chip::Read(uint8_t address) {
+    if (address >= Status1 && address <= Status3) {
+        return ReadStatus(address - size_t{Status1});
+    }
     for (size_t pair = 0; pair < measuredPairs.size(); ++pair) {
         const uint8_t low = measuredPairs[pair];
         const auto high = static_cast<uint8_t>(low + 1);
@@ -63,18 +70,30 @@ uint8_t Chip::Read(uint8_t address) {
     return registers.Read(address);
 }
 
-void Chip::Write(uint8_t address, uint8_t data) {
-    if (address == Configuration2 && (data & resetBit)) {
-        registers.Reset();
-        heldHigh.fill(std::nullopt);
-        return;
-    }
-    registers.Write(address, data);
+uint8_t Chip::ReadStatus(size_t number) {
+    constexpr size_t statusOfAlert = 2;
+    const uint8_t alert = number == statusOfAlert && IsAlert() ? alertBit : uint8_t{0};
+    const uint8_t shown = std::exchange(latched[number], causes[number]);
+    return static_cast<uint8_t>(shown | alert);
 }
 
-void Chip::SetPair(uint8_t lowAddress, RegisterPair pair) {
-    registers.Set(lowAddress, pair.low);
-    registers.Set(static_cast<uint8_t>(lowAddress + 1), pair.high);
+bool Chip::IsAlert() const {
+    const int unmasked = (latched[0] & ~registers.Read(Mask1)) |
+                         (latched[1] & UnmaskedInStatus2(registers.Read(Mask2))) |
+                         (latched[2] & ~registers.Read(Mask3));
+    return unmasked != 0 && !registers.IsSet(Configuration1, alertOffBit);
+}
+
+void Chip::Write(uint8_t address, uint8_t data, const Bench &bench) {
+    const bool isLocked = registers.IsSet(Configuration1, lockBit);
+    if (address == Configuration2 && (data & resetBit)) {
+        registers.Reset();
+        Begin(bench);
+    } else if (isLocked && address == Configuration1) {
+        registers.Write(address, static_cast<uint8_t>(data | lockBit));
+    } else if (!isLocked || !IsLockable(address)) {
+        registers.Write(address, data);
+    }
 }
 
 } // namespace ztm::sim

@@ -1,8 +1,9 @@
 #pragma once
 
 #include "adapter/sim/Bench.h"
-#include "adapter/sim/Encodings.h"
+#include "adapter/sim/FanControl.h"
 #include "adapter/sim/RegisterFile.h"
+#include "adapter/sim/TemperatureMonitor.h"
 
 #include <array>
 #include <cstddef>
@@ -14,28 +15,37 @@ namespace ztm::sim {
 /// The temperature monitor and fan controller as its bus sees it.
 class Chip {
 public:
-    explicit Chip(Variant variant) : registers(variant) {}
+    /// Just powered on, with first readings of the bench.
+    Chip(Variant variant, const Bench &bench);
 
-    /// Brings the tach registers and, while monitoring is on (bit 0 of Configuration1), the
-    /// temperature registers up to date with the bench, and the status registers with the limits.
-    void Measure(const Bench &bench);
+    /// Lets one tick pass: measures the bench and decides how its fans are driven.
+    void Tick(const Bench &bench);
+
+    FanDrive Drive(size_t fan) const { return fans[fan].Drive(); }
 
     /// Reads any address. Reading the low register of a measured pair holds the high byte that
-    /// belongs to it for the next read of the high register, which releases it again.
+    /// belongs to it for the next read of the high register, which releases it again. Reading a
+    /// status register clears those of its bits whose cause is over.
     uint8_t Read(uint8_t address);
 
     /// Writes any address. Bit 0 of Configuration2 resets the chip; the rest of that write is
     /// lost.
-    void Write(uint8_t address, uint8_t data);
+    void Write(uint8_t address, uint8_t data, const Bench &bench);
 
 private:
-    void CompareLimits();
-    void SetPair(uint8_t lowAddress, RegisterPair pair);
+    void Begin(const Bench &bench);
+    uint8_t ReadStatus(size_t number);
+    bool IsAlert() const;
 
     static constexpr std::array<uint8_t, 5> measuredPairs = {LocalTemperature, Remote1Temperature,
                                                              Remote2Temperature, Tach1, Tach2};
+    static constexpr size_t statusCount = 3;
 
     RegisterFile registers;
+    TemperatureMonitor monitor;
+    std::array<FanControl, Bench::fanCount> fans = {FanControl(0), FanControl(1)};
+    std::array<uint8_t, statusCount> causes{}; ///< status bits whose causes last
+    std::array<uint8_t, statusCount> latched{};
     std::array<std::optional<uint8_t>, measuredPairs.size()> heldHigh;
 };
 

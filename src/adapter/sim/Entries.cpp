@@ -31,8 +31,10 @@ __attribute__((visibility("default"))) int16_t VendorIORequest(int16_t request, 
     return Board().VendorIORequest(request, value, index, direction, length, buffer);
 }
 
-__attribute__((visibility("default"))) void ReadSimulatedBoard(ztm::sim::BoardSettings *settings) {
+__attribute__((visibility("default"))) void ReadSimulatedBoard(ztm::sim::BoardSettings *settings,
+                                                               ztm::sim::BoardState *state) {
     *settings = Board().Settings();
+    *state = Board().Look();
 }
 
 __attribute__((visibility("default"))) void

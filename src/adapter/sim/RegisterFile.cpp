@@ -92,4 +92,9 @@ void RegisterFile::Set(uint8_t address, uint8_t data) {
     }
 }
 
+void RegisterFile::SetPair(uint8_t lowAddress, RegisterPair pair) {
+    Set(lowAddress, pair.low);
+    Set(static_cast<uint8_t>(lowAddress + 1), pair.high);
+}
+
 } // namespace ztm::sim

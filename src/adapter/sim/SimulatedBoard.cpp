@@ -2,13 +2,16 @@
 
 #include "adapter/IntelHex.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstddef>
 #include <cstdio>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <string>
 #include <system_error>
+#include <thread>
 #include <utility>
 
 namespace ztm::sim {
@@ -19,6 +22,12 @@ constexpr int16_t failure = -1;
 
 constexpr uint8_t openBus = 0xFF; // no chip pulls the data line low
 constexpr int32_t leaveHeaterUnchanged = 255;
+constexpr double slowBusSeconds = 0.020;
+constexpr int64_t longestLivedGapTicks = int64_t{3600} * Bench::ticksPerSecond;
+
+size_t FansOf(Variant variant) {
+    return variant == Variant::ZTM7710 ? 1 : 2;
+}
 
 /// The path under which this platform finds the file: the last separator may be a backslash;
 /// any other backslash belongs to the name of a folder.
@@ -63,15 +72,23 @@ const SimulatedBoard::Command SimulatedBoard::commands[] = {
 };
 
 double SteadySeconds() {
-    const auto now = std::chrono::steady_clock::now().time_since_epoch();
-    return std::chrono::duration<double>(now).count();
+    timespec now{};
+    clock_gettime(CLOCK_BOOTTIME, &now);
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
 }
 
-SimulatedBoard::SimulatedBoard(Variant variant, int32_t chipAddress, Clock clock)
+void SleepSeconds(double seconds) {
+    std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
+}
+
+SimulatedBoard::SimulatedBoard(Variant variant, int32_t chipAddress, Clock clock, Sleep sleep)
     : clock(std::move(clock))
+    , sleep(std::move(sleep))
     , startSeconds(this->clock())
-    , settings{.variant = variant, .chipAddress = chipAddress}
-    , chip(variant) {}
+    , settings{.variant = variant, .chipAddress = chipAddress, .bench = {}}
+    , bench(FansOf(variant)) {
+    SwitchChipOn();
+}
 
 int16_t SimulatedBoard::LoadFirmWare(const char *path) {
     PassTime();
@@ -87,15 +104,18 @@ int16_t SimulatedBoard::LoadFirmWare(const char *path) {
         std::fprintf(stderr, "ztm-eval-sim: %s: %s\n", file.c_str(), whyNot.c_str());
         return failure;
     }
-    firmwareLoaded = true;
+    isFirmwareLoaded = true;
     SwitchHeatersOff();
     return success;
 }
 
 int16_t SimulatedBoard::VendorIORequest(int16_t request, int32_t value, int32_t index,
                                         int16_t direction, int16_t length, uint8_t *buffer) {
+    if (settings.isSlow) {
+        sleep(slowBusSeconds);
+    }
     PassTime();
-    if (!firmwareLoaded || (direction == 1 && !buffer)) {
+    if (!isFirmwareLoaded || (direction == 1 && !buffer)) {
         return failure;
     }
     for (const Command &command : commands) {
@@ -108,17 +128,40 @@ int16_t SimulatedBoard::VendorIORequest(int16_t request, int32_t value, int32_t 
     return failure;
 }
 
-/// A board that is pulled out, or put in anew, starts from its power-on.
+BoardSettings SimulatedBoard::Settings() const {
+    BoardSettings all = settings;
+    all.bench = bench.settings;
+    return all;
+}
+
+BoardState SimulatedBoard::Look() {
+    PassTime();
+    BoardState state{};
+    state.isFirmwareLoaded = isFirmwareLoaded;
+    state.boardCelsius = bench.BoardCelsius();
+    for (size_t i = 0; i < Bench::remoteCount; ++i) {
+        state.remoteCelsius[i] = bench.RemoteCelsius(i);
+        state.fanRpm[i] = bench.FanRpm(i);
+        state.heaterWatts[i] = bench.HeaterWatts(i);
+    }
+    return state;
+}
+
 void SimulatedBoard::Arrange(const BoardSettings &wanted) {
     PassTime();
     const bool isAnotherBoard =
         wanted.variant != settings.variant || wanted.chipAddress != settings.chipAddress;
-    if (isAnotherBoard || !wanted.isPluggedIn) {
-        firmwareLoaded = false;
-        SwitchHeatersOff();
-        chip = Chip(wanted.variant);
-    }
     settings = wanted;
+    if (isAnotherBoard) {
+        bench = Bench(FansOf(settings.variant), wanted.bench);
+    }
+    bench.settings = wanted.bench;
+    if (isAnotherBoard || !settings.isPluggedIn) {
+        SwitchChipOff();
+    }
+    if (settings.isPluggedIn && !chip) {
+        SwitchChipOn();
+    }
 }
 
 void SimulatedBoard::SwitchHeatersOff() {
@@ -127,21 +170,56 @@ void SimulatedBoard::SwitchHeatersOff() {
     }
 }
 
+void SimulatedBoard::SwitchChipOn() {
+    chip.emplace(settings.variant, bench);
+}
+
+/// The adapter, the chip and all that they drive lose their power.
+void SimulatedBoard::SwitchChipOff() {
+    isFirmwareLoaded = false;
+    chip.reset();
+    SwitchHeatersOff();
+    for (size_t fan = 0; fan < Bench::fanCount; ++fan) {
+        bench.DriveFan(fan, {});
+    }
+}
+
 void SimulatedBoard::PassTime() {
-    bench.AdvanceTo(clock() - startSeconds);
-    chip.Measure(bench);
+    constexpr double endOfTimeSeconds = 1e15;
+    const double seconds = std::min(clock() - startSeconds, endOfTimeSeconds);
+    const auto now = static_cast<int64_t>(seconds * Bench::ticksPerSecond);
+    const int64_t unlived = now - ticks - longestLivedGapTicks;
+    if (unlived > 0) {
+        bench.Skip(static_cast<uint64_t>(unlived));
+        ticks += unlived;
+    }
+    for (; ticks < now; ++ticks) {
+        LiveOneTick();
+    }
+}
+
+void SimulatedBoard::LiveOneTick() {
+    bench.Tick();
+    if (!chip) {
+        return;
+    }
+    chip->Tick(bench);
+    for (size_t fan = 0; fan < Bench::fanCount; ++fan) {
+        bench.DriveFan(fan, chip->Drive(fan));
+    }
 }
 
 /// Of the index only bits 0 to 7 count; they are the register's address.
 void SimulatedBoard::ReadRegister(int32_t value, int32_t index, uint8_t *reply) {
     reply[0] =
-        value == settings.chipAddress ? chip.Read(static_cast<uint8_t>(index & 0xFF)) : openBus;
+        value == settings.chipAddress ? chip->Read(static_cast<uint8_t>(index & 0xFF)) : openBus;
 }
 
 /// Of the index only bits 0 to 7, the register's address, and 8 to 15, the data, count.
 void SimulatedBoard::WriteRegister(int32_t value, int32_t index, uint8_t * /*reply*/) {
     if (value == settings.chipAddress) {
-        chip.Write(static_cast<uint8_t>(index & 0xFF), static_cast<uint8_t>(index >> 8 & 0xFF));
+        chip->Write(static_cast<uint8_t>(index & 0xFF), static_cast<uint8_t>(index >> 8 & 0xFF),
+                    bench);
     }
 }
 

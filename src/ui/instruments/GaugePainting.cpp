@@ -1,4 +1,5 @@
 #include "ui/instruments/Gauge.h"
+#include "ui/instruments/Scale.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
@@ -66,42 +67,6 @@ double Side(int pointer) {
 
 double HandleDegrees(int pointer) {
     return qRadiansToDegrees(std::atan2(Side(pointer) * handleWidth / 2, handleMiddle));
-}
-
-struct Steps {
-    double numbered;
-    int divisions;
-};
-
-bool Divides(double step, double value) {
-    return std::abs(value / step - std::round(value / step)) < 1e-9;
-}
-
-/// Round steps for a scale: those that meet both its ends if possible, and about seven of them.
-Steps StepsFor(double from, double to) {
-    constexpr double wantedCount = 7;
-    struct Candidate {
-        double factor;
-        int divisions;
-    };
-    constexpr std::array candidates{Candidate{0.5, 5}, Candidate{1, 5}, Candidate{2, 4},
-                                    Candidate{2.5, 5}, Candidate{5, 5}};
-    const double range = to - from;
-    const double decade = std::pow(10, std::floor(std::log10(range / wantedCount)));
-    Steps best{range, 1};
-    double leastFault = INFINITY;
-    for (const Candidate &candidate : candidates) {
-        const double step = candidate.factor * decade;
-        double fault = std::abs(std::log2(range / step / wantedCount));
-        if (!Divides(step, from) || !Divides(step, to)) {
-            fault += 0.5;
-        }
-        if (fault < leastFault) {
-            leastFault = fault;
-            best = {step, candidate.divisions};
-        }
-    }
-    return best;
 }
 
 } // namespace
@@ -186,32 +151,17 @@ void Gauge::UpdateFace() {
 }
 
 void Gauge::AddTicks() {
-    // A number or tick nearer than this share of its step to an end of the scale gives way
-    // to that of the end.
-    constexpr double leastApart = 0.6;
-    AddNumber(minimum);
-    if (maximum <= minimum) {
-        return;
-    }
-    AddNumber(maximum);
-    const auto [step, divisions] = StepsFor(minimum, maximum);
-    const double division = step / divisions;
-    const auto first = qCeil(minimum / division);
-    const auto last = qFloor(maximum / division);
-    for (int index = first; index <= last; ++index) {
-        const double value = index * division;
-        const double fromEnd = qMin(value - minimum, maximum - value);
-        const double degrees = DegreesOf(value);
-        if (index % divisions == 0 && fromEnd >= leastApart * step) {
-            AddNumber(value);
-            face.majorTicks.append({OnFace(degrees, ringInner), OnFace(degrees, ringOuter)});
-        } else if (fromEnd >= leastApart * division) {
-            face.minorTicks.append(
-                {OnFace(degrees, ringInner), OnFace(degrees, ringInner + minorTickLength)});
+    const ScaleMarks marks = MarksFor(minimum, maximum);
+    for (const double value : marks.numbered) {
+        AddNumber(value);
+        if (maximum > minimum) {
+            face.majorTicks.append(
+                {OnFace(DegreesOf(value), ringInner), OnFace(DegreesOf(value), ringOuter)});
         }
     }
-    for (const double degrees : {0.0, sweepDegrees}) {
-        face.majorTicks.append({OnFace(degrees, ringInner), OnFace(degrees, ringOuter)});
+    for (const double value : marks.small) {
+        face.minorTicks.append({OnFace(DegreesOf(value), ringInner),
+                                OnFace(DegreesOf(value), ringInner + minorTickLength)});
     }
 }
 

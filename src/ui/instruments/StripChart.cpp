@@ -1,6 +1,6 @@
 #include "ui/instruments/StripChart.h"
 
-#include "ui/instruments/StripChartPlottable.h"
+#include "ui/instruments/StripChartPlot.h"
 
 #include <QAccessible>
 #include <QEvent>
@@ -63,7 +63,7 @@ StripChart::StripChart(const ChannelHistory &source, StripChartSetup shown, QWid
     , history(source)
     , setup(std::move(shown))
     , columns(std::make_unique<StripChartColumns>(source))
-    , plot(new QCustomPlot(this))
+    , plot(new StripChartPlot(*columns, this))
     , windowSpan(setup.visibleSeconds) {
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
@@ -74,15 +74,15 @@ StripChart::StripChart(const ChannelHistory &source, StripChartSetup shown, QWid
     plot->setPlottingHints(QCP::phCacheLabels);
     plot->setNotAntialiasedElements(QCP::aeAll);
     plot->setLocale(QLocale::c());
-    plot->layer(QStringLiteral("overlay"))->setMode(QCPLayer::lmLogical);
     SetupAxes();
     SetupTraces();
     SetupLabels();
     ApplyPalette();
     connect(plot, &QCustomPlot::beforeReplot, this, &StripChart::BeforeReplot);
     connect(plot, &QCustomPlot::afterLayout, this, [this] {
+        PlaceLabels();
         // Tick labels of another width have moved the plot's edges: the columns follow.
-        if (columns->Count() != qRound(PlotRect().width() * plot->bufferDevicePixelRatio())) {
+        if (columns->Count() != ColumnCount()) {
             Redraw();
         }
     });
@@ -118,43 +118,49 @@ void StripChart::SetupAxes() {
 
 void StripChart::SetupTraces() {
     for (const auto &trace : setup.traces) {
-        QCPAxis *axis = trace.rightAxis && setup.right ? plot->yAxis2 : plot->yAxis;
-        traces.push_back(new StripChartPlottable(plot->xAxis, axis, *columns, trace.channel));
-        // Above the axes: the newest column is at the line of one.
-        traces.back()->setLayer(QStringLiteral("legend"));
+        plot->AddTrace(trace.rightAxis && setup.right ? plot->yAxis2 : plot->yAxis, trace.channel);
     }
-    cursor = new StripChartCursor(plot);
 }
 
 void StripChart::SetupLabels() {
     // Below the traces: no label ever covers a value.
     plot->addLayer(QStringLiteral("labels"), plot->layer(QStringLiteral("grid")));
-    const auto newText = [this] {
-        auto *item = new QCPItemText(plot);
-        item->setClipToAxisRect(false);
-        item->setPadding(QMargins(3, 0, 3, 0));
-        return item;
-    };
     for (const auto &label : setup.labels) {
         QCPItemText *item = nullptr;
         if (label.place == Label::Place::AtPosition) {
-            item = newText();
+            item = new QCPItemText(plot);
+            item->setClipToAxisRect(false);
+            item->setPadding(QMargins(3, 0, 3, 0));
             item->setLayer(QStringLiteral("labels"));
             item->setPositionAlignment(Qt::AlignLeft | Qt::AlignTop);
-            item->position->setType(QCPItemPosition::ptViewportRatio);
-            item->position->setCoords(label.position);
+            item->position->setType(QCPItemPosition::ptAbsolute);
         }
         labelItems.push_back(item);
     }
-    awaySign = newText();
-    awaySign->setLayer(QStringLiteral("overlay"));
-    awaySign->setText(tr("Not live: double click or End to return"));
-    awaySign->setPositionAlignment(Qt::AlignHCenter | Qt::AlignTop);
-    awaySign->position->setType(QCPItemPosition::ptAxisRectRatio);
-    awaySign->position->setCoords(0.5, 0.02);
-    awaySign->setVisible(false);
     for (int entry = 0; entry < static_cast<int>(setup.labels.size()); ++entry) {
         SetLabel(entry, setup.labels[static_cast<size_t>(entry)].text);
+    }
+}
+
+/// After a layout that has moved the plot, or where the labels are others.
+void StripChart::PlaceLabels() {
+    const QRectF room = plot->axisRect()->rect();
+    if (room == labelRoom) {
+        return;
+    }
+    labelRoom = room;
+    const auto within = [](double wanted, double low, double high) {
+        return std::max(low, std::min(wanted, high));
+    };
+    for (size_t index = 0; index < labelItems.size(); ++index) {
+        if (auto *item = labelItems[index]) {
+            const QPointF wanted = setup.labels[index].position;
+            const QPointF size =
+                item->bottomRight->pixelPosition() - item->topLeft->pixelPosition();
+            item->position->setCoords(
+                within(wanted.x() * plot->width(), room.left(), room.right() - size.x()),
+                within(wanted.y() * plot->height(), room.top(), room.bottom() - size.y()));
+        }
     }
 }
 
@@ -176,15 +182,14 @@ void StripChart::SetLabel(int entry, const QString &text) {
     } else {
         (label.place == Label::Place::LeftAxisTitle ? plot->yAxis : plot->yAxis2)->setLabel(text);
     }
+    labelRoom = {};
     Redraw();
 }
 
 void StripChart::SetLabelVerticalPosition(int entry, double fraction) {
     const auto index = static_cast<size_t>(entry);
     setup.labels.at(index).position.setY(fraction);
-    if (auto *item = labelItems[index]) {
-        item->position->setCoords(setup.labels[index].position);
-    }
+    labelRoom = {};
     Redraw();
 }
 
@@ -200,7 +205,7 @@ void StripChart::HistoryChanged() {
     if (!isVisible()) {
         return;
     }
-    Redraw();
+    Follow();
     if (QAccessible::isActive() &&
         (!sinceDescribed.isValid() || sinceDescribed.hasExpired(millisecondsBetweenDescriptions))) {
         DescribeLastValues();
@@ -220,37 +225,75 @@ void StripChart::DescribeLastValues() {
     setAccessibleDescription(values.join(QStringLiteral(", ")));
 }
 
-/// Any number of calls until the next turn of the event loop paint once.
+bool StripChart::CanBeSeen() const {
+    return isVisible() && !window()->isMinimized();
+}
+
+/// Paints everything anew. Any number of calls until the next turn of the event loop paint once.
 void StripChart::Redraw() {
-    if (isVisible() && !window()->isMinimized()) {
+    if (CanBeSeen()) {
+        plot->TracesChanged();
         plot->replot(QCustomPlot::rpQueuedReplot);
     }
+}
+
+/// Paints what new samples have changed: everything but the traces only where the time axis has
+/// to move, and often nothing at all.
+void StripChart::Follow() {
+    if (!CanBeSeen() || columns->Count() == 0) {
+        return;
+    }
+    if (live) {
+        windowEnd = LiveEnd();
+    }
+    const int count = columns->Count();
+    const double width = columns->Width();
+    if (FirstColumn(width, count) != columns->Begin()) {
+        plot->replot(QCustomPlot::rpQueuedReplot);
+        return;
+    }
+    const int64_t changed = columns->Update(width, columns->Begin(), count);
+    plot->TracesChanged(changed);
+    if (changed < columns->End()) {
+        RedrawCursor();
+    }
+}
+
+/// How many columns of pixels the plot has; none where there is no room for it.
+int StripChart::ColumnCount() const {
+    return std::max(0, qRound(PlotRect().width() * plot->bufferDevicePixelRatio()));
+}
+
+/// The leftmost of `count` columns that end with the window.
+int64_t StripChart::FirstColumn(double width, int count) const {
+    return static_cast<int64_t>(std::floor(windowEnd / width)) + 1 - count;
 }
 
 void StripChart::BeforeReplot() {
     const double ratio = devicePixelRatioF();
     if (plot->bufferDevicePixelRatio() != ratio) {
         plot->setBufferDevicePixelRatio(ratio);
+        plot->TracesChanged();
     }
     const QRectF rect = PlotRect();
-    const int count = qRound(rect.width() * ratio);
-    if (count <= 0) {
+    const int count = ColumnCount();
+    if (count == 0) {
+        columns->Update(windowSpan, 0, 0);
         return;
     }
     const double width = windowSpan / count;
     if (live) {
         windowEnd = LiveEnd();
     }
-    const double lastColumn = std::floor(windowEnd / width);
-    const auto begin = static_cast<int64_t>(lastColumn) + 1 - count;
-    columns->Update(width, begin, count);
+    const int64_t begin = FirstColumn(width, count);
+    plot->TracesChanged(columns->Update(width, begin, count));
     const double start = static_cast<double>(begin) * width;
     plot->xAxis->setRange(start, start + windowSpan);
     plot->xAxis->ticker()->setTickCount(std::max(2, static_cast<int>(rect.width()) / 90));
     for (QCPAxis *axis : {plot->yAxis, plot->yAxis2}) {
         axis->ticker()->setTickCount(std::max(2, static_cast<int>(rect.height()) / 45));
     }
-    awaySign->setVisible(!live);
+    plot->Overlay().SetNotice(live ? QString() : tr("Not live: double click or End to return"));
     UpdateCursor();
 }
 
@@ -267,8 +310,8 @@ void StripChart::ApplyPalette() {
         axis->setLabelFont(font());
         axis->grid()->setPen(Mix(ground, ink, 0.18));
     }
-    for (size_t index = 0; index < traces.size(); ++index) {
-        traces[index]->setPen(Readable(setup.traces[index].colour, ground));
+    for (size_t index = 0; index < setup.traces.size(); ++index) {
+        plot->Traces()[index]->setPen(Readable(setup.traces[index].colour, ground));
     }
     QFont bold = font();
     bold.setBold(true);
@@ -280,11 +323,8 @@ void StripChart::ApplyPalette() {
             item->setFont(bold);
         }
     }
-    awaySign->setColor(palette().color(QPalette::HighlightedText));
-    awaySign->setBrush(palette().color(QPalette::Highlight));
-    awaySign->setFont(font());
-    cursor->ground = ground;
-    cursor->ink = ink;
+    labelRoom = {};
+    plot->Overlay().SetPalette(palette(), font());
     Redraw();
 }
 

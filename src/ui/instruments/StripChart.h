@@ -15,14 +15,12 @@
 class QCPAxis;
 class QCPItemText;
 class QCPRange;
-class QCustomPlot;
 class QMenu;
 
 namespace ztm {
 
 class StripChartColumns;
-class StripChartCursor;
-class StripChartPlottable;
+class StripChartPlot;
 
 /// What a strip chart shows.
 struct StripChartSetup {
@@ -44,8 +42,10 @@ struct StripChartSetup {
 
         QString text;
         Place place = Place::AtPosition;
-        QPointF position; ///< top left corner in fractions of the chart's width and height
-        QColor colour;    ///< invalid: that of the chart's text
+        /// Top left corner in fractions of the chart's width and height. Where there is little
+        /// room the label keeps to the plot.
+        QPointF position;
+        QColor colour; ///< invalid: that of the chart's text
     };
 
     std::vector<Trace> traces;
@@ -161,9 +161,14 @@ private:
     void SetupAxes();
     void SetupTraces();
     void SetupLabels();
+    void PlaceLabels();
     void ApplyPalette();
+    bool CanBeSeen() const;
     void Redraw();
+    void Follow();
     void BeforeReplot();
+    int ColumnCount() const;
+    int64_t FirstColumn(double width, int count) const;
     void DescribeLastValues();
 
     // The time in sight
@@ -172,6 +177,7 @@ private:
     void ZoomTimeAt(double factor, double fraction);
     void ZoomTime(double factor);
     void PanTime(double seconds);
+    static double ValueSpan(double span);
     void ZoomValues(QCPAxis *axis, double factor, double fraction);
     void PanValues(double fraction);
 
@@ -188,7 +194,8 @@ private:
     bool MoveByKey(const QKeyEvent &event);
 
     // The read-out
-    void UpdateCursor();
+    bool UpdateCursor();
+    void RedrawCursor();
     QString NameOf(const StripChartSetup::Trace &trace) const;
     QString ReadingOf(const StripChartSetup::Trace &trace, int column) const;
 
@@ -200,11 +207,9 @@ private:
     const ChannelHistory &history;
     StripChartSetup setup;
     std::unique_ptr<StripChartColumns> columns;
-    QCustomPlot *plot;
-    StripChartCursor *cursor = nullptr; // owned by the plot, as are those that follow
-    QCPItemText *awaySign = nullptr;
-    std::vector<StripChartPlottable *> traces;
-    std::vector<QCPItemText *> labelItems; // nullptr for the title of an axis
+    StripChartPlot *plot;
+    std::vector<QCPItemText *> labelItems; // owned by the plot; nullptr for the title of an axis
+    QRectF labelRoom;                      // the plot that the labels have been placed in
     QPointer<QMenu> menu;
     std::optional<Drag> drag;
     std::optional<double> cursorX; // pixels from the left of the plot

@@ -15,28 +15,53 @@ size_t StripChartColumns::Slot(int64_t column) const {
     return static_cast<size_t>(slot < 0 ? slot + size : slot);
 }
 
-void StripChartColumns::Update(double width, int64_t begin, int count) {
+/// Whether both are drawn alike; where a column's line ended matters only to the next one.
+bool StripChartColumns::LooksLike(const Column &one, const Column &other) {
+    const auto same = [](float a, float b) { return a == b || (std::isnan(a) && std::isnan(b)); };
+    return std::equal(one.begin(), one.end(), other.begin(), [&](const Extent &a, const Extent &b) {
+        return a.any == b.any && same(a.low, b.low) && same(a.high, b.high) &&
+               same(a.first, b.first);
+    });
+}
+
+StripChartColumns::Column StripChartColumns::Read(int64_t column) const {
+    return history.MinMax(static_cast<double>(column) * seconds,
+                          static_cast<double>(column + 1) * seconds);
+}
+
+int64_t StripChartColumns::Update(double width, int64_t begin, int count) {
     const bool same = width == seconds && count == Count() && generation == history.Generation();
-    if (same && begin == first && sampleCount == history.SampleCount()) {
-        return;
+    const int64_t end = begin + std::max(count, 0);
+    if (same && begin == first && (sampleCount == history.SampleCount() || settledUntil >= end)) {
+        return end;
     }
-    int64_t knownBegin = first;
-    int64_t knownEnd = std::min(first + Count(), settledUntil);
+    const int64_t knownBegin = same ? first : begin;
+    const int64_t knownEnd = same ? End() : begin;
+    const int64_t settledEnd = std::min(knownEnd, settledUntil);
     if (!same) {
-        knownBegin = knownEnd = begin;
-        extents.assign(static_cast<size_t>(std::max(count, 0)), {});
+        extents.assign(static_cast<size_t>(end - begin), {});
     }
     seconds = width;
     first = begin;
     generation = history.Generation();
     sampleCount = history.SampleCount();
     settledUntil = history.IsEmpty() ? begin : ColumnOf(history.LastTime());
-    for (int64_t column = begin; column < begin + count; ++column) {
-        if (column < knownBegin || column >= knownEnd) {
-            extents[Slot(column)] = history.MinMax(static_cast<double>(column) * width,
-                                                   static_cast<double>(column + 1) * width);
+    int64_t changed = begin < knownBegin || !same ? begin : end;
+    for (int64_t column = begin; column < end; ++column) {
+        if (column < knownBegin || column >= settledEnd) {
+            Column &known = extents[Slot(column)];
+            const Column now = Read(column);
+            if (column >= knownEnd || !LooksLike(known, now)) {
+                changed = std::min(changed, column);
+            }
+            known = now;
         }
     }
+    // A line over columns without samples is drawn only once its far end is known.
+    while (changed > begin && !HasSamples(changed - 1)) {
+        --changed;
+    }
+    return changed;
 }
 
 Extent StripChartColumns::Whole(int channel) const {

@@ -15,15 +15,22 @@ public:
     explicit StripChartColumns(const ChannelHistory &source) : history(source) {}
 
     /// Brings `count` columns of `width` seconds up to date, the leftmost being column `begin`.
-    void Update(double width, int64_t begin, int count);
+    /// Returns the first column, counted from the origin, from which on the traces may look
+    /// different, begin + count when they do not. The column before it has samples, unless that
+    /// is out of sight.
+    int64_t Update(double width, int64_t begin, int count);
 
     int64_t Begin() const { return first; }
     int Count() const { return static_cast<int>(extents.size()); }
+    int64_t End() const { return first + Count(); }
     double Width() const { return seconds; }
     /// The column, counted from the origin, that holds a time.
     int64_t ColumnOf(double time) const;
     /// Where column `index` begins, 0 being the leftmost one.
     double TimeOf(int index) const { return static_cast<double>(first + index) * seconds; }
+
+    /// Where a column, counted from the origin, has its place in a ring of Count() columns.
+    size_t Slot(int64_t column) const;
 
     /// A channel in column `index`, 0 being the leftmost one.
     const Extent &At(int channel, int index) const {
@@ -36,10 +43,14 @@ public:
     const ChannelHistory &History() const { return history; }
 
 private:
-    size_t Slot(int64_t column) const;
+    using Column = std::array<Extent, ChannelHistory::channelCount>;
+
+    static bool LooksLike(const Column &one, const Column &other);
+    bool HasSamples(int64_t column) const { return extents[Slot(column)].front().any; }
+    Column Read(int64_t column) const;
 
     const ChannelHistory &history;
-    std::vector<std::array<Extent, ChannelHistory::channelCount>> extents;
+    std::vector<Column> extents;
     double seconds = 0;
     int64_t first = 0;
     int64_t settledUntil = 0; // columns before this one have all their samples

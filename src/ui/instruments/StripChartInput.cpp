@@ -1,5 +1,5 @@
 #include "ui/instruments/StripChart.h"
-#include "ui/instruments/StripChartPlottable.h"
+#include "ui/instruments/StripChartPlot.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -53,7 +53,8 @@ QCPAxis *StripChart::AxisOf(Part part) const {
 /// The point in fractions of the plot, from its lower left corner.
 QPointF StripChart::FractionOf(QPointF point) const {
     const QRectF rect = PlotRect();
-    return {(point.x() - rect.left()) / rect.width(), (rect.bottom() - point.y()) / rect.height()};
+    return {(point.x() - rect.left()) / std::max(rect.width(), 1.0),
+            (rect.bottom() - point.y()) / std::max(rect.height(), 1.0)};
 }
 
 void StripChart::ShowPointer(QPointF point) {
@@ -89,7 +90,7 @@ void StripChart::mouseMoveEvent(QMouseEvent *event) {
     } else {
         cursorX.reset();
     }
-    Redraw();
+    RedrawCursor();
 }
 
 void StripChart::mouseReleaseEvent(QMouseEvent *event) {
@@ -102,7 +103,7 @@ void StripChart::mouseReleaseEvent(QMouseEvent *event) {
 void StripChart::leaveEvent(QEvent *event) {
     QWidget::leaveEvent(event);
     cursorX.reset();
-    Redraw();
+    RedrawCursor();
 }
 
 void StripChart::mouseDoubleClickEvent(QMouseEvent *event) {
@@ -131,16 +132,15 @@ void StripChart::DragValues(QPointF point) {
     const double was = FractionOf(drag->start).y();
     const double now = FractionOf(point).y();
     const double span = drag->upper - drag->lower;
-    QCPRange range(drag->lower, drag->upper);
+    QCPAxis *axis = AxisOf(drag->place.part);
     if (drag->place.grip == Grip::UpperEnd) {
-        range.upper = drag->lower + span * was / std::max(now, leastFraction);
+        const double zoomed = ValueSpan(span * was / std::max(now, leastFraction));
+        axis->setRange(drag->lower, drag->lower + zoomed);
     } else if (drag->place.grip == Grip::LowerEnd) {
-        range.lower = drag->upper - span * (1 - was) / std::max(1 - now, leastFraction);
+        const double zoomed = ValueSpan(span * (1 - was) / std::max(1 - now, leastFraction));
+        axis->setRange(drag->upper - zoomed, drag->upper);
     } else {
-        range += span * (was - now);
-    }
-    if (QCPRange::validRange(range)) {
-        AxisOf(drag->place.part)->setRange(range);
+        axis->setRange(QCPRange(drag->lower, drag->upper) + span * (was - now));
     }
 }
 

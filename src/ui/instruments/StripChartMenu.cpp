@@ -1,11 +1,11 @@
 #include "ui/instruments/StripChart.h"
 
+#include "ui/FileDialogs.h"
 #include "ui/Messages.h"
-#include "ui/instruments/StripChartPlottable.h"
+#include "ui/instruments/StripChartPlot.h"
 
 #include <QClipboard>
 #include <QContextMenuEvent>
-#include <QFileDialog>
 #include <QGuiApplication>
 #include <QMenu>
 #include <QSaveFile>
@@ -68,6 +68,7 @@ bool StripChart::SavePicture(const QString &path) const {
         QSvgGenerator generator;
         generator.setOutputDevice(&file);
         generator.setSize(plot->size());
+        generator.setResolution(plot->logicalDpiX()); // texts as large as on the screen
         generator.setViewBox(QRect(QPoint(), plot->size()));
         QCPPainter painter;
         if (!painter.begin(&generator)) {
@@ -128,24 +129,16 @@ void StripChart::AskAndSavePicture() {
 #ifdef QT_SVG_LIB
     kinds += tr(";;SVG drawing (*.svg)");
 #endif
-    QString chosen;
-    QString path =
-        QFileDialog::getSaveFileName(this, tr("Save Picture"), QString(), kinds, &chosen);
-    if (path.isEmpty()) {
-        return;
-    }
-    if (QFileInfo(path).suffix().isEmpty()) {
-        path += chosen.section(QLatin1Char('*'), -1).chopped(1); // "….pdf)" gives ".pdf"
-    }
-    if (!SavePicture(path)) {
+    const QString path = AskSaveFileOfKind(this, tr("Save Picture"), kinds);
+    if (!path.isEmpty() && !SavePicture(path)) {
         ShowMessage(tr("The picture could not be saved as\n%1").arg(path), tr("Save Picture"),
                     QMessageBox::Warning);
     }
 }
 
 void StripChart::AskAndSaveVisibleRange() {
-    const QString path = QFileDialog::getSaveFileName(this, tr("Save Visible Range"), QString(),
-                                                      tr("Tab-separated text (*.txt *.tsv)"));
+    const QString path =
+        AskSaveFileOfKind(this, tr("Save Visible Range"), tr("Tab-separated text (*.txt *.tsv)"));
     if (!path.isEmpty() && !SaveVisibleRange(path)) {
         ShowMessage(tr("The values could not be saved as\n%1").arg(path), tr("Save Visible Range"),
                     QMessageBox::Warning);

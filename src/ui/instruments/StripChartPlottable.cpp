@@ -37,6 +37,15 @@ QString TimeOfDayTicker::getTickLabel(double tick, const QLocale & /*locale*/, Q
     return TimeOfDayText(tick, QLatin1Char(' '));
 }
 
+bool IsExport(const QCPPainter &painter) {
+    return painter.modes().testFlag(QCPPainter::pmNoCaching);
+}
+
+QRect DevicePlotRect(const QCPAxisRect &rect, double ratio) {
+    return {qRound(rect.left() * ratio), qRound(rect.top() * ratio), qRound(rect.width() * ratio),
+            qRound(rect.height() * ratio)};
+}
+
 StripChartPlottable::StripChartPlottable(QCPAxis *timeAxis, QCPAxis *valueAxis,
                                          const StripChartColumns &source, int channelIndex)
     : QCPAbstractPlottable(timeAxis, valueAxis), columns(source), channel(channelIndex) {
@@ -61,76 +70,103 @@ QCPRange StripChartPlottable::getValueRange(bool &found, QCP::SignDomain /*domai
     return found ? QCPRange(whole.low, whole.high) : QCPRange();
 }
 
-void StripChartPlottable::draw(QCPPainter *painter) {
+StripChartPlottable::ValueScale StripChartPlottable::Scale() const {
     const double ratio = mParentPlot->bufferDevicePixelRatio();
-    const QRect rect = mKeyAxis->axisRect()->rect();
     const QCPRange range = mValueAxis->range();
-    if (columns.Count() == 0 || !(range.size() > 0)) {
+    ValueScale result;
+    result.rect = DevicePlotRect(*mKeyAxis->axisRect(), ratio);
+    result.thickness = std::max(1, qRound(ratio));
+    result.highest = range.upper;
+    // Both ends of the range are in sight.
+    const double pixels = result.rect.height() - result.thickness;
+    result.pixelsPerUnit = range.size() > 0 && pixels > 0 ? pixels / range.size() : 0;
+    return result;
+}
+
+/// The library moves it up by a pixel; the lowest row is to stay.
+QRect StripChartPlottable::clipRect() const {
+    return QCPAbstractPlottable::clipRect().adjusted(0, 1, 0, 1);
+}
+
+void StripChartPlottable::draw(QCPPainter *painter) {
+    if (!IsExport(*painter) || columns.Count() == 0) {
         return;
     }
-    left = std::round(rect.left() * ratio);
-    bottom = (rect.top() + rect.height()) * ratio;
-    ceiling = rect.top() * ratio;
-    pixelsPerUnit = rect.height() * ratio / range.size();
-    lowest = range.lower;
-    thickness = std::max(1.0, std::round(ratio));
-    CollectSegments();
-    // In whole device pixels, which the painter fills directly.
+    const double ratio = mParentPlot->bufferDevicePixelRatio();
     painter->save();
     painter->setAntialiasing(false);
     painter->scale(1 / ratio, 1 / ratio);
+    painter->translate(Scale().rect.topLeft());
     painter->setPen(Qt::NoPen);
-    painter->setBrush(mPen.color());
-    painter->drawRects(segments);
+    Paint(*painter, 0, 0);
     painter->restore();
+}
+
+void StripChartPlottable::Paint(QPainter &painter, int from, int origin) {
+    scale = Scale();
+    if (scale.pixelsPerUnit == 0) {
+        return;
+    }
+    firstColumn = from;
+    originColumn = origin;
+    CollectSegments(from);
+    painter.setBrush(mPen.color());
+    painter.drawRects(segments);
 }
 
 void StripChartPlottable::drawLegendIcon(QCPPainter *painter, const QRectF &rect) const {
     painter->fillRect(QRectF(rect.left(), rect.center().y(), rect.width(), 1), mPen.color());
 }
 
-void StripChartPlottable::CollectSegments() {
-    segments.clear();
-    const ChannelHistory &history = columns.History();
-    const auto columnOf = [this](double time) {
-        constexpr int64_t farAway = 1'000'000;
-        return static_cast<int>(
-            std::clamp(columns.ColumnOf(time) - columns.Begin(), -farAway, farAway));
-    };
-    // The line comes in from the last sample before the left edge.
-    const double before = history.TimeBefore(columns.TimeOf(0));
-    int last = -1;
-    float lastValue = Extent::gap;
-    if (!std::isnan(before)) {
-        last = columnOf(before);
-        lastValue = history.ValueAt(channel, before);
+/// A column of this chart, far away ones nearer than they are.
+int StripChartPlottable::IndexOf(double time) const {
+    constexpr int64_t farAway = 1'000'000;
+    return static_cast<int>(
+        std::clamp(columns.ColumnOf(time) - columns.Begin(), -farAway, farAway));
+}
+
+/// Where the line comes in from.
+StripChartPlottable::Pen StripChartPlottable::PenBefore(int column) const {
+    if (column > 0) {
+        return {column - 1, columns.At(channel, column - 1).last};
     }
-    for (int column = 0; column < columns.Count(); ++column) {
+    const ChannelHistory &history = columns.History();
+    const double before = history.TimeBefore(columns.TimeOf(0));
+    if (std::isnan(before)) {
+        return {-1, Extent::gap};
+    }
+    return {IndexOf(before), history.ValueAt(channel, before)};
+}
+
+void StripChartPlottable::CollectSegments(int from) {
+    segments.clear();
+    Pen pen = PenBefore(from);
+    for (int column = from; column < columns.Count(); ++column) {
         const Extent &extent = columns.At(channel, column);
         if (!extent.any) {
             continue;
         }
         double low = extent.low;
         double high = extent.high;
-        if (!std::isnan(extent.first) && !std::isnan(lastValue)) {
-            Join(last, lastValue, column, extent.first);
-            if (last + 1 == column) {
-                low = std::fmin(low, lastValue);
-                high = std::fmax(high, lastValue);
+        if (!std::isnan(extent.first) && !std::isnan(pen.value)) {
+            Join(pen.column, pen.value, column, extent.first);
+            if (pen.column + 1 == column) {
+                low = std::fmin(low, pen.value);
+                high = std::fmax(high, pen.value);
             }
         }
         if (low <= high) {
             AddSegment(column, low, high);
         }
-        last = column;
-        lastValue = extent.last;
+        pen = {column, extent.last};
     }
     // And it leaves for the first one beyond the right edge.
+    const ChannelHistory &history = columns.History();
     const double after = history.TimeFrom(columns.TimeOf(columns.Count()));
-    if (!std::isnan(after) && !std::isnan(lastValue)) {
+    if (!std::isnan(after) && !std::isnan(pen.value)) {
         const float next = history.MinMax(channel, after, std::nextafter(after, 1e18)).first;
         if (!std::isnan(next)) {
-            Join(last, lastValue, columnOf(after), next);
+            Join(pen.column, pen.value, IndexOf(after), next);
         }
     }
 }
@@ -138,23 +174,27 @@ void StripChartPlottable::CollectSegments() {
 /// Fills the columns between two samples that are further apart than a column.
 void StripChartPlottable::Join(int from, double fromValue, int to, double toValue) {
     const double slope = (toValue - fromValue) / (to - from);
-    for (int column = std::max(from + 1, 0); column < std::min(to, columns.Count()); ++column) {
+    const int end = std::min(to, columns.Count());
+    for (int column = std::max(from + 1, firstColumn); column < end; ++column) {
         const double start = fromValue + slope * (column - from - 0.5);
         AddSegment(column, std::min(start, start + slope), std::max(start, start + slope));
     }
 }
 
-/// A segment keeps to the plot's height with a little room, so that coordinates stay small
-/// however far the axis is zoomed in; neighbours of the same height become one.
+/// A segment keeps to the plot, also in files of a kind that cannot clip; neighbours of the same
+/// height become one.
 void StripChartPlottable::AddSegment(int column, double low, double high) {
-    const double room = 4 * thickness;
+    const int height = scale.rect.height();
     const auto rowOf = [&](double value) {
-        return static_cast<int>(std::floor(
-            std::clamp(bottom - (value - lowest) * pixelsPerUnit, ceiling - room, bottom + room)));
+        return qRound(std::clamp((scale.highest - value) * scale.pixelsPerUnit,
+                                 -1.0 * scale.thickness, 1.0 * height));
     };
-    const int top = rowOf(high);
-    const QRect segment(static_cast<int>(left) + column, top, 1,
-                        rowOf(low) - top + static_cast<int>(thickness));
+    const int top = std::max(0, rowOf(high));
+    const int bottom = std::min(height, rowOf(low) + scale.thickness);
+    if (top >= bottom) {
+        return;
+    }
+    const QRect segment((originColumn + column) % columns.Count(), top, 1, bottom - top);
     if (!segments.isEmpty()) {
         QRect &previous = segments.back();
         if (previous.top() == segment.top() && previous.height() == segment.height() &&
@@ -164,58 +204,6 @@ void StripChartPlottable::AddSegment(int column, double low, double high) {
         }
     }
     segments.append(segment);
-}
-
-StripChartCursor::StripChartCursor(QCustomPlot *plot)
-    : QCPLayerable(plot, QStringLiteral("overlay")) {}
-
-void StripChartCursor::Show(double x, std::vector<Row> readings) {
-    position = x;
-    rows = std::move(readings);
-}
-
-void StripChartCursor::applyDefaultAntialiasingHint(QCPPainter *painter) const {
-    painter->setAntialiasing(false);
-}
-
-void StripChartCursor::draw(QCPPainter *painter) {
-    if (rows.empty()) {
-        return;
-    }
-    const QRectF plot = mParentPlot->axisRect()->rect();
-    painter->fillRect(QRectF(plot.left() + position, plot.top(), 1, plot.height()), ink);
-
-    const QFontMetricsF metrics(painter->font());
-    const double space = metrics.horizontalAdvance(QLatin1Char(' '));
-    double nameWidth = 0;
-    double readingWidth = 0;
-    for (const Row &row : rows) {
-        nameWidth = std::max(nameWidth, metrics.horizontalAdvance(row.name));
-        readingWidth = std::max(readingWidth, metrics.horizontalAdvance(row.reading));
-    }
-    const double margin = 2 * space;
-    const double swatch = metrics.height() * 0.6;
-    const double width = margin * 2 + swatch + space + nameWidth + margin + readingWidth;
-    const double height = static_cast<double>(rows.size()) * metrics.height() + margin;
-    double x = plot.left() + position + margin;
-    if (x + width > plot.right()) {
-        x = std::max(plot.left(), plot.left() + position - margin - width);
-    }
-    QRectF box(x, plot.bottom() - height - margin, width, height);
-    painter->setPen(ink);
-    painter->setBrush(ground);
-    painter->drawRect(box);
-    QRectF line(box.left() + margin, box.top() + margin / 2, width - 2 * margin, metrics.height());
-    for (const Row &row : rows) {
-        if (row.colour.isValid()) {
-            painter->fillRect(QRectF(line.left(), line.center().y() - 1, swatch, 3), row.colour);
-        }
-        painter->setPen(ink);
-        painter->drawText(line.adjusted(swatch + space, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter,
-                          row.name);
-        painter->drawText(line, Qt::AlignRight | Qt::AlignVCenter, row.reading);
-        line.translate(0, metrics.height());
-    }
 }
 
 } // namespace ztm

@@ -18,9 +18,16 @@ protected:
     QString getTickLabel(double tick, const QLocale &locale, QChar format, int precision) override;
 };
 
+/// Whether the painter is that of a file or of the clipboard, not of the screen.
+bool IsExport(const QCPPainter &painter);
+
+/// The plot in whole device pixels.
+QRect DevicePlotRect(const QCPAxisRect &rect, double ratio);
+
 /// One trace: in every pixel column a line from the least to the greatest value, reaching to
 /// where the column before ended. Gaps stay open; samples further apart than a column are
-/// joined by straight lines.
+/// joined by straight lines. On the screen its picture shows it; the library draws it only into
+/// what is saved.
 class StripChartPlottable final : public QCPAbstractPlottable {
 public:
     StripChartPlottable(QCPAxis *timeAxis, QCPAxis *valueAxis, const StripChartColumns &columns,
@@ -31,51 +38,44 @@ public:
     QCPRange getValueRange(bool &found, QCP::SignDomain domain,
                            const QCPRange &keys) const override;
 
+    /// Where values stand in device pixels.
+    struct ValueScale {
+        QRect rect; ///< of the plot
+        int thickness = 1;
+        double highest = 0;       ///< value at the top
+        double pixelsPerUnit = 0; ///< 0 where nothing can be drawn
+    };
+    ValueScale Scale() const;
+
+    /// Paints the columns from index `from` on, in device pixels with the origin at the top left
+    /// of the plot. Column `index` stands at (origin + index) modulo the number of columns. The
+    /// column before `from`, if there is one, must have samples.
+    void Paint(QPainter &painter, int from, int origin);
+
 protected:
+    QRect clipRect() const override;
     void draw(QCPPainter *painter) override;
     void drawLegendIcon(QCPPainter *painter, const QRectF &rect) const override;
 
 private:
-    void CollectSegments();
+    /// Where the line of a trace has got to.
+    struct Pen {
+        int column = 0;
+        float value = Extent::gap;
+    };
+
+    Pen PenBefore(int column) const;
+    int IndexOf(double time) const;
+    void CollectSegments(int from);
     void Join(int from, double fromValue, int to, double toValue);
     void AddSegment(int column, double low, double high);
 
     const StripChartColumns &columns;
     const int channel;
-    QVector<QRect> segments; // in device pixels; kept to save the allocation
-    double pixelsPerUnit = 1;
-    double bottom = 0;
-    double left = 0;
-    double lowest = 0;
-    double ceiling = 0;
-    double thickness = 1;
-};
-
-/// What the cursor of a chart says: a line at a time, and a box with the readings.
-class StripChartCursor final : public QCPLayerable {
-public:
-    struct Row {
-        QString name;
-        QString reading;
-        QColor colour;
-    };
-
-    explicit StripChartCursor(QCustomPlot *plot);
-
-    void Show(double x, std::vector<Row> readings);
-    void Hide() { rows.clear(); }
-    const std::vector<Row> &Rows() const { return rows; }
-
-    QColor ground;
-    QColor ink;
-
-protected:
-    void applyDefaultAntialiasingHint(QCPPainter *painter) const override;
-    void draw(QCPPainter *painter) override;
-
-private:
-    double position = 0; // pixels from the left of the plot
-    std::vector<Row> rows;
+    QVector<QRect> segments; // in device pixels of the plot; kept to save the allocation
+    ValueScale scale;        // of what is being painted, as are those that follow
+    int firstColumn = 0;
+    int originColumn = 0;
 };
 
 } // namespace ztm

@@ -1,7 +1,7 @@
 // What part of the history and of the value axes is in sight, and the read-out at the cursor.
 
 #include "ui/instruments/StripChart.h"
-#include "ui/instruments/StripChartPlottable.h"
+#include "ui/instruments/StripChartPlot.h"
 
 #include <algorithm>
 #include <cmath>
@@ -75,9 +75,14 @@ void StripChart::PanTime(double seconds) {
     SetWindow(end + seconds, windowSpan);
 }
 
+/// The span that a value axis takes when one is asked for.
+double StripChart::ValueSpan(double span) {
+    return std::clamp(span, smallestValueSpan, largestValueSpan);
+}
+
 void StripChart::ZoomValues(QCPAxis *axis, double factor, double fraction) {
     const QCPRange old = axis->range();
-    const double span = std::clamp(old.size() * factor, smallestValueSpan, largestValueSpan);
+    const double span = ValueSpan(old.size() * factor);
     const double pivot = old.lower + old.size() * fraction;
     axis->setRange(pivot - span * fraction, pivot + span * (1 - fraction));
 }
@@ -92,7 +97,7 @@ void StripChart::Fit() {
     for (QCPAxis *axis : {plot->yAxis, plot->yAxis2}) {
         double low = std::numeric_limits<double>::infinity();
         double high = -low;
-        for (const auto *trace : traces) {
+        for (const auto *trace : plot->Traces()) {
             bool found = false;
             const QCPRange range = trace->getValueRange(found, QCP::sdBoth, {});
             if (found && trace->valueAxis() == axis) {
@@ -120,7 +125,9 @@ void StripChart::RestoreScales() {
 void StripChart::ShowWholeHistory() {
     if (!history.IsEmpty()) {
         live = true;
-        SetWindow(LiveEnd(), history.LastTime() - history.FirstTime());
+        // The column of the newest sample may reach beyond it.
+        const double count = std::max(columns->Count(), 2);
+        SetWindow(LiveEnd(), (history.LastTime() - history.FirstTime()) * count / (count - 1));
     }
     Redraw();
 }
@@ -159,34 +166,41 @@ QString StripChart::ReadingOf(const StripChartSetup::Trace &trace, int column) c
     return (low == high ? low : low + QStringLiteral(" … ") + high) + trace.unit;
 }
 
-void StripChart::UpdateCursor() {
+/// Whether that changed what the cursor shows.
+bool StripChart::UpdateCursor() {
     if (!cursorX || columns->Count() == 0) {
-        cursor->Hide();
-        return;
+        return plot->Overlay().ShowCursor(0, {});
     }
     const double x = std::clamp(*cursorX, 0.0, PlotRect().width() - 1);
     const int column =
         std::clamp(static_cast<int>(x * plot->bufferDevicePixelRatio()), 0, columns->Count() - 1);
     const double time = columns->TimeOf(column);
-    std::vector<StripChartCursor::Row> rows;
+    std::vector<StripChartOverlay::Row> rows;
     const QLatin1Char colon(':');
     const double width = columns->Width();
     rows.push_back({width >= 1     ? TimeOfDayText(time, colon)
                     : width > 0.05 ? TimeOfDayText(time, colon, 1)
                                    : TimeOfDayText(time, colon, 3),
                     QString(), QColor()});
-    for (size_t index = 0; index < traces.size(); ++index) {
+    for (size_t index = 0; index < setup.traces.size(); ++index) {
         const auto &trace = setup.traces[index];
         if (history.HasValues(trace.channel)) {
-            rows.push_back({NameOf(trace), ReadingOf(trace, column), traces[index]->pen().color()});
+            rows.push_back(
+                {NameOf(trace), ReadingOf(trace, column), plot->Traces()[index]->pen().color()});
         }
     }
-    cursor->Show(x, std::move(rows));
+    return plot->Overlay().ShowCursor(x, std::move(rows));
+}
+
+void StripChart::RedrawCursor() {
+    if (UpdateCursor()) {
+        plot->update();
+    }
 }
 
 QStringList StripChart::CursorText() const {
     QStringList lines;
-    for (const auto &row : cursor->Rows()) {
+    for (const auto &row : plot->Overlay().Rows()) {
         lines.append(row.reading.isEmpty() ? row.name : row.name + QLatin1Char(' ') + row.reading);
     }
     return lines;

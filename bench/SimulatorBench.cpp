@@ -1,0 +1,115 @@
+// What the simulated board costs: a day of its time, and one request. Prints each figure with
+// its bound and fails when one is missed.
+
+#include "adapter/sim/SimulatedBoard.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <vector>
+
+namespace {
+
+using namespace ztm::sim;
+
+constexpr int16_t registerRequest = 0xDE;
+constexpr int16_t setHeaterRequest = 0xDB;
+constexpr double stepSeconds = 0.030;
+
+double CpuSeconds() {
+    timespec now{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
+}
+
+bool Report(const char *what, double figure, double bound, const char *unit) {
+    const bool isKept = figure < bound;
+    std::printf("%-46s %8.2f %s, bound %.2f %s: %s\n", what, figure, unit, bound, unit,
+                isKept ? "ok" : "MISSED");
+    return isKept;
+}
+
+uint8_t Read(SimulatedBoard &board, int32_t address) {
+    uint8_t reply = 0;
+    board.VendorIORequest(registerRequest, SimulatedBoard::defaultChipAddress, address, 1, 1,
+                          &reply);
+    return reply;
+}
+
+void Write(SimulatedBoard &board, int address, int data) {
+    board.VendorIORequest(registerRequest, SimulatedBoard::defaultChipAddress, data * 256 + address,
+                          0, 0, nullptr);
+}
+
+/// Firmware in, noise on, both fans under automatic control in straight lines, both heaters on.
+void SetUp(SimulatedBoard &board) {
+    if (board.LoadFirmWare(ZTM_FIRMWARE_FOLDER "\\ZTM7720FW_v3.Hex") < 0) {
+        std::exit(EXIT_FAILURE);
+    }
+    for (int point = 0; point < 8; ++point) {
+        const RegisterPair speed = EncodeTach(1000 + 700 * point);
+        Write(board, 0x22 + point, 64 + 30 + 10 * point);
+        Write(board, 0x2B + 2 * point, speed.high);
+        Write(board, 0x2A + 2 * point, speed.low);
+    }
+    Write(board, 0x02, 0x8C);
+    Write(board, 0x01, 0x85);
+    board.VendorIORequest(setHeaterRequest, 60, 25, 0, 0, nullptr);
+}
+
+double DaySeconds() {
+    constexpr double daySeconds = 86400;
+    double now = 0;
+    SimulatedBoard board(Variant::ZTM7720, SimulatedBoard::defaultChipAddress, [&] { return now; });
+    SetUp(board);
+    const double start = CpuSeconds();
+    for (long step = 1; now < daySeconds; ++step) {
+        now = static_cast<double>(step) * stepSeconds;
+        Read(board, 0x42);
+    }
+    return CpuSeconds() - start;
+}
+
+double NightMilliseconds() {
+    constexpr double nightSeconds = 8 * 3600;
+    double now = 0;
+    SimulatedBoard board(Variant::ZTM7720, SimulatedBoard::defaultChipAddress, [&] { return now; });
+    SetUp(board);
+    now = nightSeconds;
+    const double start = CpuSeconds();
+    Read(board, 0x42);
+    return (CpuSeconds() - start) * 1e3;
+}
+
+/// The median over batches of requests that follow each other as fast as they can, on the
+/// machine's clock, among them those that let a tick pass.
+double MedianRequestMicroseconds() {
+    constexpr int batches = 2001;
+    constexpr int requests = 200;
+    constexpr std::array<int32_t, 8> addresses = {0x40, 0x41, 0x4A, 0x4B, 0x4E, 0x4F, 0x50, 0x51};
+    SimulatedBoard board;
+    SetUp(board);
+    std::vector<double> times;
+    for (int batch = 0; batch < batches; ++batch) {
+        const double start = CpuSeconds();
+        for (size_t i = 0; i < requests; ++i) {
+            Read(board, addresses[i % addresses.size()]);
+        }
+        times.push_back((CpuSeconds() - start) * 1e6 / requests);
+    }
+    std::sort(times.begin(), times.end());
+    return times[batches / 2];
+}
+
+} // namespace
+
+int main() {
+    const bool isDayKept = Report("a simulated day in steps of 30 ms", DaySeconds(), 2, "s");
+    const bool isNightKept =
+        Report("the first request after a night asleep", NightMilliseconds(), 100, "ms");
+    const bool isRequestKept =
+        Report("one request to the board, median", MedianRequestMicroseconds(), 1, "us");
+    return isDayKept && isNightKept && isRequestKept ? EXIT_SUCCESS : EXIT_FAILURE;
+}

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "adapter/sim/Bench.h"
+#include "adapter/sim/RegisterFile.h"
+#include "adapter/sim/TemperatureMonitor.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+
+namespace ztm::sim {
+
+/// The controlling side of the chip for one fan: measures its speed, decides how fast it has to
+/// turn and drives it.
+class FanControl {
+public:
+    /// `fan` counts from 0.
+    explicit FanControl(size_t fan) : fan(fan) {}
+
+    /// Lets one tick pass: reads tach and settings, updates the tach registers and the drive.
+    void Tick(RegisterFile &registers, const Bench &bench, const TemperatureMonitor &monitor);
+
+    FanDrive Drive() const { return drive; }
+
+    /// The bits of Status3 whose causes last.
+    uint8_t Status3Causes() const;
+
+private:
+    struct Row;
+    static const Row rows[];
+
+    /// Standing is meant to stand.
+    enum class Phase : uint8_t { Standing, SpinningUp, Turning };
+
+    void MeasureTach(RegisterFile &registers, const Bench &bench);
+    int Poles(const RegisterFile &registers) const;
+    FanDrive Wanted(const RegisterFile &registers, const TemperatureMonitor &monitor);
+    FanDrive WantedByTable(const RegisterFile &registers, size_t channel);
+    void ChangePhase(bool isToTurn);
+    void MoveDemand(const RegisterFile &registers, double wantedRpm);
+    void WatchSpeed();
+
+    size_t fan;
+    Phase phase = Phase::Standing;
+    double tachRpm = 0;              ///< as the chip reads it
+    std::optional<double> demandRpm; ///< on its way to the wanted speed, when there is one
+    std::optional<double> tableCelsius;
+    FanDrive drive;
+    int ticksToTach = 0;
+    int ticksSinceUpdate = 0;
+    int spinUpTicks = 0;
+    int quietTicks = 0;
+    int slowTicks = 0;
+    bool isStalled = false;
+};
+
+} // namespace ztm::sim

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "adapter/sim/BoardControl.h"
+
+#include <QWidget>
+
+#include <array>
+#include <vector>
+
+class QCheckBox;
+class QComboBox;
+class QGroupBox;
+class QLabel;
+class QSpinBox;
+class QTimer;
+
+namespace ztm {
+
+/// The window "Simulated Board": the hand at the bench of ztm-eval-sim. What is chosen in it
+/// takes effect at once, and it shows how things truly stand on the board. It is none of the
+/// program's windows, so the program neither waits for it nor closes it.
+class BoardWindow final : public QWidget {
+    Q_OBJECT
+
+public:
+    BoardWindow();
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+
+private:
+    QGroupBox *NewBoardFrame();
+    QGroupBox *NewBenchFrame();
+    QGroupBox *NewTruthFrame();
+    QCheckBox *NewCheck(const char *name, const QString &caption, bool sim::BoardSettings::*field);
+    void ConnectSignals();
+
+    /// Changes the board's settings to what the controls show.
+    void Arrange();
+    /// Shows the board's settings in the controls.
+    void ShowSettings();
+    /// Shows the true values, and which controls the board leaves to the user.
+    void Refresh();
+
+    struct Check {
+        QCheckBox *box;
+        bool sim::BoardSettings::*field;
+    };
+    std::vector<Check> checks;
+    QComboBox *cmbVariant;
+    QComboBox *cmbAddress;
+    QSpinBox *spnAmbient;
+    std::array<QComboBox *, sim::Bench::remoteCount> cmbDiode{};
+    std::array<QComboBox *, sim::Bench::fanCount> cmbFan{};
+    QCheckBox *chkNoise;
+    QLabel *lblFirmware;
+    QLabel *lblBoard;
+    std::array<QLabel *, sim::Bench::remoteCount> lblRemote{};
+    std::array<QLabel *, sim::Bench::fanCount> lblFan{};
+    std::array<QLabel *, sim::Bench::heaterCount> lblHeater{};
+    QTimer *tmrRefresh;
+};
+
+} // namespace ztm

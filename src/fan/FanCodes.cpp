@@ -1,0 +1,48 @@
+#include "fan/FanCodes.h"
+
+#include "common/Numbers.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace ztm {
+namespace {
+
+template <class List>
+int32_t PositionOf(std::string_view text, const List &list) {
+    const auto found = std::find(list.begin(), list.end(), text);
+    return found != list.end() ? static_cast<int32_t>(std::distance(list.begin(), found)) : 0;
+}
+
+constexpr std::array<std::string_view, 16> numbers{"0", "1", "2",  "3",  "4",  "5",  "6",  "7",
+                                                   "8", "9", "10", "11", "12", "13", "14", "15"};
+
+} // namespace
+
+int32_t SetFanResponse(std::string_view response) {
+    return PositionOf(response, FanResponses);
+}
+
+int32_t SetRampRate(std::string_view rampRate) {
+    return PositionOf(rampRate, RampRates);
+}
+
+int32_t ControlSource33Code(std::string_view text) {
+    const auto found = std::find_if(ControlSources33.begin(), ControlSources33.end(),
+                                    [text](const ControlSource33 &s) { return s.Text == text; });
+    return found != ControlSources33.end() ? found->Code : 0;
+}
+
+size_t ControlSource33Item(int32_t code) {
+    constexpr std::array<size_t, 4> items{0, 1, 1, 2};
+    return items[static_cast<size_t>(code) % items.size()];
+}
+
+std::string_view PolesText(int32_t field) {
+    const int32_t item = ToInt32(field / 2.0 - 1);
+    const bool listed = field > 0 && item < static_cast<int32_t>(FanPoles.size());
+    return listed ? FanPoles[static_cast<size_t>(item)]
+                  : numbers[static_cast<size_t>(field) % numbers.size()];
+}
+
+} // namespace ztm

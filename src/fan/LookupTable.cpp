@@ -1,0 +1,43 @@
+#include "fan/LookupTable.h"
+
+#include "common/Numbers.h"
+#include "link/GeneralSubs.h"
+#include "link/LinkState.h"
+#include "link/USBComms.h"
+#include "monitor/Channels.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace ztm {
+
+LookupTable EightPointTable{};
+LookupTable FourPointTable{};
+
+LookupTable &TableInUse() {
+    return EightPointMode ? EightPointTable : FourPointTable;
+}
+
+void ResetLookupTables() {
+    EightPointTable = {};
+    FourPointTable = {};
+}
+
+int16_t PointRpm(double rpm) {
+    return static_cast<int16_t>(std::clamp<int32_t>(
+        ToInt32(rpm), std::numeric_limits<int16_t>::min(), std::numeric_limits<int16_t>::max()));
+}
+
+int32_t ReadPointTemperature(int point) {
+    return CelsiusOfByte(ReadRegister(TemperatureRegister(point)));
+}
+
+void WritePointTemperature(int point, double celsius) {
+    WriteRegister(TemperatureRegister(point), TemperatureByte(celsius));
+}
+
+void WritePointRpm(int point, double rpm) {
+    WriteRPM(SpeedRegister(point), std::clamp(ToInt32(rpm), 0, FastestLookupRpm));
+}
+
+} // namespace ztm

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+namespace ztm {
+
+/// The temperature-to-speed lookup table of the chip's automatic fan control: eight points. In
+/// the chip a temperature is one byte, degrees + 64, and a speed a 16-bit tach count.
+
+inline constexpr int LookupPoints = 8;
+inline constexpr int PointsPerFan = 4; ///< in the layout with a table for each fan
+
+struct LookupPoint {
+    int32_t Temperature = 0; ///< °C
+    int16_t RPM = 0;
+};
+using LookupTable = std::array<LookupPoint, LookupPoints>;
+
+/// One table for both fans, and one of four points for each fan. They live for the session.
+extern LookupTable EightPointTable;
+extern LookupTable FourPointTable;
+
+/// The one that `EightPointMode` selects.
+LookupTable &TableInUse();
+
+/// Empties both tables.
+void ResetLookupTables();
+
+/// The speeds in RPM that a count can hold, besides 0.
+inline constexpr int32_t SlowestLookupRpm = 76;
+inline constexpr int32_t FastestLookupRpm = 4915200;
+
+/// Whether a count can hold that speed.
+constexpr bool IsLookupRpm(double rpm) {
+    return rpm == 0 || (rpm >= SlowestLookupRpm && rpm <= FastestLookupRpm);
+}
+
+/// A speed as a point of the tables holds it: limited to 16 bits, never wrapped.
+int16_t PointRpm(double rpm);
+
+/// The register of a point's temperature, and that of the high byte of its speed.
+constexpr int32_t TemperatureRegister(int point) {
+    return 0x22 + point;
+}
+constexpr int32_t SpeedRegister(int point) {
+    return 0x2B + 2 * point;
+}
+
+/// Reads a temperature in °C from the chip, or writes the nearest one that has an encoding.
+int32_t ReadPointTemperature(int point);
+void WritePointTemperature(int point, double celsius);
+
+/// Writes a speed, limited to 0 to FastestLookupRpm. One of 1 to 75 RPM has no count and writes
+/// nothing.
+void WritePointRpm(int point, double rpm);
+
+} // namespace ztm

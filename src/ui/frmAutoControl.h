@@ -1,0 +1,94 @@
+#pragma once
+
+#include "fan/LookupTable.h"
+#include "ui/Form.h"
+
+#include <array>
+
+class QComboBox;
+class QFrame;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QRadioButton;
+
+namespace ztm {
+
+class LookupGraph;
+class ValueSlider;
+
+/// The window "Auto-Control Response": the lookup table as a curve of fan speed over temperature,
+/// with its transition type and the control sources. A point is picked up by a click on it and
+/// put down by the next one, typed, or moved by the arrow keys on the graph. Loading reads the
+/// table in use from the chip; nothing reaches the chip before Apply or OK. Numbers that the
+/// chip cannot hold are marked in place and limited when they are written.
+class frmAutoControl final : public Form {
+    Q_OBJECT
+
+public:
+    frmAutoControl();
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+private:
+    void SetupUi();
+    QWidget *NewGraphPanel();
+    QLayout *NewLegend();
+    QGroupBox *NewSourceFrame();
+    QGroupBox *NewTransitionFrame();
+    QGroupBox *NewPointFrame();
+    QLayout *NewButtonRow();
+    void ConnectSignals();
+    void Form_Load();
+    void LayoutOneFan();
+
+    void PlotData();
+    void SetUpGraphLabels();
+    void UpdateRPMLabels();
+    void ShowSelectedPoint();
+
+    void optControl_Click(int point);
+    void txtTLookUp_Change();
+    void txtRPMLookup_Change();
+    void pctGraph_MouseDown(QPointF place);
+    void pctGraph_MouseMove(QPointF place);
+    void MovePoint(int celsius, int rpm);
+    void DropPoint();
+    void sldRange_Change(double value);
+    int32_t SourceCodes() const;
+    void cmdApply_Click();
+    void cmdOK_Click();
+    void cmdCancel_Click();
+
+    static constexpr int temperatureLabels = 16;
+    static constexpr int lastRpmLabel = 12;
+
+    int SelectedPoint = 0;
+
+    QWidget *panel; // graph and axis labels
+    LookupGraph *pctGraph = nullptr;
+    std::array<QLabel *, temperatureLabels> lblTemp;
+    std::array<QLabel *, lastRpmLabel + 1> lblRPM{}; // 2 to 12
+    ValueSlider *sldRange;
+    QFrame *Line1;
+    QLabel *Label5;
+    QFrame *Line2;
+    QLabel *Label6;
+    QLabel *Label3;
+    QLabel *Label4;
+    std::array<QComboBox *, 2> cmbControl;
+    QComboBox *cmbSource33;
+    QRadioButton *optDiscrete;
+    QRadioButton *optLinear;
+    std::array<QRadioButton *, LookupPoints> optControl;
+    QLineEdit *txtTLookUp;
+    QLineEdit *txtRPMLookup;
+    QPushButton *cmdOK;
+    QPushButton *cmdApply;
+    QPushButton *cmdCancel;
+};
+
+} // namespace ztm

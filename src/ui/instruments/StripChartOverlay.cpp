@@ -1,0 +1,106 @@
+#include "ui/instruments/StripChartOverlay.h"
+
+#include "ui/instruments/StripChartPlottable.h"
+
+#include <algorithm>
+
+namespace ztm {
+
+StripChartOverlay::StripChartOverlay(QCustomPlot *plot)
+    : QCPLayerable(plot, QStringLiteral("overlay")) {}
+
+bool StripChartOverlay::ShowCursor(double x, std::vector<Row> readings) {
+    if (rows == readings && (x == position || rows.empty())) {
+        return false;
+    }
+    position = x;
+    rows = std::move(readings);
+    return true;
+}
+
+void StripChartOverlay::SetPalette(const QPalette &colours, const QFont &textFont) {
+    palette = colours;
+    font = textFont;
+}
+
+void StripChartOverlay::applyDefaultAntialiasingHint(QCPPainter *painter) const {
+    painter->setAntialiasing(false);
+}
+
+void StripChartOverlay::draw(QCPPainter *painter) {
+    if (IsExport(*painter)) {
+        painter->setFont(font);
+        PaintCursor(*painter);
+    }
+}
+
+void StripChartOverlay::Paint(QPainter &painter) const {
+    painter.setFont(font);
+    PaintCursor(painter);
+    PaintNotice(painter);
+}
+
+void StripChartOverlay::PaintCursor(QPainter &painter) const {
+    if (rows.empty()) {
+        return;
+    }
+    const QRectF plot = Plot();
+    const QColor ink = palette.color(QPalette::Text);
+    painter.fillRect(QRectF(plot.left() + position, plot.top(), 1, plot.height()), ink);
+
+    const QFontMetricsF metrics(font);
+    const double space = metrics.horizontalAdvance(QLatin1Char(' '));
+    double nameWidth = 0;
+    double readingWidth = 0;
+    for (const Row &row : rows) {
+        nameWidth = std::max(nameWidth, metrics.horizontalAdvance(row.name));
+        readingWidth = std::max(readingWidth, metrics.horizontalAdvance(row.reading));
+    }
+    const double margin = 2 * space;
+    const double swatch = metrics.height() * 0.6;
+    const double width = margin * 2 + swatch + space + nameWidth + margin + readingWidth;
+    const double height = static_cast<double>(rows.size()) * metrics.height() + margin;
+    double x = plot.left() + position + margin;
+    if (x + width > plot.right()) {
+        x = std::max(plot.left(), plot.left() + position - margin - width);
+    }
+    const QRectF box(x, plot.bottom() - height - margin, width, height);
+    painter.setPen(ink);
+    painter.setBrush(palette.color(QPalette::Base));
+    painter.drawRect(box);
+    PaintReadings(
+        painter,
+        QRectF(box.left() + margin, box.top() + margin / 2, width - 2 * margin, metrics.height()),
+        swatch + space);
+}
+
+/// One below the other from `line` on, each with a swatch of its trace's colour.
+void StripChartOverlay::PaintReadings(QPainter &painter, QRectF line, double indent) const {
+    const double swatch = line.height() * 0.6;
+    for (const Row &row : rows) {
+        if (row.colour.isValid()) {
+            painter.fillRect(QRectF(line.left(), line.center().y() - 1, swatch, 3), row.colour);
+        }
+        painter.drawText(line.adjusted(indent, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter,
+                         row.name);
+        painter.drawText(line, Qt::AlignRight | Qt::AlignVCenter, row.reading);
+        line.translate(0, line.height());
+    }
+}
+
+void StripChartOverlay::PaintNotice(QPainter &painter) const {
+    if (notice.isEmpty()) {
+        return;
+    }
+    const QRectF plot = Plot();
+    const QFontMetricsF metrics(font);
+    const double space = metrics.horizontalAdvance(QLatin1Char(' '));
+    QRectF box(0, plot.top() + plot.height() * 0.02, metrics.horizontalAdvance(notice) + 2 * space,
+               metrics.height());
+    box.moveLeft(std::round(plot.center().x() - box.width() / 2));
+    painter.fillRect(box, palette.color(QPalette::Highlight));
+    painter.setPen(palette.color(QPalette::HighlightedText));
+    painter.drawText(box, Qt::AlignCenter, notice);
+}
+
+} // namespace ztm

@@ -1,0 +1,97 @@
+#include "fan/FanCodes.h"
+#include "fan/GraphSettings.h"
+#include "fan/LookupTable.h"
+#include "link/GeneralSubs.h"
+#include "link/LinkState.h"
+#include "support/AdapterDouble.h"
+#include "support/ClockDouble.h"
+
+#include <gmock/gmock.h>
+
+namespace ztm {
+namespace {
+
+using test::Adapter;
+using test::Write;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+TEST(FanCodes, AListTextStandsForItsCodeAndAnyOtherForNone) {
+    EXPECT_EQ(SetFanResponse("1.25 updates/sec"), 0);
+    EXPECT_EQ(SetFanResponse("160 updates/sec"), 7);
+    EXPECT_EQ(SetFanResponse("160 Updates/sec"), 0);
+    EXPECT_EQ(SetRampRate("35 counts/sec"), 7);
+    EXPECT_EQ(SetRampRate("160 updates/sec"), 0);
+    EXPECT_EQ(ControlSourceCode("Remote2"), 2);
+    EXPECT_EQ(ControlSourceCode("Full Speed"), 3);
+    EXPECT_EQ(ControlSourceCode("Remote"), 0);
+    EXPECT_EQ(ControlSource33Code("Remote"), 1);
+    EXPECT_EQ(ControlSource33Code("Full Speed"), 3);
+    EXPECT_EQ(ControlSource33Code("Remote1"), 0);
+}
+
+TEST(FanCodes, AnyPolesFieldHasAText) {
+    const char *texts[] = {"0", "2", "2",  "2",  "4",  "6",  "6",  "6",
+                           "8", "9", "10", "11", "12", "13", "14", "15"};
+    for (int32_t field = 0; field < 16; ++field) {
+        EXPECT_EQ(PolesText(field), texts[field]) << field;
+    }
+}
+
+TEST(GraphCoordinates, AreTwipsOfTheGraph) {
+    ResetGraphSettings();
+    EXPECT_EQ(TempX(150), 4935);
+    EXPECT_EQ(RPMY(0), 3735);
+    EXPECT_EQ(RPMY(8000), 135);
+    EXPECT_EQ(RPMY(4000), 3735 - 1800);
+    EXPECT_EQ(Y2RPM(3735 - 900), 2000);
+    EXPECT_NEAR(X2Temp(2000), 60.79, 0.005);
+    GraphRpmRange = 1000;
+    EXPECT_EQ(RPMY(1000), 135);
+    EXPECT_EQ(Y2RPM(135), 1000);
+    ResetGraphSettings();
+}
+
+TEST(LookupTable, NumbersWithoutAnEncodingAreLimitedAndNeverWrap) {
+    for (const auto &[rpm, stored] : {std::pair{32767.0, 32767},
+                                      {32768.0, 32767},
+                                      {1e12, 32767},
+                                      {-5.0, -5},
+                                      {-70000.0, -32768},
+                                      {2.5, 2}}) {
+        EXPECT_EQ(PointRpm(rpm), stored) << rpm;
+    }
+    test::ResetCore();
+    const test::ClockDouble clock;
+    CommsMedium = MediumUSB;
+    USBDeviceAddress = 0x50;
+    const struct {
+        double celsius;
+        int32_t byte;
+    } temperatures[] = {{30, 94},   {-10, 54},  {-64, 0}, {-1000, 0},
+                        {191, 255}, {1e9, 255}, {0.5, 64}};
+    for (const auto &[celsius, byte] : temperatures) {
+        Adapter().calls.clear();
+        WritePointTemperature(7, celsius);
+        EXPECT_THAT(Adapter().calls, ElementsAre(Write(0x29, byte))) << celsius;
+    }
+    const struct {
+        double rpm;
+        int32_t high, low;
+    } speeds[] = {{4800, 0x04, 0x00},
+                  {0, 0xFF, 0xFF},
+                  {-20, 0xFF, 0xFF},
+                  {76, 0xFC, 0xA2},
+                  {1e9, 0x00, 0x01}};
+    for (const auto &[rpm, high, low] : speeds) {
+        Adapter().calls.clear();
+        WritePointRpm(1, rpm);
+        EXPECT_THAT(Adapter().calls, ElementsAre(Write(0x2D, high), Write(0x2C, low))) << rpm;
+    }
+    Adapter().calls.clear();
+    WritePointRpm(1, 75);
+    EXPECT_THAT(Adapter().calls, IsEmpty()) << "has no count";
+}
+
+} // namespace
+} // namespace ztm
