@@ -23,9 +23,6 @@ bool IsConfig2Bit2Set();
 inline constexpr std::array<std::string_view, 4> ControlSources{"Local", "Remote1", "Remote2",
                                                                 "Full Speed"};
 
-/// The code of a control source's text; 0 for any other text.
-int32_t ControlSourceCode(std::string_view text);
-
 /// The 2-bit code of a control source: "Local" 0, "Remote1" 1, "Remote2" 2, "Full Speed" 3, any
 /// other text 0.
 int32_t ControlSourceCode(std::string_view text);

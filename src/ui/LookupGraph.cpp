@@ -13,7 +13,8 @@ namespace ztm {
 namespace {
 
 constexpr QColor ground(255, 255, 255);
-constexpr QColor gridColour(128, 128, 128);
+constexpr QColor gridColour(216, 216, 216); // behind the preview
+constexpr QColor readingColour(96, 96, 96);
 constexpr QColor firstCurveColour(0, 0, 255);
 constexpr QColor secondCurveColour(0, 192, 0);
 constexpr QColor highlightColour(255, 0, 0);
@@ -32,6 +33,41 @@ constexpr int largeRpm = 500;
 
 QPointF PlaceOf(const LookupPoint &point) {
     return {TempX(point.Temperature), RPMY(point.RPM)};
+}
+
+/// What of a line (or, with equal ends, of a point) runs within a graph's width and height around
+/// the graph. A point may lie hundreds of widths off, and a painter is slow with lines that leave
+/// its device by far.
+std::optional<QLineF> NearPart(const QLineF &line) {
+    const std::pair<double, double> bounds[] = {// speed towards an edge, and the room up to it
+                                                {-line.dx(), line.x1() + GraphWidth},
+                                                {line.dx(), 2 * GraphWidth - line.x1()},
+                                                {-line.dy(), line.y1() + GraphHeight},
+                                                {line.dy(), 2 * GraphHeight - line.y1()}};
+    double from = 0;
+    double to = 1;
+    for (const auto &[speed, room] : bounds) {
+        if (speed > 0) {
+            to = std::min(to, room / speed);
+        } else if (speed < 0) {
+            from = std::max(from, room / speed);
+        } else if (room < 0) {
+            return std::nullopt;
+        }
+    }
+    return from <= to ? std::optional(QLineF(line.pointAt(from), line.pointAt(to))) : std::nullopt;
+}
+
+void DrawLine(QPainter &painter, const QPointF &from, const QPointF &to) {
+    if (const auto line = NearPart({from, to})) {
+        painter.drawLine(*line);
+    }
+}
+
+void DrawCircle(QPainter &painter, const QPointF &centre) {
+    if (NearPart({centre, centre})) {
+        painter.drawEllipse(centre, LookupGraph::HitRadius, LookupGraph::HitRadius);
+    }
 }
 
 /// The first and the last point of the curve that a point is on.
@@ -115,8 +151,8 @@ void LookupGraph::keyPressEvent(QKeyEvent *event) {
 }
 
 /// A pen of so many pixels, whatever the scale of the painter.
-QPen LookupGraph::Pen(const QColor &colour, int pixels) const {
-    QPen pen(colour, pixels * devicePixelRatioF(), Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin);
+QPen LookupGraph::Pen(const QColor &colour, int pixels, Qt::PenCapStyle cap) const {
+    QPen pen(colour, pixels * devicePixelRatioF(), Qt::SolidLine, cap);
     pen.setCosmetic(true);
     return pen;
 }
@@ -136,7 +172,7 @@ void LookupGraph::paintEvent(QPaintEvent * /*event*/) {
     if (carriedAt) {
         GrayLines(painter, carriedAt->x(), carriedAt->y());
         painter.setPen(Pen(highlightColour, thinPixels));
-        painter.drawEllipse(*carriedAt, HitRadius, HitRadius);
+        DrawCircle(painter, *carriedAt);
         DrawReading(painter);
     }
     if (hasFocus()) {
@@ -162,33 +198,32 @@ void LookupGraph::DrawGrid(QPainter &painter) {
 /// Baseline, rise, the way from point to point, and tail.
 void LookupGraph::DrawCurve(QPainter &painter, int first, int last, const QColor &colour) {
     const LookupTable &table = TableInUse();
-    std::array<QPointF, 2 * LookupPoints + 2> corners;
-    size_t count = 0;
+    painter.setRenderHint(QPainter::Antialiasing, linear);
+    // Ends that close the corners.
+    painter.setPen(Pen(colour, curvePixels, linear ? Qt::RoundCap : Qt::SquareCap));
+    QPointF place(0, GraphHeight - baselineHeight);
+    const auto drawTo = [&](const QPointF &next) {
+        DrawLine(painter, place, next);
+        place = next;
+    };
     const QPointF start = PlaceOf(table[static_cast<size_t>(first)]);
-    corners[count++] = {0, GraphHeight - baselineHeight};
-    corners[count++] = {start.x(), GraphHeight - baselineHeight};
-    corners[count++] = start;
-    QPointF place = start;
+    drawTo({start.x(), place.y()});
+    drawTo(start);
     for (int point = first + 1; point <= last; ++point) {
         const QPointF next = PlaceOf(table[static_cast<size_t>(point)]);
         if (!linear) {
-            corners[count++] = {next.x(), place.y()};
+            drawTo({next.x(), place.y()});
         }
-        corners[count++] = next;
-        place = next;
+        drawTo(next);
     }
-    corners[count++] = {TempX(GraphCelsius), place.y()};
-    painter.setRenderHint(QPainter::Antialiasing, linear);
-    painter.setPen(Pen(colour, curvePixels));
-    painter.drawPolyline(corners.data(), static_cast<int>(count));
+    drawTo({TempX(GraphCelsius), place.y()});
     painter.setRenderHint(QPainter::Antialiasing, false);
 }
 
 void LookupGraph::HiLightPoints(QPainter &painter) {
     painter.setPen(Pen(highlightColour, curvePixels));
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.drawEllipse(PlaceOf(TableInUse()[static_cast<size_t>(selectedPoint)]), HitRadius,
-                        HitRadius);
+    DrawCircle(painter, PlaceOf(TableInUse()[static_cast<size_t>(selectedPoint)]));
     painter.setRenderHint(QPainter::Antialiasing, false);
 }
 
@@ -198,13 +233,13 @@ void LookupGraph::GrayLines(QPainter &painter, double xVal, double yVal) {
     const auto [first, last] = CurveOf(selectedPoint);
     const QPointF mouse(xVal, yVal);
     painter.setPen(Pen(previewColour, thinPixels));
-    painter.drawLine(selectedPoint == first
-                         ? QPointF(xVal, RPMY(0))
-                         : PlaceOf(table[static_cast<size_t>(selectedPoint - 1)]),
-                     mouse);
-    painter.drawLine(mouse, selectedPoint == last
-                                ? QPointF(TempX(GraphCelsius), yVal)
-                                : PlaceOf(table[static_cast<size_t>(selectedPoint + 1)]));
+    DrawLine(painter,
+             selectedPoint == first ? QPointF(xVal, RPMY(0))
+                                    : PlaceOf(table[static_cast<size_t>(selectedPoint - 1)]),
+             mouse);
+    DrawLine(painter, mouse,
+             selectedPoint == last ? QPointF(TempX(GraphCelsius), yVal)
+                                   : PlaceOf(table[static_cast<size_t>(selectedPoint + 1)]));
 }
 
 /// What the carried point would hold, beside it and within the graph.
@@ -220,7 +255,7 @@ void LookupGraph::DrawReading(QPainter &painter) {
                fontMetrics().horizontalAdvance(text) + space, 2.5 * space);
     box.moveRight(std::min(box.right(), width() - 1.0));
     box.moveTop(std::max(box.top(), 0.0));
-    painter.setPen(gridColour);
+    painter.setPen(readingColour);
     painter.setBrush(ground);
     painter.drawRect(box);
     painter.setPen(Qt::black);

@@ -54,7 +54,7 @@ protected:
 
 private:
     QPointF InTwips(QPointF pixels) const;
-    QPen Pen(const QColor &colour, int pixels) const;
+    QPen Pen(const QColor &colour, int pixels, Qt::PenCapStyle cap = Qt::FlatCap) const;
     void DrawGrid(QPainter &painter);
     void DrawCurve(QPainter &painter, int first, int last, const QColor &colour);
     void HiLightPoints(QPainter &painter);

@@ -12,9 +12,9 @@
 #include "ui/Fields.h"
 #include "ui/Frame.h"
 #include "ui/LookupGraph.h"
+#include "ui/LookupGraphPanel.h"
 #include "ui/SpinButton.h"
 #include "ui/Text.h"
-#include "ui/Twips.h"
 #include "ui/instruments/ValueSlider.h"
 
 #include <QComboBox>
@@ -38,23 +38,10 @@ constexpr int smallRangeStep = 100;
 constexpr int largeRangeStep = 1000;
 constexpr int32_t sourceBits = 0x03;
 constexpr int sourceShift = 2;
-constexpr int labelShift = 50; // twips
-constexpr int firstRpmLabel = 2;
-constexpr double labelFontScale = 0.8; // so that neighbours stay apart
 constexpr int largestPointRpm = std::numeric_limits<int16_t>::max();
 
 LookupPoint &PointAt(int point) {
     return TableInUse()[static_cast<size_t>(point)];
-}
-
-/// A line of the legend.
-QFrame *NewLine(const char *name, const char *colour, QWidget *parent) {
-    auto *line = Named(new QFrame(parent), name);
-    line->setFixedSize(line->fontMetrics().averageCharWidth() * 4, 5);
-    // A light edge, so that it shows on a dark ground as well.
-    line->setStyleSheet(
-        QStringLiteral("background: %1; border: 1px solid white").arg(QLatin1String(colour)));
-    return line;
 }
 
 } // namespace
@@ -67,66 +54,26 @@ frmAutoControl::frmAutoControl() : Form(QStringLiteral("frmAutoControl")) {
 }
 
 void frmAutoControl::SetupUi() {
+    graphPanel = new LookupGraphPanel(this);
+    pctGraph = &graphPanel->Graph();
     sldRange = Named(new ValueSlider(this), "sldRange");
     sldRange->SetCaption(tr("Range"));
     sldRange->SetMaximum(highestRange);
     sldRange->SetMinimum(lowestRange);
     sldRange->SetSteps(smallRangeStep, largeRangeStep);
     sldRange->setMinimumWidth(sldRange->sizeHint().width()); // its numbers in full size
-    auto *graph = new QGridLayout;
-    graph->addWidget(NewGraphPanel(), 0, 0);
-    graph->addLayout(NewLegend(), 1, 0);
-    graph->setRowStretch(0, 1);
     auto *settings = new QVBoxLayout;
     settings->addWidget(NewPointFrame());
     settings->addWidget(NewSourceFrame());
     settings->addWidget(NewTransitionFrame());
     settings->addStretch();
     auto *layout = new QGridLayout(this);
-    layout->addLayout(graph, 0, 0);
+    layout->addWidget(graphPanel, 0, 0);
     layout->addWidget(sldRange, 0, 1);
     layout->addLayout(settings, 0, 2);
     layout->addLayout(NewButtonRow(), 1, 0, 1, 3);
     layout->setColumnStretch(0, 1);
-}
-
-QWidget *frmAutoControl::NewGraphPanel() {
-    panel = new QWidget(this);
-    pctGraph = Named(new LookupGraph(panel), "pctGraph");
-    QFont small = font();
-    small.setPointSizeF(small.pointSizeF() * labelFontScale);
-    for (int label = 0; label < temperatureLabels; ++label) {
-        auto *text = new QLabel(QString::number(10 * label), panel);
-        text->setObjectName(IndexedName("lblTemp", label));
-        text->setFont(small);
-        lblTemp[static_cast<size_t>(label)] = text;
-    }
-    for (int label = firstRpmLabel; label <= lastRpmLabel; ++label) {
-        auto *text = new QLabel(QStringLiteral("0"), panel);
-        text->setObjectName(IndexedName("lblRPM", label));
-        text->setFont(small);
-        text->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-        lblRPM[static_cast<size_t>(label)] = text;
-    }
-    const int margin = fontMetrics().horizontalAdvance(QStringLiteral("00000 "));
-    panel->setMinimumSize(pctGraph->sizeHint() +
-                          QSize(margin + margin / 2, 2 * fontMetrics().height()));
-    return panel;
-}
-
-QLayout *frmAutoControl::NewLegend() {
-    Line1 = NewLine("Line1", "#0000ff", this);
-    Label5 = Named(new QLabel(tr("Fan1"), this), "Label5");
-    Line2 = NewLine("Line2", "#00c000", this);
-    Label6 = Named(new QLabel(tr("Fan2"), this), "Label6");
-    auto *row = new QHBoxLayout;
-    row->addStretch();
-    for (QWidget *part : {static_cast<QWidget *>(Line1), static_cast<QWidget *>(Label5),
-                          static_cast<QWidget *>(Line2), static_cast<QWidget *>(Label6)}) {
-        row->addWidget(part);
-    }
-    row->addStretch();
-    return row;
+    layout->setRowStretch(0, 1);
 }
 
 QGroupBox *frmAutoControl::NewSourceFrame() {
@@ -191,9 +138,6 @@ QGroupBox *frmAutoControl::NewPointFrame() {
     addRow(1, tr("Temperature"), "Label1", "txtTLookUp", txtTLookUp, temperatureSpin);
     addRow(2, tr("RPM"), "Label2", "txtRPMLookup", txtRPMLookup, rpmSpin);
     WatchRange(*txtTLookUp, lowestCelsius, highestCelsius, tr("°C"));
-    WatchNumber(
-        *txtRPMLookup, [](double rpm) { return IsLookupRpm(rpm) && rpm <= largestPointRpm; },
-        tr("0, or %1 to %2 RPM").arg(SlowestLookupRpm).arg(largestPointRpm));
     layout->setColumnStretch(1, 1);
     return frame;
 }
@@ -239,10 +183,7 @@ void frmAutoControl::LayoutOneFan() {
     cmbControl[1]->hide();
     Label4->hide();
     Label3->clear();
-    for (QWidget *part : {static_cast<QWidget *>(Line1), static_cast<QWidget *>(Label5),
-                          static_cast<QWidget *>(Line2), static_cast<QWidget *>(Label6)}) {
-        part->hide();
-    }
+    graphPanel->HideLegend();
     cmbSource33->show();
 }
 
@@ -253,6 +194,7 @@ void frmAutoControl::Form_Load() {
     for (int point = 0; point < LookupPoints; ++point) {
         PointAt(point).Temperature = ReadPointTemperature(point);
         PointAt(point).RPM = PointRpm(ReadRPM(SpeedRegister(point)));
+        loadedRpm[static_cast<size_t>(point)] = PointAt(point).RPM;
     }
     ShowSelectedPoint();
     (IsConfig2Bit2Set() ? optLinear : optDiscrete)->setChecked(true);
@@ -260,9 +202,8 @@ void frmAutoControl::Form_Load() {
     cmbControl[0]->setCurrentIndex(behaviour & sourceBits);
     cmbControl[1]->setCurrentIndex(behaviour >> sourceShift & sourceBits);
     cmbSource33->setCurrentIndex(static_cast<int>(ControlSource33Item(behaviour & sourceBits)));
-    SetUpGraphLabels();
     sldRange->SetValue(static_cast<double>(GraphRpmRange));
-    UpdateRPMLabels();
+    graphPanel->UpdateRPMLabels();
 }
 
 void frmAutoControl::PlotData() {
@@ -272,44 +213,24 @@ void frmAutoControl::PlotData() {
     pctGraph->update();
 }
 
-/// The graph keeps its proportions in the middle of its panel, with the labels at its grid lines.
-void frmAutoControl::SetUpGraphLabels() {
-    const int height = fontMetrics().height();
-    const int margin = fontMetrics().horizontalAdvance(QStringLiteral("00000 "));
-    const double scale = std::min((panel->width() - margin - margin / 2) / GraphWidth,
-                                  (panel->height() - 2 * height) / GraphHeight);
-    const QRect graph(margin, height / 2, qRound(GraphWidth * scale), qRound(GraphHeight * scale));
-    pctGraph->setGeometry(graph);
-    const int last = lblTemp.back()->sizeHint().width();
-    const int shift = Twips(labelShift, *this);
-    for (int label = 0; label < temperatureLabels; ++label) {
-        auto *text = lblTemp[static_cast<size_t>(label)];
-        text->resize(text->sizeHint());
-        const int along = graph.width() * label / (temperatureLabels - 1);
-        text->move(graph.left() + along - (label == 0 ? 0 : last / 2) +
-                       (label > 0 && label < 10 ? shift : 0),
-                   graph.bottom() + 2);
-    }
-    for (int label = firstRpmLabel; label <= lastRpmLabel; ++label) {
-        const double rpm = (lastRpmLabel - label) * static_cast<double>(GraphRpmRange) / 10;
-        const int line = graph.top() + qRound(RPMY(rpm) * scale);
-        lblRPM[static_cast<size_t>(label)]->setGeometry(
-            0, line - height / 2, graph.left() - fontMetrics().averageCharWidth() / 2, height);
-    }
-}
-
-void frmAutoControl::UpdateRPMLabels() {
-    for (int k = 2; k <= 11; ++k) {
-        const double rpm = (k - 1) * static_cast<double>(GraphRpmRange) / 10;
-        lblRPM[static_cast<size_t>(13 - k)]->setText(QString::number(std::floor(rpm)));
-    }
-}
-
 void frmAutoControl::ShowSelectedPoint() {
+    shownEightPointMode = EightPointMode;
     const LookupPoint point = PointAt(SelectedPoint);
     ShowNumber(*txtTLookUp, point.Temperature);
     ShowNumber(*txtRPMLookup, point.RPM);
+    MarkRpm();
     PlotData();
+}
+
+/// Marks a speed that Apply cannot write, unless it came from the chip: the slowest count reads
+/// as 75 RPM, which no count is written for.
+void frmAutoControl::MarkRpm() {
+    const double rpm = RoundHalfToEven(NumberIn(*txtRPMLookup));
+    const bool held = (IsLookupRpm(rpm) && rpm <= largestPointRpm) ||
+                      rpm == loadedRpm[static_cast<size_t>(SelectedPoint)];
+    MarkField(*txtRPMLookup,
+              held ? QString()
+                   : tr("0, or %1 to %2 RPM").arg(SlowestLookupRpm).arg(largestPointRpm));
 }
 
 void frmAutoControl::optControl_Click(int point) {
@@ -324,6 +245,7 @@ void frmAutoControl::txtTLookUp_Change() {
 
 void frmAutoControl::txtRPMLookup_Change() {
     PointAt(SelectedPoint).RPM = PointRpm(NumberIn(*txtRPMLookup));
+    MarkRpm();
     PlotData();
 }
 
@@ -381,7 +303,7 @@ void frmAutoControl::DropPoint() {
 
 void frmAutoControl::sldRange_Change(double value) {
     GraphRpmRange = static_cast<float>(value);
-    UpdateRPMLabels();
+    graphPanel->UpdateRPMLabels();
     PlotData();
 }
 
@@ -413,16 +335,14 @@ void frmAutoControl::cmdCancel_Click() {
     Unload();
 }
 
-void frmAutoControl::resizeEvent(QResizeEvent *event) {
-    Form::resizeEvent(event);
-    layout()->activate();
-    SetUpGraphLabels();
-    PlotData();
-}
-
+/// Meanwhile the fan configuration may have selected the other table.
 void frmAutoControl::changeEvent(QEvent *event) {
-    if (event->type() == QEvent::ActivationChange && pctGraph != nullptr) {
-        PlotData();
+    if (event->type() == QEvent::ActivationChange) {
+        if (shownEightPointMode != EightPointMode) {
+            ShowSelectedPoint();
+        } else {
+            PlotData();
+        }
     }
     Form::changeEvent(event);
 }

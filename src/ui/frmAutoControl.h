@@ -6,7 +6,6 @@
 #include <array>
 
 class QComboBox;
-class QFrame;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
@@ -16,6 +15,7 @@ class QRadioButton;
 namespace ztm {
 
 class LookupGraph;
+class LookupGraphPanel;
 class ValueSlider;
 
 /// The window "Auto-Control Response": the lookup table as a curve of fan speed over temperature,
@@ -30,13 +30,10 @@ public:
     frmAutoControl();
 
 protected:
-    void resizeEvent(QResizeEvent *event) override;
     void changeEvent(QEvent *event) override;
 
 private:
     void SetupUi();
-    QWidget *NewGraphPanel();
-    QLayout *NewLegend();
     QGroupBox *NewSourceFrame();
     QGroupBox *NewTransitionFrame();
     QGroupBox *NewPointFrame();
@@ -46,9 +43,8 @@ private:
     void LayoutOneFan();
 
     void PlotData();
-    void SetUpGraphLabels();
-    void UpdateRPMLabels();
     void ShowSelectedPoint();
+    void MarkRpm();
 
     void optControl_Click(int point);
     void txtTLookUp_Change();
@@ -63,20 +59,13 @@ private:
     void cmdOK_Click();
     void cmdCancel_Click();
 
-    static constexpr int temperatureLabels = 16;
-    static constexpr int lastRpmLabel = 12;
-
     int SelectedPoint = 0;
+    bool shownEightPointMode = false;              // which table the boxes show a point of
+    std::array<int16_t, LookupPoints> loadedRpm{}; // as the window read them from the chip
 
-    QWidget *panel; // graph and axis labels
-    LookupGraph *pctGraph = nullptr;
-    std::array<QLabel *, temperatureLabels> lblTemp;
-    std::array<QLabel *, lastRpmLabel + 1> lblRPM{}; // 2 to 12
+    LookupGraphPanel *graphPanel;
+    LookupGraph *pctGraph;
     ValueSlider *sldRange;
-    QFrame *Line1;
-    QLabel *Label5;
-    QFrame *Line2;
-    QLabel *Label6;
     QLabel *Label3;
     QLabel *Label4;
     std::array<QComboBox *, 2> cmbControl;

@@ -71,6 +71,7 @@ frmLookup::frmLookup() : Form(QStringLiteral("frmLookup")) {
     SetupUi();
     ConnectSignals();
     Form_Load();
+    WatchNumbers();
 }
 
 void frmLookup::SetupUi() {
@@ -97,10 +98,6 @@ QGroupBox *frmLookup::NewTableFrame() {
                           point + 1, 2, Qt::AlignLeft);
         txtTemp[slot]->setAccessibleName(tr("Temperature of row %1 in °C").arg(point + 1));
         txtRPM[slot]->setAccessibleName(tr("Speed of row %1 in RPM").arg(point + 1));
-        WatchRange(*txtTemp[slot], lowestCelsius, highestCelsius, tr("°C"));
-        WatchNumber(
-            *txtRPM[slot], [](double rpm) { return IsLookupRpm(rpm); },
-            tr("0, or %1 to %2 RPM").arg(SlowestLookupRpm).arg(FastestLookupRpm));
     }
     layout->setColumnStretch(2, 1);
     layout->setRowStretch(LookupPoints + 1, 1);
@@ -147,6 +144,19 @@ void frmLookup::Form_Load() {
     }
     for (int point = 0; point < LookupPoints; ++point) {
         ShowNumber(*txtRPM[static_cast<size_t>(point)], ReadRPM(SpeedRegister(point)));
+    }
+}
+
+/// What has just been read is what the chip holds, and needs no mark: the slowest count reads as
+/// 75 RPM, which no count is written for.
+void frmLookup::WatchNumbers() {
+    for (auto *box : txtTemp) {
+        WatchRange(*box, lowestCelsius, highestCelsius, tr("°C"));
+    }
+    for (auto *box : txtRPM) {
+        WatchNumber(
+            *box, [](double rpm) { return IsLookupRpm(rpm); },
+            tr("0, or %1 to %2 RPM").arg(SlowestLookupRpm).arg(FastestLookupRpm));
     }
 }
 

@@ -28,6 +28,7 @@ private:
     QLayout *NewButtonColumn();
     void ConnectSignals();
     void Form_Load();
+    void WatchNumbers();
 
     void cmdTestData_Click();
     void cmdSaveLUT_Click();

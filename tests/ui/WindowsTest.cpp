@@ -1,4 +1,5 @@
 #include "support/UiTest.h"
+#include "ui/frmAutoControl.h"
 #include "ui/frmMain.h"
 #include "ui/frmSetupLog.h"
 
@@ -133,6 +134,12 @@ TEST_F(WindowsTest, TabOrderFollowsTheEye) {
                 ElementsAre("cmdConParam", "cmdManual", "cmdThermTemp", "cmdThermTimer",
                             "cmdLogData", "cmdSaveRegs", "cmdRecallRegs", "cmdHeaters",
                             "qt_tabwidget_tabbar"));
+    ShowForm<frmAutoControl>();
+    Settle();
+    EXPECT_THAT(TabRound("frmAutoControl", "pctGraph"),
+                ElementsAre("pctGraph", "sldRange", "optControl(0)", "txtTLookUp", "txtRPMLookup",
+                            "cmbControl(0)", "cmbControl(1)", "optDiscrete", "cmdOK", "cmdApply",
+                            "cmdCancel"));
 }
 
 TEST_F(WindowsTest, MainWindowShowsEverythingFromSmallToFullScreen) {

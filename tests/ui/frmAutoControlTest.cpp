@@ -3,12 +3,14 @@
 #include "fan/GraphSettings.h"
 #include "support/UiTest.h"
 #include "ui/LookupGraph.h"
+#include "ui/Twips.h"
 #include "ui/instruments/ValueSlider.h"
 
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMouseEvent>
+#include <QPicture>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTest>
@@ -277,7 +279,7 @@ TEST_F(AutoControlTest, LaidOutWithEveryLineWhereItBelongs) {
     const QColor green(0, 192, 0);
     const QColor red(255, 0, 0);
     const QColor gray(192, 192, 192);
-    const QColor grid(128, 128, 128);
+    const QColor grid(216, 216, 216);
     Open(ZTM7720, true);
     const auto picture = [] {
         Settle();
@@ -322,6 +324,104 @@ TEST_F(AutoControlTest, LaidOutWithEveryLineWhereItBelongs) {
     EXPECT_TRUE(previewOf(4, 2600, 2500)) << "the first of a curve comes from below";
     EXPECT_TRUE(previewOf(3, 4000, 1500)) << "the last goes to the right edge";
     EXPECT_FALSE(previewOf(5, 4000, 1500));
+}
+
+TEST_F(AutoControlTest, OnlySpeedsThatApplyWouldDropAreMarked) {
+    Open(ZTM7720, true);
+    Adapter().registers[0x2A] = 0xFF; // the slowest count
+    Adapter().registers[0x2B] = 0xFF;
+    ClickIn("cmdCancel");
+    Click("cmdAuto");
+    const auto marked = [] { return !Find("txtRPMLookup").toolTip().isEmpty(); };
+    EXPECT_EQ(Selected(), "1: 30 75");
+    EXPECT_FALSE(marked()) << "the chip holds it already";
+    const struct {
+        const char *text;
+        bool marked;
+    } cases[] = {{"0", false},     {"74", true},    {"76", false}, {"-1", true},
+                 {"32767", false}, {"32768", true}, {"75", false}};
+    for (const auto &c : cases) {
+        Type("txtRPMLookup", c.text);
+        EXPECT_EQ(marked(), c.marked) << c.text;
+    }
+    EightPointTable[1].RPM = 75;
+    Click("optControl(1)");
+    EXPECT_TRUE(marked()) << "the same text, but the chip holds another speed there";
+    Click("optControl(0)");
+    EXPECT_FALSE(marked());
+}
+
+TEST_F(AutoControlTest, TheBoxesFollowTheTableThatTheGraphShows) {
+    Open(ZTM7720, true);
+    Click("optControl(2)");
+    EightPointMode = false;
+    FourPointTable[2] = {55, 5500};
+    ShowForm<frmAutoControl>();
+    QEvent activation(QEvent::ActivationChange);
+    QCoreApplication::sendEvent(&Find("frmAutoControl"), &activation);
+    EXPECT_EQ(Selected(), "3: 55 5500");
+    EXPECT_EQ(EightPointTable[2].Temperature, 50);
+    EXPECT_EQ(EightPointTable[2].RPM, 3200);
+}
+
+TEST_F(AutoControlTest, TheCursorShowsWhatAPressWouldDo) {
+    Open(ZTM7720, true);
+    MoveTo(AtPoint(30, 1200));
+    EXPECT_EQ(Graph().cursor().shape(), Qt::OpenHandCursor);
+    MoveTo(AtPoint(30, 3000));
+    EXPECT_EQ(Graph().cursor().shape(), Qt::ArrowCursor);
+}
+
+TEST_F(AutoControlTest, LaidOutInTheMiddleWithNumbersAtTheGridLines) {
+    Open(ZTM7720, true);
+    auto &window = Find("frmAutoControl");
+    EXPECT_EQ(Graph().size(), QSize(Twips(4935, window), Twips(3735, window)));
+    for (const QSize size : {QSize(1200, 800), QSize(1500, 500), QSize(800, 1000), window.size()}) {
+        window.resize(size);
+        Settle();
+        EXPECT_NEAR(1.0 * Graph().width() / Graph().height(), GraphWidth / GraphHeight, 0.005);
+        const QRect panel = Graph().parentWidget()->rect();
+        EXPECT_NEAR(Graph().geometry().center().x(), panel.center().x(), panel.width() / 10);
+        EXPECT_NEAR(Graph().geometry().center().y(), panel.center().y(), 40);
+        int right = 0;
+        for (int label = 0; label < 16; ++label) {
+            const QRect place = Find(QString("lblTemp(%1)").arg(label)).geometry();
+            EXPECT_GT(place.left(), right) << "apart from " << label - 1;
+            right = place.right();
+            const double line = Graph().x() + TempX(10 * label) * Graph().width() / GraphWidth;
+            EXPECT_NEAR(place.center().x(), line, 8) << label;
+        }
+        for (int label = 2; label <= 12; ++label) {
+            const QRect place = Find(QString("lblRPM(%1)").arg(label)).geometry();
+            const double line =
+                Graph().y() + RPMY(800 * (12 - label)) * Graph().height() / GraphHeight;
+            EXPECT_NEAR(place.center().y(), line, 3) << label;
+        }
+    }
+}
+
+TEST_F(AutoControlTest, LaidOutWithPointsFarOff) {
+    Open(ZTM7720, true);
+    Click("optLinear");
+    Click("optControl(3)");
+    Type("txtTLookUp", "419");
+    Type("txtRPMLookup", "32767");
+    Settle();
+    const double rpmPerDegree = (32767.0 - 3200) / (419 - 50);
+    const double rpm = 3200 + 30 * rpmPerDegree;
+    EXPECT_TRUE(IsDrawn(Graph().grab().toImage(), TempX(80), RPMY(rpm), QColor(0, 0, 255)))
+        << "in the right direction";
+    for (const char *transition : {"optLinear", "optDiscrete"}) {
+        Click(transition);
+        for (const char *text : {"419", "32767", "2147483647", "-2147483648"}) {
+            Type("txtTLookUp", text);
+            QPicture picture;
+            Graph().render(&picture);
+            const QRect drawn = picture.boundingRect();
+            EXPECT_TRUE(Graph().rect().adjusted(-400, -400, 400, 400).contains(drawn))
+                << text << ": a painter is slow with what is " << drawn.width() << " wide";
+        }
+    }
 }
 
 } // namespace

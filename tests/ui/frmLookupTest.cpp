@@ -66,6 +66,7 @@ TEST_F(LookupTest, ReadsTheTemperaturesAndThenTheSpeeds) {
     EXPECT_EQ(Adapter().calls, expected);
     EXPECT_EQ(Points(), "191 75|191 75|191 75|191 75|191 75|191 75|191 75|191 75");
     EXPECT_EQ(Find("frmLookup").windowTitle(), "Set Lookup Points");
+    EXPECT_TRUE(Find("txtRPM(0)").toolTip().isEmpty()) << "the chip holds it already";
 }
 
 TEST_F(LookupTest, CaptionsFollowTheLayout) {
