@@ -1,10 +1,9 @@
 #include "adapter/usb/Firmware.h"
 
+#include "adapter/FirmwareFile.h"
+
 #include <algorithm>
 #include <array>
-#include <filesystem>
-#include <fstream>
-#include <system_error>
 
 namespace ztm::usb {
 namespace {
@@ -15,16 +14,6 @@ constexpr size_t longestPiece = 64;
 
 constexpr uint8_t holdCpu = 1;
 constexpr uint8_t runCpu = 0;
-
-/// The path under which this platform finds the file: the last separator may be a backslash;
-/// any other backslash belongs to the name of a folder.
-std::string NativePath(std::string path) {
-    const size_t lastSeparator = path.find_last_of("/\\");
-    if (lastSeparator != std::string::npos) {
-        path[lastSeparator] = '/';
-    }
-    return path;
-}
 
 bool FitsIntoRam(const HexBlock &block) {
     return uint64_t{block.address} + block.data.size() <= cpuControl;
@@ -58,17 +47,7 @@ int WriteBlock(Device &device, const HexBlock &block, std::chrono::milliseconds 
 
 std::optional<Firmware> ReadFirmware(const char *path, std::string &whyNot) {
     const std::string name = NativePath(path ? path : "");
-    std::error_code ignored;
-    std::ifstream file;
-    // A pipe could keep the caller waiting for ever.
-    if (std::filesystem::is_regular_file(name, ignored)) {
-        file.open(name, std::ios::binary);
-    }
-    std::optional<Firmware> firmware;
-    whyNot = "cannot be opened";
-    if (file.is_open()) {
-        firmware = ReadIntelHex(file, &whyNot);
-    }
+    auto firmware = ReadFirmwareFile(name, whyNot);
     if (firmware) {
         if (std::all_of(firmware->begin(), firmware->end(), FitsIntoRam)) {
             return firmware;
