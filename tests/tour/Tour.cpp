@@ -231,7 +231,7 @@ private:
         Click("cmdEasySetup");
         SetHighLimit(58);
         Live(10);
-        ztm::SetHeaterDuty(60, 25);
+        HeatByRamp();
         Live(60);
         Picture("frmMain", "heated-into-alarm");
         ClickTab("Control");
@@ -245,6 +245,24 @@ private:
         ClickTab("Visual Display");
         Live(40);
         Picture("frmMain", "cooled-by-automatic-control");
+    }
+
+    /// Around 60 % on heater 1, a quarter on the other.
+    void HeatByRamp() {
+        ClickTab("Control");
+        Click("cmdHeaters");
+        Click("chkSWControl(0)");
+        for (const auto &[box, text] : {std::pair{"txtPWM(0)", "60"},
+                                        {"txtPWM(1)", "25"},
+                                        {"txtFrom(0)", "50"},
+                                        {"txtTo(0)", "70"},
+                                        {"txtIncrement(0)", "5"},
+                                        {"txtInterval(0)", "2000"}}) {
+            Type(box, text);
+        }
+        Click("cmdApply");
+        CloseByCloseBox("frmHeaters");
+        ClickTab("Visual Display");
     }
 
     /// A hand at the bench stops a fan.

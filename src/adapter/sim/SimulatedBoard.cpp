@@ -1,16 +1,13 @@
 #include "adapter/sim/SimulatedBoard.h"
 
-#include "adapter/IntelHex.h"
+#include "adapter/FirmwareFile.h"
 
 #include <algorithm>
 #include <chrono>
 #include <cstddef>
 #include <cstdio>
 #include <ctime>
-#include <filesystem>
-#include <fstream>
 #include <string>
-#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -27,31 +24,6 @@ constexpr int64_t longestLivedGapTicks = int64_t{3600} * Bench::ticksPerSecond;
 
 size_t FansOf(Variant variant) {
     return variant == Variant::ZTM7710 ? 1 : 2;
-}
-
-/// The path under which this platform finds the file: the last separator may be a backslash;
-/// any other backslash belongs to the name of a folder.
-std::string NativePath(std::string path) {
-    const size_t lastSeparator = path.find_last_of("/\\");
-    if (lastSeparator != std::string::npos) {
-        path[lastSeparator] = '/';
-    }
-    return path;
-}
-
-/// Whether the file holds sound firmware; if not, `whyNot` says why. Only an ordinary file is
-/// opened, since a pipe could keep the caller waiting for ever.
-bool IsFirmware(const std::string &path, std::string &whyNot) {
-    std::error_code ignored;
-    std::ifstream file;
-    if (std::filesystem::is_regular_file(path, ignored)) {
-        file.open(path, std::ios::binary);
-    }
-    if (!file.is_open()) {
-        whyNot = "cannot be opened";
-        return false;
-    }
-    return ReadIntelHex(file, &whyNot).has_value();
 }
 
 } // namespace
@@ -100,7 +72,7 @@ int16_t SimulatedBoard::LoadFirmWare(const char *path) {
     if (settings.refusesFirmware) {
         whyNot = "refused by the adapter";
     }
-    if (settings.refusesFirmware || !IsFirmware(file, whyNot)) {
+    if (settings.refusesFirmware || !ReadFirmwareFile(file, whyNot)) {
         std::fprintf(stderr, "ztm-eval-sim: %s: %s\n", file.c_str(), whyNot.c_str());
         return failure;
     }

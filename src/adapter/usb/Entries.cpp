@@ -1,21 +1,32 @@
+#include "adapter/usb/UsbAdapter.h"
 #include "link/USBFunctions.h"
 
-#include <cstdio>
+#include <exception>
 
-// This library stands in for the driver of a real USB adapter. There is none in this build:
-// the firmware never loads and every request fails, so the program finds no board. To work
-// with real hardware, put the adapter maker's library of the same two entries in its place.
+namespace {
+
+/// The one adapter of the process; nothing is opened before the first LoadFirmWare.
+ztm::usb::UsbAdapter &Adapter() {
+    static ztm::usb::UsbAdapter adapter;
+    return adapter;
+}
+
+} // namespace
 
 extern "C" {
 
-__attribute__((visibility("default"))) int16_t LoadFirmWare(const char * /*path*/) {
-    std::fputs("ztm-eval: this build has no driver for a USB adapter\n", stderr);
-    return -1;
+/// An exception must not leave through a C entry; only want of memory can raise one here.
+__attribute__((visibility("default"))) int16_t LoadFirmWare(const char *path) {
+    try {
+        return Adapter().LoadFirmWare(path);
+    } catch (const std::exception &) {
+        return -1;
+    }
 }
 
-__attribute__((visibility("default"))) int16_t
-VendorIORequest(int16_t /*request*/, int32_t /*value*/, int32_t /*index*/, int16_t /*direction*/,
-                int16_t /*length*/, uint8_t * /*buffer*/) {
-    return -1;
+__attribute__((visibility("default"))) int16_t VendorIORequest(int16_t request, int32_t value,
+                                                               int32_t index, int16_t direction,
+                                                               int16_t length, uint8_t *buffer) {
+    return Adapter().VendorIORequest(request, value, index, direction, length, buffer);
 }
 }
