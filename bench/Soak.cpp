@@ -61,7 +61,7 @@ void StartEverything(const TemporaryFolder &folder) {
 
 /// What the chip measures wanders, so that every display has something to do.
 void Wander(double seconds) {
-    for (const size_t address : {0x41, 0x43, 0x45, 0x4B, 0x4D, 0x4E}) {
+    for (const size_t address : {0x41U, 0x43U, 0x45U, 0x4BU, 0x4DU, 0x4EU}) {
         Adapter().registers[address] =
             static_cast<uint8_t>(100 + 20 * std::sin(seconds / 300 + static_cast<double>(address)));
     }
