@@ -8,7 +8,7 @@ namespace ztm {
 namespace {
 
 QString Ask(QFileDialog &dialog, const QString &proposedName) {
-    dialog.setObjectName(QStringLiteral("FileDialog"));
+    dialog.setObjectName(QStringLiteral("CommonDialog1"));
     dialog.setDirectory(QCoreApplication::applicationDirPath());
     if (!proposedName.isEmpty()) {
         dialog.selectFile(proposedName);

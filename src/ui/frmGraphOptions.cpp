@@ -18,13 +18,14 @@
 #include <QLineEdit>
 #include <QRadioButton>
 
+#include <cmath>
+
 #include <limits>
 
 namespace ztm {
 namespace {
 
 constexpr int32_t longestInterval = std::numeric_limits<int16_t>::max();
-constexpr int longestDelay = 32767;
 
 /// `GraphType` of the option with that index: the stored numbers run the other way.
 constexpr int16_t GraphTypeOf(size_t option) {
@@ -151,8 +152,8 @@ bool frmGraphOptions::Apply() {
         return false;
     }
     const auto delay = static_cast<float>(NumberIn(*txtSMBusDelay));
-    if (!(delay >= 0 && delay <= longestDelay)) {
-        ShowMessage(tr("The SMBus delay must be 0 to %1 ms").arg(longestDelay), windowTitle(),
+    if (!(delay >= 0 && std::isfinite(delay))) {
+        ShowMessage(tr("The SMBus delay must be 0 ms or more"), windowTitle(),
                     QMessageBox::Warning);
         txtSMBusDelay->setFocus();
         return false;

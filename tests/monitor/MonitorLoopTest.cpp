@@ -37,6 +37,7 @@ struct WindowDouble final : MonitorWindow {
     }
     void WriteLogEntry(double startTime) override {
         done.push_back("log " + std::to_string(static_cast<int>(startTime)));
+        elapsed = RunningSeconds() - startTime;
         ++LogEntryCount;
     }
     void StopLogging() override {
@@ -51,6 +52,7 @@ struct WindowDouble final : MonitorWindow {
     int period = 0;
     MainTab tab = MainTab::VisualDisplay;
     bool continuousRead = false;
+    double elapsed = 0; // of the last log entry
     std::vector<std::string> done;
 };
 
@@ -108,20 +110,23 @@ TEST_F(MonitorLoopTest, DutiesComeInTheirOrder) {
 }
 
 TEST_F(MonitorLoopTest, OneChannelIsReadPerTickRoundRobin) {
+    using Ticks = std::vector<std::vector<Call>>;
+    const std::vector<Call> local{Read(0x40), Read(0x41)}, remote1{Read(0x42), Read(0x43)},
+        remote2{Read(0x44), Read(0x45)}, fan1{Read(0x4A), Read(0x4B)}, fan2{Read(0x4C), Read(0x4D)},
+        therm{Read(0x4E)};
     MonitoringEnabled = true;
-    for (const std::string_view variant : {ZTM7720, ZTM7710}) {
+    for (const auto &[variant, round] :
+         {std::pair{ZTM7720, Ticks{local, remote1, remote2, fan1, fan2, therm, local}},
+          std::pair{ZTM7710, Ticks{local, remote1, {}, fan1, {}, therm, local}}}) {
         DeviceName = variant;
-        Adapter().calls.clear();
-        std::vector<size_t> reads;
-        for (int tick = 0; tick < 6; ++tick) {
-            const size_t before = Adapter().calls.size();
-            loop.Tick();
-            reads.push_back(Adapter().calls.size() - before);
+        MonitorLoop fresh(window);
+        Ticks ticks;
+        for (size_t tick = 0; tick < round.size(); ++tick) {
+            Adapter().calls.clear();
+            fresh.Tick();
+            ticks.push_back(Adapter().calls);
         }
-        EXPECT_EQ(reads, variant == ZTM7720 ? (std::vector<size_t>{2, 2, 2, 2, 2, 1})
-                                            : (std::vector<size_t>{2, 2, 0, 2, 0, 1}));
-        EXPECT_EQ(Adapter().calls.front(), Read(0x40));
-        EXPECT_EQ(Adapter().calls.back(), Read(0x4E));
+        EXPECT_EQ(ticks, round) << variant;
     }
 }
 
@@ -192,6 +197,23 @@ TEST_F(MonitorLoopTest, TheLogStopsOnTheTickThatWritesItsLastEntry) {
     CountIn(6, "");
     EXPECT_EQ(window.done.size(), 50U);
     EXPECT_TRUE(LoggingActive);
+}
+
+TEST_F(MonitorLoopTest, TheFirstElapsedTimeOfALogIsNearZeroOnASlowBus) {
+    Adapter().script = [this](const Call & /*call*/) {
+        clock.Advance(0.1);
+        return int16_t{0};
+    };
+    MonitoringEnabled = LoggingActive = true;
+    MaxLogEntries = 1;
+    for (int tenths = 0; tenths < 10; ++tenths) {
+        clock.Advance(std::ceil(RunningSeconds()) - RunningSeconds() + 0.05 + tenths / 10.0);
+        LogEntryCount = 0;
+        LoggingActive = true;
+        CountIn(tickSeconds, "log");
+        EXPECT_EQ(LogEntryCount, 1);
+        EXPECT_LE(std::abs(window.elapsed), 0.5) << tenths;
+    }
 }
 
 TEST_F(MonitorLoopTest, ARampRunsUpAndDownBetweenItsEnds) {

@@ -144,14 +144,8 @@ void Gauge::Begin(Means means, int pointer) {
 /// Moves the pointer in hand, up to the other one. A pointer that the program has set past the
 /// other can only come back.
 void Gauge::MoveTo(double value) {
-    const double current = Pointer(move.pointer);
-    double bounded = Clamped(value);
-    if (move.pointer == lowPointerNumber) {
-        bounded = qMin(bounded, qMax(high, current));
-    } else if (lowVisible) {
-        bounded = qMax(bounded, qMin(low, current));
-    }
-    if (bounded != current) {
+    const double bounded = Clamped(value);
+    if (bounded != Pointer(move.pointer)) {
         move.moved = true;
         SetPointer(move.pointer, bounded);
         emit PointerMoving();
