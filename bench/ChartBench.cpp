@@ -22,14 +22,18 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 #include <random>
+#include <string>
+
+#include <malloc.h>
 
 namespace {
 
 using ztm::ChannelHistory;
 using ztm::Extent;
-using ztm::bench::Bounds;
 using ztm::bench::CpuMicroseconds;
+using ztm::bench::Table;
 using ztm::bench::Times;
 
 constexpr int channelCount = ChannelHistory::channelCount;
@@ -291,8 +295,8 @@ void Flush() {
 /// All charts of one span, with as much history.
 class Contest {
 public:
-    Contest(const char *name, double seconds, Signal::Kind kind)
-        : name(name)
+    Contest(std::string title, double seconds, Signal::Kind kind)
+        : name(std::move(title))
         , span(seconds)
         , source(kind)
         , chart(history, Setup(seconds))
@@ -350,23 +354,26 @@ public:
         }
     }
 
-    void Report(Bounds &bounds) const {
+    void Report(Table &table) const {
         const double added = append.Median();
         const double own = Own();
         const double reference = plains.Median() + added;
-        std::printf("%s: reference %.0f us, strip chart %.0f us (mean %.0f, p99 %.0f), raw graph "
-                    "%.0f us = %.1f x reference\n  append of six values %.2f us, history %.1f MB\n",
-                    name, reference, own, charts.Mean(), charts.Quantile(0.99), raws.Median(),
-                    raws.Median() / reference, added, static_cast<double>(history.Bytes()) / 1e6);
+        Table::Heading(name.c_str());
+        Table::Figure("plain painter (the reference), median", reference, "us");
+        Table::Figure("strip chart, median", own, "us");
+        Table::Figure("strip chart, mean", charts.Mean() + added, "us");
+        Table::Figure("strip chart, 99th percentile", charts.Quantile(0.99), "us");
+        Table::Figure("plotting library's graph to reference, median", raws.Median() / reference,
+                      "x");
 #ifdef ZTM_BENCH_QT_CHARTS
-        std::printf("  Qt Charts, columns replaced: %.0f us = %.1f x reference\n", series.Median(),
-                    series.Median() / reference);
+        Table::Figure("Qt Charts, given columns only, to reference, median",
+                      series.Median() / reference, "x");
 #endif
-        bounds.AtMost("strip chart to reference, median", own / reference, 1.6, "x");
-        bounds.AtMost("strip chart to reference, mean",
-                      (charts.Mean() + added) / (plains.Mean() + added), 1.6, "x");
-        bounds.AtMost("strip chart to reference, time axis moving with each sample",
-                      movingCharts.Median() / movingPlains.Median(), 1.6, "x");
+        table.AtMost("strip chart to reference, median", own / reference, 1.6, "x");
+        table.AtMost("strip chart to reference, mean",
+                     (charts.Mean() + added) / (plains.Mean() + added), 1.6, "x");
+        table.AtMost("strip chart to reference, time axis moving with each sample",
+                     movingCharts.Median() / movingPlains.Median(), 1.6, "x");
     }
 
     /// Of an append and a repaint of the strip chart.
@@ -407,7 +414,7 @@ private:
         }
     }
 
-    const char *name;
+    std::string name;
     double span;
     Signal source;
     double time = 0;
@@ -423,27 +430,33 @@ private:
     Times append, charts, plains, raws, movingCharts, movingPlains;
 };
 
-void Compare(const char *kindName, Signal::Kind kind, Bounds &bounds) {
-    std::printf("\n%s\n", kindName);
-    const auto run = [&](const char *name, double seconds, int rawEvery) {
-        auto contest = std::make_unique<Contest>(name, seconds, kind);
+void Compare(const char *kindName, Signal::Kind kind, Table &table) {
+    const auto run = [&](const char *spanName, double seconds, int rawEvery) {
+        auto contest = std::make_unique<Contest>(
+            std::string("chart of 700 x 400, ").append(kindName).append(", ") + spanName, seconds,
+            kind);
         contest->Run(600, rawEvery);
-        contest->Report(bounds);
+        contest->Report(table);
         return contest;
     };
     const auto minute = run("60 s", 60, 1);
     run("1 h", 3600, 6);
     const auto day = run("24 h", 86400, 100);
-    bounds.AtMost("24 h to 60 s, median", day->Own() / minute->Own(), 1.5, "x");
-    bounds.AtMost("24 h to 60 s, mean", day->OwnMean() / minute->OwnMean(), 1.5, "x");
-    bounds.AtMost("24 h to 60 s, time axis moving with each sample",
-                  day->MovingAxis() / minute->MovingAxis(), 1.5, "x");
-    bounds.AtLeast("24 h, raw graph to strip chart, mean", day->Raw() / day->OwnMean(), 50, "x");
-    bounds.AtLeast("24 h, raw graph to strip chart, time axis moving with each",
-                   day->Raw() / day->MovingAxis(), 50, "x");
+    Table::Heading(std::string("charts over spans, ").append(kindName).c_str());
+    table.AtMost("24 h to 60 s, median", day->Own() / minute->Own(), 1.5, "x");
+    table.AtMost("24 h to 60 s, mean", day->OwnMean() / minute->OwnMean(), 1.5, "x");
+    table.AtMost("24 h to 60 s, time axis moving with each sample",
+                 day->MovingAxis() / minute->MovingAxis(), 1.5, "x");
+    table.AtLeast("24 h, raw graph to strip chart, mean", day->Raw() / day->OwnMean(), 50, "x");
+    table.AtLeast("24 h, raw graph to strip chart, time axis moving with each",
+                  day->Raw() / day->MovingAxis(), 50, "x");
 }
 
-void MeasureFillOfADay() {
+size_t HeapBytes() {
+    return mallinfo2().uordblks;
+}
+
+void MeasureFillOfADay(Table &table) {
     Signal source(Signal::Kind::Slow);
     ChannelHistory history;
     std::vector<ChannelHistory::Values> some;
@@ -455,8 +468,25 @@ void MeasureFillOfADay() {
         history.Append(sample * interval, some[static_cast<size_t>(sample % 4096)]);
     }
     const double each = (CpuMicroseconds() - start) / samplesOfADay;
-    std::printf("a day of six channels: %.1f MB, %.3f us for each append\n",
-                static_cast<double>(history.Bytes()) / 1e6, each);
+    const auto bytes = static_cast<double>(history.Bytes());
+
+    constexpr int chartCount = 6;
+    std::vector<std::unique_ptr<ztm::StripChart>> charts;
+    const size_t before = HeapBytes();
+    for (int chart = 0; chart < chartCount; ++chart) {
+        charts.push_back(std::make_unique<ztm::StripChart>(history, Setup(86400)));
+        charts.back()->resize(chartSize);
+        charts.back()->show();
+        Flush();
+    }
+    Table::Heading("history of a day of six channels at 30 ms");
+    table.AtMost("memory", bytes / 1e6, 40, "MB");
+    table.AtMost("memory of the history with six charts open, to that",
+                 static_cast<double>(history.Bytes()) / bytes, 1, "x");
+    Table::Figure("memory of each chart besides, its picture included",
+                  static_cast<double>(HeapBytes() - before) / chartCount / 1e6, "MB");
+    Table::Figure("append of six values", each, "us");
+
     ztm::StripChartColumns columns(history);
     Times rebuild;
     for (int zoom = 0; zoom < 200; ++zoom) {
@@ -464,23 +494,17 @@ void MeasureFillOfADay() {
         const auto begin = static_cast<int64_t>(history.LastTime() / width) - 599;
         rebuild.Take([&] { columns.Update(width, begin, 600); });
     }
-    std::printf("all columns anew after a zoom, 60 s to a day: median %.0f us, worst %.0f us\n",
-                rebuild.Median(), rebuild.Quantile(1));
+    Table::Figure("all columns anew after a zoom, 60 s to a day, median", rebuild.Median(), "us");
+    Table::Figure("all columns anew after a zoom, 60 s to a day, worst", rebuild.Quantile(1), "us");
 }
 
 } // namespace
 
 int main(int argumentCount, char *arguments[]) {
     const QApplication application(argumentCount, arguments);
-    MeasureFillOfADay();
-#ifdef ZTM_BENCH_QT_CHARTS
-    std::printf("Qt Charts is given columns only: raw data of a day are out of its reach\n");
-#else
-    std::printf("Qt Charts is not installed and not compared\n");
-#endif
-    Bounds bounds;
-    Compare("slow signals", Signal::Kind::Slow, bounds);
-    Compare("signals that swing over the whole axis within each column", Signal::Kind::Swings,
-            bounds);
-    return bounds.ExitCode();
+    Table table;
+    MeasureFillOfADay(table);
+    Compare("slow signals", Signal::Kind::Slow, table);
+    Compare("full swing in each column", Signal::Kind::Swings, table);
+    return table.ExitCode();
 }

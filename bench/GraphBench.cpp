@@ -34,9 +34,8 @@ double MedianRepaint(ztm::LookupGraph &graph) {
 
 int main(int argumentCount, char *arguments[]) {
     const QApplication application(argumentCount, arguments);
-    ztm::bench::Bounds bounds;
-    std::printf("automatic control graph, repaint of %d x %d while a point is carried\n",
-                graphSize.width(), graphSize.height());
+    ztm::bench::Table table;
+    ztm::bench::Table::Heading("automatic control graph, repaint of 1000 x 800, a point carried");
     for (const bool eightPoints : {true, false}) {
         ztm::EightPointMode = eightPoints;
         for (int point = 0; point < ztm::LookupPoints; ++point) {
@@ -47,8 +46,8 @@ int main(int argumentCount, char *arguments[]) {
         graph.resize(graphSize);
         graph.linear = eightPoints;
         graph.selectedPoint = 2;
-        bounds.AtMost(eightPoints ? "one curve, linear: median" : "two curves, steps: median",
-                      MedianRepaint(graph), boundMicroseconds, "us");
+        table.AtMost(eightPoints ? "one curve, linear: median" : "two curves, steps: median",
+                     MedianRepaint(graph), boundMicroseconds, "us");
     }
-    return bounds.ExitCode();
+    return table.ExitCode();
 }

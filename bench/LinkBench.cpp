@@ -1,6 +1,7 @@
 // What the register operations add to the adapter library's own time, and the search for a
 // chip that is not there.
 
+#include "Measure.h"
 #include "discovery/DeviceScan.h"
 #include "link/LinkState.h"
 #include "link/USBComms.h"
@@ -9,7 +10,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include <cstdio>
 #include <map>
 #include <string>
 
@@ -90,28 +90,26 @@ BENCHMARK(DirectWrite);
 BENCHMARK(WriteRegister);
 BENCHMARK(ScanOfAnAbsentChip);
 
-/// Prints the medians alone and keeps them, in nanoseconds.
-class MedianReporter final : public benchmark::ConsoleReporter {
+/// Keeps the medians, in nanoseconds, and the speeds, in bytes a second, and prints nothing.
+class MedianReporter final : public benchmark::BenchmarkReporter {
 public:
-    MedianReporter() : ConsoleReporter(OO_None) {}
+    bool ReportContext(const Context & /*context*/) override { return true; }
 
     void ReportRuns(const std::vector<Run> &runs) override {
         for (const Run &run : runs) {
             if (run.aggregate_name == "median") {
-                medians[run.run_name.function_name] = run.GetAdjustedCPUTime();
-                ConsoleReporter::ReportRuns({run});
+                const std::string name = run.run_name.function_name + run.run_name.args;
+                nanoseconds[name] = run.GetAdjustedCPUTime();
+                if (const auto speed = run.counters.find("bytes_per_second");
+                    speed != run.counters.end()) {
+                    bytesPerSecond[name] = speed->second;
+                }
             }
         }
     }
 
-    void PrintComparison(const std::string &ours, const std::string &direct) {
-        const double added = medians[ours] - medians[direct];
-        std::printf("%-14s %6.2f x %-12s (%+.1f ns)\n", ours.c_str(),
-                    medians[ours] / medians[direct], direct.c_str(), added);
-    }
-
-private:
-    std::map<std::string, double> medians;
+    std::map<std::string, double> nanoseconds;
+    std::map<std::string, double> bytesPerSecond;
 };
 
 } // namespace
@@ -124,9 +122,26 @@ int main(int argumentCount, char *arguments[]) {
     all.insert(all.begin() + 1, {repetitions, medianOnly, interleaved});
     auto count = static_cast<int>(all.size());
     benchmark::Initialize(&count, all.data());
-    MedianReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    reporter.PrintComparison("ReadRegister", "DirectRead");
-    reporter.PrintComparison("WriteRegister", "DirectWrite");
-    reporter.PrintComparison("LogEntry", "PlainLogEntry");
+    MedianReporter medians;
+    benchmark::RunSpecifiedBenchmarks(&medians);
+
+    using ztm::bench::Table;
+    const auto compare = [&](const char *what, const char *ours, const char *reference) {
+        Table::Figure(std::string(what).append(", median").c_str(), medians.nanoseconds[ours],
+                      "ns");
+        Table::Figure(std::string(what).append(" to ").append(reference).c_str(),
+                      medians.nanoseconds[ours] / medians.nanoseconds[reference], "x");
+    };
+    Table::Heading("register operations on an adapter library that does nothing");
+    compare("read", "ReadRegister", "DirectRead");
+    compare("write", "WriteRegister", "DirectWrite");
+    Table::Figure("search for a chip that is not there, without its waits",
+                  medians.nanoseconds["ScanOfAnAbsentChip"] / 1e3, "us");
+    Table::Heading("files");
+    compare("log entry", "LogEntry", "PlainLogEntry");
+    Table::Figure("log entries", 1e6 / medians.nanoseconds["LogEntry"], "1000/s");
+    Table::Figure("recall of a snapshot, 52 lines",
+                  medians.bytesPerSecond["RecallSnapshot52"] / 1e6, "MB/s");
+    Table::Figure("recall of a snapshot, 4096 lines",
+                  medians.bytesPerSecond["RecallSnapshot4096"] / 1e6, "MB/s");
 }

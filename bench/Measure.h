@@ -8,20 +8,26 @@
 
 namespace ztm::bench {
 
-inline double CpuMicroseconds() {
+inline double Microseconds(clockid_t clock) {
     timespec now{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+    clock_gettime(clock, &now);
     return static_cast<double>(now.tv_sec) * 1e6 + static_cast<double>(now.tv_nsec) / 1e3;
 }
 
-/// The CPU time of pieces of work, in microseconds.
+inline double CpuMicroseconds() {
+    return Microseconds(CLOCK_PROCESS_CPUTIME_ID);
+}
+
+/// The times of pieces of work in microseconds: CPU time, unless another clock is asked for.
 class Times {
 public:
+    explicit Times(clockid_t timesClock = CLOCK_PROCESS_CPUTIME_ID) : clock(timesClock) {}
+
     template <class Work>
     void Take(const Work &work) {
-        const double start = CpuMicroseconds();
+        const double start = Microseconds(clock);
         work();
-        times.push_back(CpuMicroseconds() - start);
+        times.push_back(Microseconds(clock) - start);
     }
 
     double Median() const { return Quantile(0.5); }
@@ -35,12 +41,20 @@ public:
     }
 
 private:
+    clockid_t clock;
     std::vector<double> times;
 };
 
-/// Figures beside their bounds, and whether all of them keep to those.
-class Bounds {
+/// The rows of the table that all benchmarks make together: figures, beside their bounds where
+/// they have one, and whether all of them keep to those.
+class Table {
 public:
+    static void Heading(const char *what) { std::printf("%s\n", what); }
+
+    static void Figure(const char *what, double value, const char *unit) {
+        std::printf("  %-58s %9.2f %s\n", what, value, unit);
+    }
+
     void AtMost(const char *what, double value, double bound, const char *unit) {
         Print(what, value, "at most", bound, unit, value <= bound);
     }
@@ -53,7 +67,7 @@ public:
 private:
     void Print(const char *what, double value, const char *side, double bound, const char *unit,
                bool ok) {
-        std::printf("  %-58s %9.2f %-2s  %-8s %7.2f  %s\n", what, value, unit, side, bound,
+        std::printf("  %-58s %9.2f %-4s  %-8s %7.2f  %s\n", what, value, unit, side, bound,
                     ok ? "ok" : "MISSED");
         missed += ok ? 0 : 1;
     }

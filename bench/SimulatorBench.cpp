@@ -1,35 +1,20 @@
-// What the simulated board costs: a day of its time, and one request. Prints each figure with
-// its bound and fails when one is missed.
+// What the simulated board costs: a day of its time, and one request. Fails when that is more
+// than it may.
 
+#include "Measure.h"
 #include "adapter/sim/SimulatedBoard.h"
 
-#include <algorithm>
 #include <array>
-#include <cstdio>
 #include <cstdlib>
-#include <ctime>
-#include <vector>
 
 namespace {
 
 using namespace ztm::sim;
+using ztm::bench::CpuMicroseconds;
 
 constexpr int16_t registerRequest = 0xDE;
 constexpr int16_t setHeaterRequest = 0xDB;
 constexpr double stepSeconds = 0.030;
-
-double CpuSeconds() {
-    timespec now{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
-}
-
-bool Report(const char *what, double figure, double bound, const char *unit) {
-    const bool isKept = figure < bound;
-    std::printf("%-46s %8.2f %s, bound %.2f %s: %s\n", what, figure, unit, bound, unit,
-                isKept ? "ok" : "MISSED");
-    return isKept;
-}
 
 uint8_t Read(SimulatedBoard &board, int32_t address) {
     uint8_t reply = 0;
@@ -64,12 +49,12 @@ double DaySeconds() {
     double now = 0;
     SimulatedBoard board(Variant::ZTM7720, SimulatedBoard::defaultChipAddress, [&] { return now; });
     SetUp(board);
-    const double start = CpuSeconds();
+    const double start = CpuMicroseconds();
     for (long step = 1; now < daySeconds; ++step) {
         now = static_cast<double>(step) * stepSeconds;
         Read(board, 0x42);
     }
-    return CpuSeconds() - start;
+    return (CpuMicroseconds() - start) / 1e6;
 }
 
 double NightMilliseconds() {
@@ -78,9 +63,9 @@ double NightMilliseconds() {
     SimulatedBoard board(Variant::ZTM7720, SimulatedBoard::defaultChipAddress, [&] { return now; });
     SetUp(board);
     now = nightSeconds;
-    const double start = CpuSeconds();
+    const double start = CpuMicroseconds();
     Read(board, 0x42);
-    return (CpuSeconds() - start) * 1e3;
+    return (CpuMicroseconds() - start) / 1e3;
 }
 
 /// The median over batches of requests that follow each other as fast as they can, on the
@@ -91,25 +76,24 @@ double MedianRequestMicroseconds() {
     constexpr std::array<int32_t, 8> addresses = {0x40, 0x41, 0x4A, 0x4B, 0x4E, 0x4F, 0x50, 0x51};
     SimulatedBoard board;
     SetUp(board);
-    std::vector<double> times;
+    ztm::bench::Times times;
     for (int batch = 0; batch < batches; ++batch) {
-        const double start = CpuSeconds();
-        for (size_t i = 0; i < requests; ++i) {
-            Read(board, addresses[i % addresses.size()]);
-        }
-        times.push_back((CpuSeconds() - start) * 1e6 / requests);
+        times.Take([&] {
+            for (size_t i = 0; i < requests; ++i) {
+                Read(board, addresses[i % addresses.size()]);
+            }
+        });
     }
-    std::sort(times.begin(), times.end());
-    return times[batches / 2];
+    return times.Median() / requests;
 }
 
 } // namespace
 
 int main() {
-    const bool isDayKept = Report("a simulated day in steps of 30 ms", DaySeconds(), 2, "s");
-    const bool isNightKept =
-        Report("the first request after a night asleep", NightMilliseconds(), 100, "ms");
-    const bool isRequestKept =
-        Report("one request to the board, median", MedianRequestMicroseconds(), 1, "us");
-    return isDayKept && isNightKept && isRequestKept ? EXIT_SUCCESS : EXIT_FAILURE;
+    ztm::bench::Table table;
+    ztm::bench::Table::Heading("simulated board");
+    table.AtMost("a day in steps of 30 ms", DaySeconds(), 2, "s");
+    table.AtMost("the first request after a night asleep", NightMilliseconds(), 100, "ms");
+    table.AtMost("one request, median", MedianRequestMicroseconds(), 1, "us");
+    return table.ExitCode();
 }

@@ -119,11 +119,11 @@ int main(int argumentCount, char *arguments[]) {
         std::fflush(stdout);
     }
     const double expected = std::floor(hours) * hourSeconds / (34 * tickSeconds);
-    ztm::bench::Bounds bounds;
-    bounds.AtMost("memory gained after two hours, besides the history", most - warm, 2, "MB");
-    bounds.AtMost("log entries too many or too few", std::abs(ztm::LogEntryCount - expected), 2,
+    ztm::bench::Table table;
+    table.AtMost("memory gained after two hours, besides the history", most - warm, 2, "MB");
+    table.AtMost("log entries too many or too few", std::abs(ztm::LogEntryCount - expected), 2,
                   "");
-    bounds.AtMost("a log entry's distance from its time", LogDrift(folder.Path("log")), tickSeconds,
+    table.AtMost("a log entry's distance from its time", LogDrift(folder.Path("log")), tickSeconds,
                   "s");
-    return bounds.ExitCode();
+    return table.ExitCode();
 }

@@ -37,14 +37,14 @@ ztm::bench::Times Measure(const char *what, ClockDouble &clock) {
             times.Take(work);
         }
     }
-    std::printf("%s\n", what);
+    ztm::bench::Table::Heading(what);
     return times;
 }
 
-double CheckBusyTick(const char *what, ClockDouble &clock, ztm::bench::Bounds &bounds) {
+double CheckBusyTick(const char *what, ClockDouble &clock, ztm::bench::Table &table) {
     const auto times = Measure(what, clock);
-    bounds.AtMost("median", times.Median(), 1500, "us");
-    bounds.AtMost("99th percentile", times.Quantile(0.99), 4000, "us");
+    table.AtMost("median", times.Median(), 1500, "us");
+    table.AtMost("99th percentile", times.Quantile(0.99), 4000, "us");
     return times.Median();
 }
 
@@ -72,25 +72,25 @@ int main(int argumentCount, char *arguments[]) {
     Click("FinishCMD");
     Find("frmMain").resize(1000, 650);
     ClickTab("Visual Display");
-    ztm::bench::Bounds bounds;
+    ztm::bench::Table table;
     const auto idle = Measure("tick, every duty off", clock);
-    bounds.AtMost("median", idle.Median(), 5, "us");
+    table.AtMost("median", idle.Median(), 5, "us");
     Click("cmdEasySetup");
     ztm::ManualDialogOpen = true;
     for (auto &heater : ztm::Heaters) {
         heater.SoftwareControl = true;
     }
-    const double silent = CheckBusyTick("tick, every duty on, live display shown", clock, bounds);
+    const double silent = CheckBusyTick("tick, every duty on, live display shown", clock, table);
     const TemporaryFolder folder;
     LogEveryTick(folder);
     const double logging =
-        CheckBusyTick("tick, every duty on, live display shown, a log entry", clock, bounds);
-    std::printf("  %-58s %9.2f us\n", "share of the log entry", logging - silent);
+        CheckBusyTick("tick, every duty on, live display shown, a log entry", clock, table);
+    ztm::bench::Table::Figure("share of the log entry", logging - silent, "us");
     ClickTab("About");
-    CheckBusyTick("tick, every duty on, no live page shown", clock, bounds);
+    CheckBusyTick("tick, every duty on, no live page shown", clock, table);
     ClickTab("Register Access");
     ztm::MonitorInReadWrite = true;
     Click("chkContRead");
-    CheckBusyTick("tick, every duty on, continuous read shown", clock, bounds);
-    return bounds.ExitCode();
+    CheckBusyTick("tick, every duty on, continuous read shown", clock, table);
+    return table.ExitCode();
 }

@@ -1,16 +1,14 @@
 // From the start of the process to the first paint of the search wizard: starts itself again
-// and again and prints the median.
+// and again and takes the time.
 
+#include "Measure.h"
 #include "ui/InitForm.h"
 
 #include <QApplication>
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <string_view>
-#include <vector>
 
 #include <spawn.h>
 #include <sys/wait.h>
@@ -21,12 +19,6 @@ extern char **environ;
 namespace {
 
 constexpr int runs = 21;
-
-double Milliseconds() {
-    timespec now{};
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
-}
 
 /// Ends the process when the wizard has been painted.
 class FirstPaint final : public QObject {
@@ -48,10 +40,9 @@ int ShowWizard(char *name) {
     return QApplication::exec();
 }
 
-double StartOnce(char *name) {
+void StartOnce(char *name) {
     char child[] = "child";
     char *arguments[] = {name, child, nullptr};
-    const double start = Milliseconds();
     pid_t process = 0;
     int status = 0;
     if (posix_spawn(&process, "/proc/self/exe", nullptr, nullptr, arguments, environ) != 0 ||
@@ -59,7 +50,6 @@ double StartOnce(char *name) {
         std::fprintf(stderr, "the wizard did not start\n");
         std::exit(EXIT_FAILURE);
     }
-    return Milliseconds() - start;
 }
 
 } // namespace
@@ -68,9 +58,11 @@ int main(int argumentCount, char *arguments[]) {
     if (argumentCount > 1 && std::string_view(arguments[1]) == "child") {
         return ShowWizard(arguments[0]);
     }
-    std::vector<double> times(runs);
-    std::generate(times.begin(), times.end(), [&] { return StartOnce(arguments[0]); });
-    std::sort(times.begin(), times.end());
-    std::printf("process start to wizard painted: median %.0f ms, slowest %.0f ms of %d\n",
-                times[runs / 2], times.back(), runs);
+    ztm::bench::Times times(CLOCK_MONOTONIC);
+    for (int run = 0; run < runs; ++run) {
+        times.Take([&] { StartOnce(arguments[0]); });
+    }
+    ztm::bench::Table::Heading("start of the process to the search wizard painted, offscreen");
+    ztm::bench::Table::Figure("median", times.Median() / 1000, "ms");
+    ztm::bench::Table::Figure("slowest of 21", times.Quantile(1) / 1000, "ms");
 }

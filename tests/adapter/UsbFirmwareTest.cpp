@@ -60,37 +60,29 @@ TEST(UsbAdapterTest, ReturnsWithoutAnEventAreFoundByLooking) {
 }
 
 TEST_F(UsbTest, AFailedLoadEndsInTimeWithNothingOpen) {
-    const struct {
-        const char *what;
-        size_t transfer; ///< whose answer is replaced
-        Answer answer;
-        std::string reason;
-    } cases[] = {
-        {"reset refused",
-         0,
-         {.error = stall},
-         "could not be loaded into the USB adapter " + loading},
-        {"data refused", 1, {.error = stall}, "could not be loaded"},
-        {"data not answered", 2, {.delay = never}, "could not be loaded"},
-        {"start refused", 3, {.error = stall}, "could not be loaded"},
-        {"never back", 3, {.then = Then::LeavesInFlight}, "did not come back as " + running},
-        {"never gone", 3, {}, "did not come back as " + running},
-        {"back unchanged",
-         3,
-         {.then = Then::LeavesAfterwards, .comesBackAs = usb::loadingAdapter},
-         "did not come back as " + running},
-    };
-    for (const auto &c : cases) {
+    // The answer to one transfer is replaced by another.
+    const auto expectFailure = [this](const char *what, size_t transfer, const Answer &answer,
+                                      const std::string &reason) {
         device.ForgetTransfers();
-        device.SetFault([&c](size_t number, const Transfer &) {
-            return number == c.transfer ? std::optional(c.answer) : std::nullopt;
+        device.SetFault([&](size_t number, const Transfer &) {
+            return number == transfer ? std::optional(answer) : std::nullopt;
         });
         device.PlugLoading();
-        EXPECT_THAT(ReasonOfFailedStart(firmware), HasSubstr(c.reason)) << c.what;
-        EXPECT_TRUE(bus.IsClosedByAll()) << c.what;
-        EXPECT_EQ(ReadAt(0x20), failed) << c.what;
+        EXPECT_THAT(ReasonOfFailedStart(firmware), HasSubstr(reason)) << what;
+        EXPECT_TRUE(bus.IsClosedByAll()) << what;
+        EXPECT_EQ(ReadAt(0x20), failed) << what;
         bus.Unplug();
-    }
+    };
+    const std::string notBack = "did not come back as " + running;
+    expectFailure("reset refused", 0, {.error = stall},
+                  "could not be loaded into the USB adapter " + loading);
+    expectFailure("data refused", 1, {.error = stall}, "could not be loaded");
+    expectFailure("data not answered", 2, {.delay = never}, "could not be loaded");
+    expectFailure("start refused", 3, {.error = stall}, "could not be loaded");
+    expectFailure("never back", 3, {.then = Then::LeavesInFlight}, notBack);
+    expectFailure("never gone", 3, {}, notBack);
+    expectFailure("back unchanged", 3,
+                  {.then = Then::LeavesAfterwards, .comesBackAs = usb::loadingAdapter}, notBack);
 }
 
 TEST_F(UsbTest, AFileThatIsNoFirmwareIsRefusedWithNothingSent) {

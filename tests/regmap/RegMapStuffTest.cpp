@@ -38,7 +38,8 @@ TEST(RegMapStuffTest, FillsTheVariantsSlotsInOrderAndLeavesTheRestEmpty) {
             EXPECT_TRUE(names.insert(entry->Name).second) << entry->Name;
             EXPECT_EQ(entry->Name, entry->Description);
             EXPECT_EQ(7, std::ranges::count(entry->BitLabels, ':')) << entry->Name;
-            EXPECT_EQ(std::string::npos, (":" + std::string(entry->BitLabels) + ":").find("::"));
+            EXPECT_EQ(std::string::npos,
+                      (std::string(1, ':') + std::string(entry->BitLabels) + ":").find("::"));
         }
     }
 }

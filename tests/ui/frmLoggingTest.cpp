@@ -229,7 +229,7 @@ TEST_F(LoggingTest, AFileThatCannotBeWrittenLeavesTheDialogOpen) {
     Open();
     Click("chkLog(0)");
     const std::string full = folder.Path("full");
-    symlink("/dev/full", full.c_str());
+    ASSERT_EQ(symlink("/dev/full", full.c_str()), 0);
     StartLogTo(full);
     EXPECT_TRUE(Find("frmLogging").isVisible());
     EXPECT_TRUE(Find("lblProblem").isVisible());
