@@ -347,7 +347,7 @@ public:
 #endif
         }
         // And with samples a column apart, so that the time axis moves with each.
-        for (int round = 0; round < rounds / 4; ++round) {
+        for (int round = 0; round < rounds; ++round) {
             source.Skip(span / 550);
             Append();
             PaintChartAndReference(round, movingCharts, movingPlains);
@@ -369,11 +369,21 @@ public:
         Table::Figure("Qt Charts, given columns only, to reference, median",
                       series.Median() / reference, "x");
 #endif
-        table.AtMost("strip chart to reference, median", own / reference, 1.6, "x");
-        table.AtMost("strip chart to reference, mean",
-                     (charts.Mean() + added) / (plains.Mean() + added), 1.6, "x");
-        table.AtMost("strip chart to reference, time axis moving with each sample",
-                     movingCharts.Median() / movingPlains.Median(), 1.6, "x");
+        table.AtMost("strip chart to reference, median", MedianRatio(), 1.6, "x");
+        table.AtMost("strip chart to reference, mean", MeanRatio(), 1.6, "x");
+        table.AtMost("strip chart to reference, time axis moving with each", MovingRatio(), 1.6,
+                     "x");
+    }
+
+    /// Of an append and a repaint, the strip chart to the reference.
+    double MedianRatio() const {
+        return Own() / (plains.Median() + append.Median());
+    }
+    double MeanRatio() const {
+        return OwnMean() / (plains.Mean() + append.Mean());
+    }
+    double MovingRatio() const {
+        return movingCharts.Median() / movingPlains.Median();
     }
 
     /// Of an append and a repaint of the strip chart.
@@ -442,11 +452,14 @@ void Compare(const char *kindName, Signal::Kind kind, Table &table) {
     const auto minute = run("60 s", 60, 1);
     run("1 h", 3600, 6);
     const auto day = run("24 h", 86400, 100);
+    // The two have not run in turns: their ratios to the reference have the machine's mood out.
     Table::Heading(std::string("charts over spans, ").append(kindName).c_str());
-    table.AtMost("24 h to 60 s, median", day->Own() / minute->Own(), 1.5, "x");
-    table.AtMost("24 h to 60 s, mean", day->OwnMean() / minute->OwnMean(), 1.5, "x");
-    table.AtMost("24 h to 60 s, time axis moving with each sample",
-                 day->MovingAxis() / minute->MovingAxis(), 1.5, "x");
+    table.AtMost("24 h to 60 s, each to its reference, median",
+                 day->MedianRatio() / minute->MedianRatio(), 1.5, "x");
+    table.AtMost("24 h to 60 s, each to its reference, mean",
+                 day->MeanRatio() / minute->MeanRatio(), 1.5, "x");
+    table.AtMost("24 h to 60 s, each to its reference, axis moving",
+                 day->MovingRatio() / minute->MovingRatio(), 1.5, "x");
     table.AtLeast("24 h, raw graph to strip chart, mean", day->Raw() / day->OwnMean(), 50, "x");
     table.AtLeast("24 h, raw graph to strip chart, time axis moving with each",
                   day->Raw() / day->MovingAxis(), 50, "x");
