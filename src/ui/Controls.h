@@ -1,6 +1,9 @@
 #pragma once
 
+#include <QHBoxLayout>
 #include <QPushButton>
+
+#include <initializer_list>
 
 namespace ztm {
 
@@ -16,6 +19,16 @@ inline QPushButton *NewButton(const char *name, const QString &caption, QWidget 
     auto *button = Named(new QPushButton(caption, parent), name);
     button->setAutoDefault(true);
     return button;
+}
+
+/// The buttons that close a dialog, side by side at its right.
+inline QHBoxLayout *NewButtonRow(std::initializer_list<QPushButton *> buttons) {
+    auto *row = new QHBoxLayout;
+    row->addStretch();
+    for (QPushButton *button : buttons) {
+        row->addWidget(button);
+    }
+    return row;
 }
 
 } // namespace ztm

@@ -69,7 +69,10 @@ void frmAutoControl::SetupUi() {
     layout->addWidget(graphPanel, 0, 0);
     layout->addWidget(sldRange, 0, 1);
     layout->addLayout(settings, 0, 2);
-    layout->addLayout(NewButtonRow(), 1, 0, 1, 3);
+    cmdOK = NewButton("cmdOK", tr("OK"), this);
+    cmdApply = NewButton("cmdApply", tr("Apply"), this);
+    cmdCancel = NewButton("cmdCancel", tr("Cancel"), this);
+    layout->addLayout(NewButtonRow({cmdOK, cmdApply, cmdCancel}), 1, 0, 1, 3);
     layout->setColumnStretch(0, 1);
     layout->setRowStretch(0, 1);
 }
@@ -129,18 +132,6 @@ QGroupBox *frmAutoControl::NewPointFrame() {
     WatchRange(*txtTLookUp, lowestCelsius, highestCelsius, tr("°C"));
     layout->setColumnStretch(1, 1);
     return frame;
-}
-
-QLayout *frmAutoControl::NewButtonRow() {
-    cmdOK = NewButton("cmdOK", tr("OK"), this);
-    cmdApply = NewButton("cmdApply", tr("Apply"), this);
-    cmdCancel = NewButton("cmdCancel", tr("Cancel"), this);
-    auto *row = new QHBoxLayout;
-    row->addStretch();
-    for (auto *button : {cmdOK, cmdApply, cmdCancel}) {
-        row->addWidget(button);
-    }
-    return row;
 }
 
 void frmAutoControl::ConnectSignals() {

@@ -38,7 +38,6 @@ private:
     QGroupBox *NewSourceFrame();
     QGroupBox *NewTransitionFrame();
     QGroupBox *NewPointFrame();
-    QLayout *NewButtonRow();
     void ConnectSignals();
     void Form_Load();
     void LayoutOneFan();

@@ -86,14 +86,9 @@ void frmConfig::SetupUi() {
     cmdOK = NewButton("cmdOK", tr("OK"), this);
     cmdApply = NewButton("cmdApply", tr("Apply"), this);
     cmdCancel = NewButton("cmdCancel", tr("Cancel"), this);
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch();
-    for (auto *button : {cmdOK, cmdApply, cmdCancel}) {
-        buttons->addWidget(button);
-    }
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(SSTab1);
-    layout->addLayout(buttons);
+    layout->addLayout(NewButtonRow({cmdOK, cmdApply, cmdCancel}));
 }
 
 QWidget *frmConfig::NewGeneralPage() {

@@ -76,7 +76,10 @@ void frmGraphOptions::SetupUi() {
     layout->addWidget(NewSmbusFrame(), 1, 0);
     layout->addWidget(NewEventsFrame(), 0, 1, 2, 1);
     layout->addWidget(NewGraphFrame(), 2, 0, 1, 2);
-    layout->addLayout(NewButtonRow(), 3, 0, 1, 2);
+    cmdOK = NewButton("cmdOK", tr("OK"), this);
+    cmdApply = NewButton("cmdApply", tr("Apply"), this);
+    cmdCancel = NewButton("cmdCancel", tr("Cancel"), this);
+    layout->addLayout(NewButtonRow({cmdOK, cmdApply, cmdCancel}), 3, 0, 1, 2);
     layout->setRowStretch(2, 1);
 }
 
@@ -113,18 +116,6 @@ QGroupBox *frmGraphOptions::NewGraphFrame() {
     }
     chkBigGraph = NewCheck("chkBigGraph", tr("Full-screen Graph"), frame);
     return NewColumn(frame, {optGraphType[0], optGraphType[1], optGraphType[2], chkBigGraph});
-}
-
-QLayout *frmGraphOptions::NewButtonRow() {
-    cmdOK = NewButton("cmdOK", tr("OK"), this);
-    cmdApply = NewButton("cmdApply", tr("Apply"), this);
-    cmdCancel = NewButton("cmdCancel", tr("Cancel"), this);
-    auto *row = new QHBoxLayout;
-    row->addStretch();
-    for (auto *button : {cmdOK, cmdApply, cmdCancel}) {
-        row->addWidget(button);
-    }
-    return row;
 }
 
 void frmGraphOptions::Form_Load() {

@@ -27,7 +27,6 @@ private:
     QGroupBox *NewSmbusFrame();
     QGroupBox *NewEventsFrame();
     QGroupBox *NewGraphFrame();
-    QLayout *NewButtonRow();
     void Form_Load();
 
     bool Apply();

@@ -51,14 +51,10 @@ void frmHeaters::SetupUi() {
     frames->addWidget(NewHeaterFrame(1));
     cmdApply = NewButton("cmdApply", tr("Apply"), this);
     cmdClose = NewButton("cmdClose", tr("Close"), this);
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(cmdApply);
-    buttons->addWidget(cmdClose);
     auto *layout = new QVBoxLayout(this);
     layout->addLayout(frames);
     layout->addStretch();
-    layout->addLayout(buttons);
+    layout->addLayout(NewButtonRow({cmdApply, cmdClose}));
 }
 
 QGroupBox *frmHeaters::NewHeaterFrame(int heater) {

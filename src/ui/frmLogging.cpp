@@ -78,7 +78,9 @@ void frmLogging::SetupUi() {
     layout->addWidget(NewMeasurementsFrame(), 0, 0);
     layout->addWidget(NewOptionsFrame(), 0, 1);
     layout->addWidget(lblProblem, 1, 0, 1, 2);
-    layout->addLayout(NewButtonRow(), 2, 0, 1, 2);
+    cmdOK = NewButton("cmdOK", tr("OK"), this);
+    cmdCancel = NewButton("cmdCancel", tr("Cancel"), this);
+    layout->addLayout(NewButtonRow({cmdOK, cmdCancel}), 2, 0, 1, 2);
     layout->setColumnStretch(1, 1);
     layout->setRowStretch(0, 1);
 }
@@ -111,16 +113,6 @@ QGroupBox *frmLogging::NewOptionsFrame() {
     layout->setColumnStretch(1, 1);
     layout->setRowStretch(3, 1);
     return frame;
-}
-
-QLayout *frmLogging::NewButtonRow() {
-    cmdOK = NewButton("cmdOK", tr("OK"), this);
-    cmdCancel = NewButton("cmdCancel", tr("Cancel"), this);
-    auto *row = new QHBoxLayout;
-    row->addStretch();
-    row->addWidget(cmdOK);
-    row->addWidget(cmdCancel);
-    return row;
 }
 
 /// One row per channel, where a font larger than usual stretches the rows alike.

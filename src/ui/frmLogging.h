@@ -27,7 +27,6 @@ private:
     void SetupUi();
     QGroupBox *NewMeasurementsFrame();
     QGroupBox *NewOptionsFrame();
-    QLayout *NewButtonRow();
     void PlaceChannels();
     void Form_Load();
 

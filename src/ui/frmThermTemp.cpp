@@ -39,14 +39,10 @@ void frmThermTemp::SetupUi() {
     auto *control = NewControlFrame();
     cmdOK = NewButton("cmdOK", tr("OK"), this);
     cmdCancel = NewButton("cmdCancel", tr("Cancel"), this);
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(cmdOK);
-    buttons->addWidget(cmdCancel);
     auto *layout = new QGridLayout(this);
     layout->addWidget(limits, 0, 0);
     layout->addWidget(control, 0, 1);
-    layout->addLayout(buttons, 1, 0, 1, 2);
+    layout->addLayout(NewButtonRow({cmdOK, cmdCancel}), 1, 0, 1, 2);
     layout->setColumnStretch(0, 1);
     layout->setColumnStretch(1, 1);
     layout->setRowStretch(0, 1);

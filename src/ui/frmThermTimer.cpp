@@ -55,15 +55,11 @@ void frmThermTimer::SetupUi() {
     auto *events = NewEventsFrame();
     cmdOK = NewButton("cmdOK", tr("OK"), this);
     cmdCancel = NewButton("cmdCancel", tr("Cancel"), this);
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(cmdOK);
-    buttons->addWidget(cmdCancel);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(timer);
     layout->addWidget(events);
     layout->addStretch();
-    layout->addLayout(buttons);
+    layout->addLayout(NewButtonRow({cmdOK, cmdCancel}));
 }
 
 QGroupBox *frmThermTimer::NewTimerFrame() {
