@@ -321,8 +321,8 @@ private:
 };
 
 void UseDarkPalette() {
-    QPalette dark(QColor(49, 54, 59), QColor(35, 38, 41));
-    dark.setColor(QPalette::Base, QColor(35, 38, 41));
+    QPalette dark(QColor(49, 54, 59), QColor(42, 46, 50));
+    dark.setColor(QPalette::Base, QColor(27, 30, 32));
     dark.setColor(QPalette::Highlight, QColor(61, 174, 233));
     QApplication::setPalette(dark);
 }
