@@ -460,8 +460,9 @@ void Compare(const char *kindName, Signal::Kind kind, Table &table) {
                  day->MeanRatio() / minute->MeanRatio(), 1.5, "x");
     table.AtMost("24 h to 60 s, each to its reference, axis moving",
                  day->MovingRatio() / minute->MovingRatio(), 1.5, "x");
-    table.AtLeast("24 h, raw graph to strip chart, mean", day->Raw() / day->OwnMean(), 50, "x");
-    table.AtLeast("24 h, raw graph to strip chart, time axis moving with each",
+    table.AtLeast("24 h, plotting library to strip chart, mean", day->Raw() / day->OwnMean(), 50,
+                  "x");
+    table.AtLeast("24 h, plotting library to strip chart, axis moving",
                   day->Raw() / day->MovingAxis(), 50, "x");
 }
 

@@ -126,19 +126,20 @@ int main(int argumentCount, char *arguments[]) {
     benchmark::RunSpecifiedBenchmarks(&medians);
 
     using ztm::bench::Table;
-    const auto compare = [&](const char *what, const char *ours, const char *reference) {
+    const auto compare = [&](const char *what, const char *ours, const char *reference,
+                             const char *referenceName) {
         Table::Figure(std::string(what).append(", median").c_str(), medians.nanoseconds[ours],
                       "ns");
-        Table::Figure(std::string(what).append(" to ").append(reference).c_str(),
+        Table::Figure(std::string(what).append(" to ").append(referenceName).c_str(),
                       medians.nanoseconds[ours] / medians.nanoseconds[reference], "x");
     };
     Table::Heading("register operations on an adapter library that does nothing");
-    compare("read", "ReadRegister", "DirectRead");
-    compare("write", "WriteRegister", "DirectWrite");
+    compare("read", "ReadRegister", "DirectRead", "a call of the library");
+    compare("write", "WriteRegister", "DirectWrite", "a call of the library");
     Table::Figure("search for a chip that is not there, without its waits",
                   medians.nanoseconds["ScanOfAnAbsentChip"] / 1e3, "us");
     Table::Heading("files");
-    compare("log entry", "LogEntry", "PlainLogEntry");
+    compare("log entry", "LogEntry", "PlainLogEntry", "a plain formatted write");
     Table::Figure("log entries", 1e6 / medians.nanoseconds["LogEntry"], "1000/s");
     Table::Figure("recall of a snapshot, 52 lines",
                   medians.bytesPerSecond["RecallSnapshot52"] / 1e6, "MB/s");

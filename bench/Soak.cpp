@@ -121,9 +121,8 @@ int main(int argumentCount, char *arguments[]) {
     const double expected = std::floor(hours) * hourSeconds / (34 * tickSeconds);
     ztm::bench::Table table;
     table.AtMost("memory gained after two hours, besides the history", most - warm, 2, "MB");
-    table.AtMost("log entries too many or too few", std::abs(ztm::LogEntryCount - expected), 2,
-                  "");
+    table.AtMost("log entries too many or too few", std::abs(ztm::LogEntryCount - expected), 2, "");
     table.AtMost("a log entry's distance from its time", LogDrift(folder.Path("log")), tickSeconds,
-                  "s");
+                 "s");
     return table.ExitCode();
 }
