@@ -45,6 +45,33 @@ protected:
         Adapter().calls.clear();
     }
 
+    /// Opens every dialog from the main window by its button and calls `visit` with its name.
+    static void ForEveryDialog(const std::function<void(const char *window)> &visit) {
+        const struct {
+            const char *tab;
+            const char *button;
+            const char *window;
+        } dialogs[] = {
+            {"Visual Display", "cmdSetUpLog", "frmSetupLog"},
+            {"Visual Display", "cmdGraphOptions", "frmGraphOptions"},
+            {"Control", "cmdLogData", "frmLogging"},
+            {"Control", "cmdConParam", "frmConfig"},
+            {"Control", "cmdAuto", "frmAutoControl"},
+            {"Control", "cmdSetLookups", "frmLookup"},
+            {"Control", "cmdThermTemp", "frmThermTemp"},
+            {"Control", "cmdThermTimer", "frmThermTimer"},
+            {"Control", "cmdManual", "frmManual"},
+            {"Control", "cmdHeaters", "frmHeaters"},
+        };
+        for (const auto &dialog : dialogs) {
+            ClickTab(dialog.tab);
+            Find(dialog.button).setEnabled(true); // whatever drives the fans
+            Click(dialog.button);
+            Settle();
+            visit(dialog.window);
+        }
+    }
+
     /// Runs `action` in an adapter failure, with what happens from then on told to standard
     /// error, and with a user who answers the message. For EXPECT_EXIT, with endOfAFailure.
     static void FailIn(const std::function<void()> &action) {

@@ -1,5 +1,4 @@
 #include "support/UiTest.h"
-#include "ui/frmAutoControl.h"
 #include "ui/frmMain.h"
 #include "ui/frmSetupLog.h"
 
@@ -14,23 +13,10 @@
 namespace ztm::test {
 namespace {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 class WindowsTest : public UiTest {
 protected:
-    /// The names of the controls that the Tab key visits, from the given one once round.
-    static std::vector<std::string> TabRound(const QString &form, const QString &first) {
-        auto &window = Find(form);
-        Find(first).setFocus();
-        std::vector<std::string> names;
-        do {
-            names.push_back(window.focusWidget()->objectName().toStdString());
-            QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
-        } while (window.focusWidget() != &Find(first) && names.size() < 40);
-        return names;
-    }
-
     /// Visible controls that are cut off: smaller than they need to be, or out of their parent.
     static std::vector<std::string> CutOff(const QWidget &window) {
         std::vector<std::string> names;
@@ -111,37 +97,6 @@ protected:
     }
 };
 
-TEST_F(WindowsTest, TabOrderFollowsTheEye) {
-    OpenWizard();
-    Click("NextCMD");
-    EXPECT_THAT(TabRound("InitForm", "NextCMD"),
-                ElementsAre("NextCMD", "CancelCMD", "BackCMD", "USBCheck"));
-    DeleteAllForms();
-
-    StartSessionOf(ZTM7720);
-    ClickTab("Register Access");
-    EXPECT_THAT(TabRound("frmMain", "txtReadAddr"),
-                ElementsAre("txtReadAddr", "cmdRead", "txtHex", "txtDec", "cmdWrite", "chkContRead",
-                            "lblBit(7)", "lblBit(6)", "lblBit(5)", "lblBit(4)", "lblBit(3)",
-                            "lblBit(2)", "lblBit(1)", "lblBit(0)", "TreeView1",
-                            "qt_tabwidget_tabbar"));
-    ClickTab("Visual Display");
-    EXPECT_THAT(TabRound("frmMain", "stpTempFan"),
-                ElementsAre("stpTempFan", "optMeasure(0)", "Limits(0)", "cmdEasySetup",
-                            "cmdGraphOptions", "cmdSetUpLog", "qt_tabwidget_tabbar"));
-    ClickTab("Control");
-    EXPECT_THAT(TabRound("frmMain", "cmdConParam"),
-                ElementsAre("cmdConParam", "cmdManual", "cmdThermTemp", "cmdThermTimer",
-                            "cmdLogData", "cmdSaveRegs", "cmdRecallRegs", "cmdHeaters",
-                            "qt_tabwidget_tabbar"));
-    ShowForm<frmAutoControl>();
-    Settle();
-    EXPECT_THAT(TabRound("frmAutoControl", "pctGraph"),
-                ElementsAre("pctGraph", "sldRange", "optControl(0)", "txtTLookUp", "txtRPMLookup",
-                            "cmbControl(0)", "cmbControl(1)", "optDiscrete", "cmdOK", "cmdApply",
-                            "cmdCancel"));
-}
-
 TEST_F(WindowsTest, MainWindowShowsEverythingFromSmallToFullScreen) {
     StartSessionOf(ZTM7720);
     auto &window = Find("frmMain");
@@ -211,25 +166,6 @@ TEST_F(WindowsTest, EveryControlSaysWhatItIs) {
     EXPECT_THAT(Nameless(), IsEmpty());
 }
 
-/// The buttons that open a window of their own, and where they are.
-struct WindowButton {
-    const char *tab;
-    const char *button;
-    const char *window;
-};
-const WindowButton windowButtons[] = {
-    {"Visual Display", "cmdSetUpLog", "frmSetupLog"},
-    {"Visual Display", "cmdGraphOptions", "frmGraphOptions"},
-    {"Control", "cmdLogData", "frmLogging"},
-    {"Control", "cmdConParam", "frmConfig"},
-    {"Control", "cmdAuto", "frmAutoControl"},
-    {"Control", "cmdSetLookups", "frmLookup"},
-    {"Control", "cmdThermTemp", "frmThermTemp"},
-    {"Control", "cmdThermTimer", "frmThermTimer"},
-    {"Control", "cmdManual", "frmManual"},
-    {"Control", "cmdHeaters", "frmHeaters"},
-};
-
 TEST_F(WindowsTest, EveryDialogIsWholeNamedAndReadable) {
     const QPalette usual = QApplication::palette();
     const QFont usualFont = QApplication::font();
@@ -244,13 +180,8 @@ TEST_F(WindowsTest, EveryDialogIsWholeNamedAndReadable) {
             QApplication::setFont(font);
             ResetCore();
             StartSessionOf(variant);
-            for (const WindowButton &opener : windowButtons) {
-                ClickTab(opener.tab);
-                Find(opener.button).setEnabled(true); // whatever drives the fans
-                Click(opener.button);
-                Settle();
-                EXPECT_THAT(CutOff(Find(opener.window)), IsEmpty()) << opener.window;
-            }
+            ForEveryDialog(
+                [](const char *window) { EXPECT_THAT(CutOff(Find(window)), IsEmpty()) << window; });
             EXPECT_THAT(Nameless(), IsEmpty());
             EXPECT_THAT(HardToRead(), IsEmpty());
             DeleteAllForms();
