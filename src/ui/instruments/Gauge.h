@@ -18,8 +18,8 @@ namespace ztm {
 /// number are ignored.
 ///
 /// The arrow keys move the pointer with the focus ring by `singleStep`, with Shift by ten; Space,
-/// L and H choose the pointer; Escape puts back a pointer that is being moved. The user cannot
-/// move one pointer past the other. The signals tell of the user's actions only.
+/// L and H choose the pointer; Escape puts back a pointer that is being moved. One
+/// pointer may be moved past the other. The signals tell of the user's actions only.
 class Gauge : public QWidget {
     Q_OBJECT
     Q_PROPERTY(double needle READ Needle WRITE SetNeedle)
@@ -73,8 +73,7 @@ public:
     double SingleStep() const { return singleStep; }
     void SetSingleStep(double step) { singleStep = step; }
 
-    /// A hidden low pointer keeps its value, cannot be moved by the user and does not stop the
-    /// high one.
+    /// A hidden low pointer keeps its value and cannot be moved by the user.
     bool IsLowPointerVisible() const { return lowVisible; }
     void SetLowPointerVisible(bool visible);
 
