@@ -108,7 +108,7 @@ bool IsBeyondDouble(std::string_view number) {
             return *digits != '-';
         }
     }
-    return point - firstDigit + exponent > 0;
+    return exponent > firstDigit - point; // whose sum could be beyond 64 bits
 }
 
 } // namespace

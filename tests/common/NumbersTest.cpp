@@ -95,6 +95,7 @@ TEST(NumberText, ReadsTheLongestLeadingNumber) {
     EXPECT_EQ(NumericValue(zeros + "." + zeros + "1"), 0);
     EXPECT_EQ(NumericValue("1e-99999999999999999999"), 0);
     EXPECT_EQ(NumericValue("-1e+99999999999999999999"), -infinity);
+    EXPECT_EQ(NumericValue("81e9223372036854775807"), infinity);
 }
 
 TEST(NumberText, ReadsHexadecimalBySixteenAndThirtyTwoBits) {
