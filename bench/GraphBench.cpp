@@ -4,7 +4,7 @@
 #include "Measure.h"
 #include "fan/LookupTable.h"
 #include "link/LinkState.h"
-#include "ui/LookupGraph.h"
+#include "ui/fan/LookupGraph.h"
 
 #include <QApplication>
 #include <QImage>

@@ -10,8 +10,8 @@
 #include "support/ClockDouble.h"
 #include "support/Driver.h"
 #include "support/TemporaryFile.h"
-#include "ui/InitForm.h"
-#include "ui/Text.h"
+#include "ui/kit/Text.h"
+#include "ui/session/InitForm.h"
 
 #include <QTimer>
 

@@ -2,7 +2,7 @@
 // and again and takes the time.
 
 #include "Measure.h"
-#include "ui/InitForm.h"
+#include "ui/session/InitForm.h"
 
 #include <QApplication>
 

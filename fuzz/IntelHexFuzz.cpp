@@ -1,6 +1,6 @@
 #include "Fuzz.h"
 
-#include "adapter/IntelHex.h"
+#include "adapter/firmware/IntelHex.h"
 
 #include <algorithm>
 #include <array>

@@ -6,7 +6,7 @@
 #include "link/USBComms.h"
 #include "regmap/RegMapStuff.h"
 #include "support/AdapterDouble.h"
-#include "ui/RegisterAccessPage.h"
+#include "ui/registers/RegisterAccessPage.h"
 
 #include <QApplication>
 #include <QLineEdit>

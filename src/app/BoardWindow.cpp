@@ -1,7 +1,7 @@
 #include "app/BoardWindow.h"
 
-#include "ui/Controls.h"
-#include "ui/Frame.h"
+#include "ui/kit/Controls.h"
+#include "ui/kit/Frame.h"
 
 #include <QCheckBox>
 #include <QComboBox>

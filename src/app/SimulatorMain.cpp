@@ -1,5 +1,5 @@
 #include "app/BoardWindow.h"
-#include "ui/Program.h"
+#include "ui/session/Program.h"
 
 int main(int /*argumentCount*/, char *arguments[]) {
     return ztm::RunProgram(arguments[0], []() -> std::unique_ptr<QWidget> {

@@ -1,4 +1,4 @@
-#include "ui/Program.h"
+#include "ui/session/Program.h"
 
 int main(int /*argumentCount*/, char *arguments[]) {
     return ztm::RunProgram(arguments[0]);

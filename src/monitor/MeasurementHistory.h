@@ -1,6 +1,6 @@
 #pragma once
 
-#include "monitor/ChannelHistory.h"
+#include "common/ChannelHistory.h"
 
 namespace ztm {
 

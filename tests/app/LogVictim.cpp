@@ -4,8 +4,8 @@
 #include "monitor/MonitorSettings.h"
 #include "support/AdapterDouble.h"
 #include "support/Driver.h"
-#include "ui/InitForm.h"
-#include "ui/Text.h"
+#include "ui/kit/Text.h"
+#include "ui/session/InitForm.h"
 
 #include <QTimer>
 

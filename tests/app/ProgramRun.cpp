@@ -3,7 +3,7 @@
 #include "support/AdapterDouble.h"
 #include "support/ClockDouble.h"
 #include "support/Driver.h"
-#include "ui/Program.h"
+#include "ui/session/Program.h"
 
 #include <QTimer>
 

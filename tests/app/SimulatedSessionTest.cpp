@@ -4,8 +4,8 @@
 #include "regmap/RegMapStuff.h"
 #include "support/Driver.h"
 #include "support/TemporaryFile.h"
-#include "ui/InitForm.h"
 #include "ui/instruments/ToggleIndicator.h"
+#include "ui/session/InitForm.h"
 
 #include <QLineEdit>
 

@@ -4,7 +4,7 @@
 #include "app/BoardWindow.h"
 #include "support/ClockDouble.h"
 #include "support/Driver.h"
-#include "ui/Program.h"
+#include "ui/session/Program.h"
 
 #include <QCheckBox>
 #include <QComboBox>

@@ -1,6 +1,6 @@
 #include "support/Driver.h"
 
-#include "ui/Form.h"
+#include "ui/kit/Form.h"
 
 #include <QAbstractButton>
 #include <QFileDialog>

@@ -5,8 +5,8 @@
 #include "support/AdapterDouble.h"
 #include "support/ClockDouble.h"
 #include "support/Driver.h"
-#include "ui/InitForm.h"
-#include "ui/Program.h"
+#include "ui/session/InitForm.h"
+#include "ui/session/Program.h"
 
 #include <QTimer>
 

@@ -1,6 +1,6 @@
 #include "adapter/sim/SimulatedBoard.h"
 
-#include "adapter/FirmwareFile.h"
+#include "adapter/firmware/FirmwareFile.h"
 
 #include <algorithm>
 #include <chrono>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "adapter/IntelHex.h"
+#include "adapter/firmware/IntelHex.h"
 #include "adapter/usb/Device.h"
 
 #include <chrono>

@@ -1,8 +1,8 @@
 #include "ui/instruments/StripChart.h"
 
-#include "ui/FileDialogs.h"
-#include "ui/Messages.h"
 #include "ui/instruments/StripChartPlot.h"
+#include "ui/kit/FileDialogs.h"
+#include "ui/kit/Messages.h"
 
 #include <QClipboard>
 #include <QContextMenuEvent>

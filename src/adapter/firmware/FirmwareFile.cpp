@@ -1,0 +1,31 @@
+#include "adapter/firmware/FirmwareFile.h"
+
+#include <filesystem>
+#include <fstream>
+#include <system_error>
+
+namespace ztm {
+
+std::string NativePath(std::string path) {
+    const size_t lastSeparator = path.find_last_of("/\\");
+    if (lastSeparator != std::string::npos) {
+        path[lastSeparator] = '/';
+    }
+    return path;
+}
+
+std::optional<std::vector<HexBlock>> ReadFirmwareFile(const std::string &path,
+                                                      std::string &whyNot) {
+    std::error_code ignored;
+    std::ifstream file;
+    if (std::filesystem::is_regular_file(path, ignored)) {
+        file.open(path, std::ios::binary);
+    }
+    if (!file.is_open()) {
+        whyNot = "cannot be opened";
+        return std::nullopt;
+    }
+    return ReadIntelHex(file, &whyNot);
+}
+
+} // namespace ztm

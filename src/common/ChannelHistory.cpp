@@ -1,0 +1,309 @@
+#include "common/ChannelHistory.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace ztm {
+namespace {
+
+constexpr float infinity = std::numeric_limits<float>::infinity();
+constexpr double noTime = std::numeric_limits<double>::quiet_NaN();
+
+/// 64 samples at one per 30 ms. Bins are cut by time, so that a day fits at any rate.
+constexpr double binSeconds = 64 * 0.030;
+
+constexpr int levelCount = 4;
+constexpr uint64_t levelFactor = 8;
+
+/// The first index from `begin` up to `end` for which `isBefore` no longer holds.
+template <class Predicate>
+uint64_t Search(uint64_t begin, uint64_t end, const Predicate &isBefore) {
+    while (begin < end) {
+        const uint64_t middle = begin + (end - begin) / 2;
+        if (isBefore(middle)) {
+            begin = middle + 1;
+        } else {
+            end = middle;
+        }
+    }
+    return begin;
+}
+
+} // namespace
+
+ChannelHistory::Cell ChannelHistory::Cell::Empty() {
+    Cell cell;
+    cell.lows.fill(infinity);
+    cell.highs.fill(-infinity);
+    return cell;
+}
+
+// A comparison with not-a-number is false, so that gaps pass by.
+void ChannelHistory::Cell::Include(const Cell &other) {
+    for (size_t channel = 0; channel < channelCount; ++channel) {
+        lows[channel] = other.lows[channel] < lows[channel] ? other.lows[channel] : lows[channel];
+        highs[channel] =
+            other.highs[channel] > highs[channel] ? other.highs[channel] : highs[channel];
+    }
+}
+
+void ChannelHistory::Cell::Include(const Values &values) {
+    Include(Cell{values, values});
+}
+
+ChannelHistory::Pyramid::Pyramid(uint64_t capacity) {
+    for (int level = 0; level < levelCount; ++level) {
+        capacity /= levelFactor;
+        // A ring has at least one chunk; a little too much room at the top does no harm.
+        levels.emplace_back(std::max<uint64_t>(capacity, 256));
+    }
+}
+
+template <class Base>
+void ChannelHistory::Pyramid::Complete(uint64_t count, const Base &base) {
+    complete = count;
+    for (auto &level : levels) {
+        if (count % levelFactor != 0) {
+            return;
+        }
+        const bool atBase = &level == &levels.front();
+        Cell sum = Cell::Empty();
+        for (uint64_t index = count - levelFactor; index < count; ++index) {
+            sum.Include(atBase ? base(index) : (*(&level - 1))[index]);
+        }
+        count /= levelFactor;
+        level.Put(count - 1) = sum;
+    }
+}
+
+template <class Element>
+void ChannelHistory::Pyramid::Merge(uint64_t begin, uint64_t end, size_t channel,
+                                    const Element &value, float &low, float &high) const {
+    while (begin < end) {
+        uint64_t step = 1;
+        size_t level = 0;
+        while (level < levels.size() && begin % (step * levelFactor) == 0 &&
+               begin + step * levelFactor <= std::min(end, complete)) {
+            step *= levelFactor;
+            ++level;
+        }
+        float cellLow = 0;
+        float cellHigh = 0;
+        if (level == 0) {
+            value(begin, cellLow, cellHigh);
+        } else {
+            const Cell &cell = levels[level - 1][begin / step];
+            cellLow = cell.lows[channel];
+            cellHigh = cell.highs[channel];
+        }
+        low = cellLow < low ? cellLow : low;
+        high = cellHigh > high ? cellHigh : high;
+        begin += step;
+    }
+}
+
+void ChannelHistory::Pyramid::Clear() {
+    complete = 0;
+    for (auto &level : levels) {
+        level.Clear();
+    }
+}
+
+size_t ChannelHistory::Pyramid::Bytes() const {
+    size_t bytes = 0;
+    for (const auto &level : levels) {
+        bytes += level.Bytes();
+    }
+    return bytes;
+}
+
+void ChannelHistory::Append(double timeSeconds, const Values &values) {
+    if (!std::isfinite(timeSeconds)) {
+        return;
+    }
+    Sample &sample = raw.Put(rawCount);
+    sample.time = rawCount == 0 ? timeSeconds : std::max(timeSeconds, raw[rawCount - 1].time);
+    for (size_t channel = 0; channel < channelCount; ++channel) {
+        const bool isValue = std::isfinite(values[channel]);
+        sample.values[channel] = isValue ? values[channel] : Extent::gap;
+        seen[channel] = seen[channel] || isValue;
+    }
+    ++rawCount;
+    rawPyramid.Complete(rawCount, [this](uint64_t index) {
+        return Cell{raw[index].values, raw[index].values};
+    });
+    AppendToBins(sample.time, sample.values);
+}
+
+void ChannelHistory::AppendToBins(double time, const Values &values) {
+    if (binCount == 0 || time >= bins[binCount - 1].start + binSeconds) {
+        binPyramid.Complete(binCount, [this](uint64_t index) { return bins[index].cell; });
+        bins.Put(binCount) = Bin{time, time, values, values, Cell::Empty()};
+        ++binCount;
+    }
+    Bin &bin = bins.Put(binCount - 1);
+    bin.end = time;
+    bin.last = values;
+    bin.cell.Include(values);
+}
+
+void ChannelHistory::Clear() {
+    raw.Clear();
+    rawPyramid.Clear();
+    bins.Clear();
+    binPyramid.Clear();
+    rawCount = 0;
+    binCount = 0;
+    seen.fill(false);
+    ++generation;
+}
+
+double ChannelHistory::FirstTime() const {
+    return IsEmpty() ? noTime : std::min(bins[FirstBin()].start, raw[FirstRaw()].time);
+}
+
+double ChannelHistory::LastTime() const {
+    return IsEmpty() ? noTime : raw[rawCount - 1].time;
+}
+
+float ChannelHistory::LastValue(int channel) const {
+    return IsEmpty() ? Extent::gap : raw[rawCount - 1].values[static_cast<size_t>(channel)];
+}
+
+uint64_t ChannelHistory::FindRaw(double time) const {
+    return Search(FirstRaw(), rawCount, [&](uint64_t index) { return raw[index].time < time; });
+}
+
+uint64_t ChannelHistory::FindBinStart(double time) const {
+    return Search(FirstBin(), binCount, [&](uint64_t index) { return bins[index].start < time; });
+}
+
+uint64_t ChannelHistory::FindBinEnd(double time) const {
+    return Search(FirstBin(), binCount, [&](uint64_t index) { return bins[index].end < time; });
+}
+
+bool ChannelHistory::IsRawFrom(double time) const {
+    return FirstRaw() == 0 || raw[FirstRaw()].time < time;
+}
+
+ChannelHistory::Span ChannelHistory::Between(double from, double to) const {
+    Span span;
+    if (IsEmpty() || !(from < to)) {
+        return span;
+    }
+    span.rawBegin = FindRaw(from);
+    span.rawEnd = FindRaw(to);
+    if (!IsRawFrom(from)) {
+        span.binBegin = FindBinEnd(from);
+        // Samples that have gone may bear the same time as the oldest that is left.
+        const double justAfterOldest = std::nextafter(raw[FirstRaw()].time, infinity);
+        span.binEnd = std::max(span.binBegin, FindBinStart(std::min(to, justAfterOldest)));
+    }
+    return span;
+}
+
+Extent ChannelHistory::Of(size_t channel, const Span &span) const {
+    Extent extent;
+    const bool anyBin = span.binBegin < span.binEnd;
+    const bool anyRaw = span.rawBegin < span.rawEnd;
+    extent.any = anyBin || anyRaw;
+    if (!extent.any) {
+        return extent;
+    }
+    float low = infinity;
+    float high = -infinity;
+    binPyramid.Merge(
+        span.binBegin, span.binEnd, channel,
+        [&](uint64_t index, float &binLow, float &binHigh) {
+            binLow = bins[index].cell.lows[channel];
+            binHigh = bins[index].cell.highs[channel];
+        },
+        low, high);
+    rawPyramid.Merge(
+        span.rawBegin, span.rawEnd, channel,
+        [&](uint64_t index, float &sampleLow, float &sampleHigh) {
+            sampleLow = sampleHigh = raw[index].values[channel];
+        },
+        low, high);
+    if (low <= high) {
+        extent.low = low;
+        extent.high = high;
+    }
+    extent.first = anyBin ? bins[span.binBegin].first[channel] : raw[span.rawBegin].values[channel];
+    extent.last =
+        anyRaw ? raw[span.rawEnd - 1].values[channel] : bins[span.binEnd - 1].last[channel];
+    return extent;
+}
+
+Extent ChannelHistory::MinMax(int channel, double from, double to) const {
+    return Of(static_cast<size_t>(channel), Between(from, to));
+}
+
+std::array<Extent, ChannelHistory::channelCount> ChannelHistory::MinMax(double from,
+                                                                        double to) const {
+    const Span span = Between(from, to);
+    std::array<Extent, channelCount> extents;
+    for (size_t channel = 0; channel < channelCount; ++channel) {
+        extents[channel] = Of(channel, span);
+    }
+    return extents;
+}
+
+float ChannelHistory::ValueAt(int channel, double time) const {
+    const auto index = static_cast<size_t>(channel);
+    if (IsEmpty() || !(time >= FirstTime())) {
+        return Extent::gap;
+    }
+    if (time >= raw[FirstRaw()].time) {
+        const uint64_t after =
+            Search(FirstRaw(), rawCount, [&](uint64_t at) { return raw[at].time <= time; });
+        return raw[after - 1].values[index];
+    }
+    const uint64_t after =
+        Search(FirstBin(), binCount, [&](uint64_t at) { return bins[at].start <= time; });
+    return bins[after - 1].last[index];
+}
+
+double ChannelHistory::TimeBefore(double time) const {
+    const uint64_t sample = FindRaw(time);
+    if (sample > FirstRaw()) {
+        return raw[sample - 1].time;
+    }
+    const uint64_t bin = FindBinEnd(time);
+    return bin > FirstBin() ? bins[bin - 1].end : noTime;
+}
+
+double ChannelHistory::TimeFrom(double time) const {
+    if (IsEmpty() || time > LastTime()) {
+        return noTime;
+    }
+    const double sampleTime = raw[FindRaw(time)].time;
+    const uint64_t bin = FindBinStart(time);
+    return bin < binCount ? std::min(sampleTime, bins[bin].start) : sampleTime;
+}
+
+void ChannelHistory::Visit(
+    double from, double to,
+    const std::function<void(double time, const Values &lows, const Values &highs)> &take) const {
+    const Span span = Between(from, to);
+    for (uint64_t index = span.binBegin; index < span.binEnd; ++index) {
+        const Bin &bin = bins[index];
+        Values lows = bin.cell.lows;
+        Values highs = bin.cell.highs;
+        for (size_t channel = 0; channel < channelCount; ++channel) {
+            if (lows[channel] > highs[channel]) {
+                lows[channel] = highs[channel] = Extent::gap;
+            }
+        }
+        take(bin.start, lows, highs);
+    }
+    for (uint64_t index = span.rawBegin; index < span.rawEnd; ++index) {
+        take(raw[index].time, raw[index].values, raw[index].values);
+    }
+}
+
+size_t ChannelHistory::Bytes() const {
+    return sizeof *this + raw.Bytes() + rawPyramid.Bytes() + bins.Bytes() + binPyramid.Bytes();
+}
+
+} // namespace ztm

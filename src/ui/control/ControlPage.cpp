@@ -1,0 +1,234 @@
+#include "ui/control/ControlPage.h"
+
+#include "common/NumberText.h"
+#include "files/SnapshotFile.h"
+#include "monitor/MeasurementLog.h"
+#include "ui/control/frmHeaters.h"
+#include "ui/control/frmLogging.h"
+#include "ui/control/frmManual.h"
+#include "ui/fan/frmAutoControl.h"
+#include "ui/fan/frmConfig.h"
+#include "ui/fan/frmLookup.h"
+#include "ui/fan/frmThermTemp.h"
+#include "ui/fan/frmThermTimer.h"
+#include "ui/kit/Controls.h"
+#include "ui/kit/FileDialogs.h"
+#include "ui/kit/Frame.h"
+#include "ui/kit/Text.h"
+
+#include <QFile>
+#include <QGridLayout>
+#include <QLabel>
+#include <QProgressBar>
+
+#include <initializer_list>
+
+namespace ztm {
+namespace {
+
+struct ButtonRow {
+    QPushButton *&member;
+    const char *name;
+    QString caption;
+};
+
+/// A frame with one button below the other, in the order of the rows.
+QGroupBox *NewButtonFrame(const char *name, const QString &caption,
+                          std::initializer_list<ButtonRow> rows, QWidget *parent) {
+    auto *frame = Named(new Frame(caption, parent), name);
+    auto *layout = new QVBoxLayout(frame);
+    for (const ButtonRow &row : rows) {
+        row.member = NewButton(row.name, row.caption, frame);
+        layout->addWidget(row.member);
+    }
+    return frame;
+}
+
+} // namespace
+
+ControlPage::ControlPage(QWidget *parent) : QWidget(parent) {
+    SetupUi();
+    ConnectSignals();
+    SetFanControlButtons(this);
+}
+
+ControlPage::~ControlPage() {
+    SetFanControlButtons(nullptr);
+}
+
+void ControlPage::SetupUi() {
+    auto *fans = NewButtonFrame("fraFanControl", tr("Fan Control"),
+                                {{cmdConParam, "cmdConParam", tr("Fan Configuration...")},
+                                 {cmdAuto, "cmdAuto", tr("Automatic Control...")},
+                                 {cmdSetLookups, "cmdSetLookups", tr("Set Lookup Table...")},
+                                 {cmdManual, "cmdManual", tr("Manual RPM...")}},
+                                this);
+    auto *therm = NewButtonFrame("fraThermControl", tr("THERM Control"),
+                                 {{cmdThermTemp, "cmdThermTemp", tr("THERM Temperature...")},
+                                  {cmdThermTimer, "cmdThermTimer", tr("THERM Timer...")}},
+                                 this);
+    auto *files = NewFileFrame();
+    auto *heaters = NewButtonFrame("fraHeaterControl", tr("Heater Control"),
+                                   {{cmdHeaters, "cmdHeaters", tr("On-Board Heaters")}}, this);
+
+    auto *layout = new QGridLayout(this);
+    layout->addWidget(fans, 0, 0);
+    layout->addWidget(therm, 0, 1);
+    layout->addWidget(files, 1, 0);
+    layout->addWidget(heaters, 1, 1);
+    for (auto *frame : {fans, therm, files, heaters}) {
+        static_cast<QBoxLayout *>(frame->layout())->addStretch();
+        frame->setMaximumWidth(frame->fontMetrics().averageCharWidth() * 60);
+    }
+    layout->setColumnStretch(0, 1);
+    layout->setColumnStretch(1, 1);
+    layout->setRowStretch(2, 1);
+}
+
+QGroupBox *ControlPage::NewFileFrame() {
+    auto *frame =
+        NewButtonFrame("fraFileIO", tr("File I/O"),
+                       {{cmdLogData, "cmdLogData", tr("Log Data To File...")},
+                        {cmdSaveRegs, "cmdSaveRegs", tr("Save Current Setup...")},
+                        {cmdRecallRegs, "cmdRecallRegs", tr("Recall Previous Setup ...")}},
+                       this);
+    prgbarLog = Named(new QProgressBar(frame), "prgbarLog");
+    prgbarLog->setAccessibleName(tr("Progress of the log"));
+    prgbarLog->setValue(0);
+    prgbarLog->setTextVisible(false);
+    lblLogProblem = Named(new QLabel(frame), "lblLogProblem");
+    lblLogProblem->setWordWrap(true);
+    lblLogProblem->hide();
+    lblLogEntries = Named(new QLabel(QStringLiteral("0"), frame), "lblLogEntries");
+    auto *caption = new QLabel(tr("Log Entries"), frame);
+    caption->setBuddy(lblLogEntries);
+
+    auto *entries = new QHBoxLayout;
+    entries->addWidget(caption);
+    entries->addWidget(lblLogEntries);
+    entries->addStretch();
+    auto *layout = static_cast<QBoxLayout *>(frame->layout());
+    layout->insertWidget(1, prgbarLog);
+    layout->insertLayout(2, entries);
+    layout->insertWidget(3, lblLogProblem);
+    return frame;
+}
+
+void ControlPage::ConnectSignals() {
+    connect(cmdConParam, &QPushButton::clicked, this, [] { ShowForm<frmConfig>(); });
+    connect(cmdAuto, &QPushButton::clicked, this, [] { ShowForm<frmAutoControl>(); });
+    connect(cmdSetLookups, &QPushButton::clicked, this, [] { ShowForm<frmLookup>(); });
+    connect(cmdManual, &QPushButton::clicked, this, &ControlPage::cmdManual_Click);
+    connect(cmdThermTemp, &QPushButton::clicked, this, [] { ShowForm<frmThermTemp>(); });
+    connect(cmdThermTimer, &QPushButton::clicked, this, [] { ShowForm<frmThermTimer>(); });
+    connect(cmdHeaters, &QPushButton::clicked, this, [] { ShowForm<frmHeaters>(); });
+    connect(cmdLogData, &QPushButton::clicked, this, &ControlPage::cmdLogData_Click);
+    connect(cmdSaveRegs, &QPushButton::clicked, this, &ControlPage::cmdSaveRegs_Click);
+    connect(cmdRecallRegs, &QPushButton::clicked, this, &ControlPage::cmdRecallRegs_Click);
+}
+
+void ControlPage::DisableAuto() {
+    cmdAuto->setEnabled(false);
+}
+
+void ControlPage::DisableSetLookups() {
+    cmdSetLookups->setEnabled(false);
+}
+
+void ControlPage::DisableManual() {
+    cmdManual->setEnabled(false);
+}
+
+void ControlPage::ShowControlType(bool automatic) {
+    cmdAuto->setEnabled(automatic);
+    cmdSetLookups->setEnabled(cmdAuto->isEnabled());
+    cmdManual->setEnabled(!automatic);
+}
+
+QString ControlPage::OpenLog(const QString &path, const std::array<bool, ChannelCount> &selected) {
+    if (logFile.Create(QFile::encodeName(path).toStdString()) &&
+        logFile.WriteLine(LogStartLine()) && logFile.WriteLine(LogHeader(selected))) {
+        return {};
+    }
+    const QString problem = QString::fromLocal8Bit(logFile.Error().c_str());
+    logFile.Close();
+    return problem;
+}
+
+void ControlPage::StartLog() {
+    LoggingActive = true;
+    LogEntryCount = 0;
+    ShowLogCount();
+    if (MaxLogEntries != 0) {
+        prgbarLog->setMaximum(MaxLogEntries);
+    }
+    prgbarLog->setValue(0);
+    lblLogProblem->hide();
+    SetLogButton(tr("Click to stop..."), true);
+}
+
+void ControlPage::WriteLogEntry(double startTime) {
+    BuildLogLine(startTime);
+    if (!logFile.WriteLine(LogLine)) {
+        ShowLogProblem(QString::fromLocal8Bit(logFile.Error().c_str()));
+        cmdLogData_Click();
+        return;
+    }
+    ++LogEntryCount;
+    ShowLogCount();
+    if (MaxLogEntries != 0) {
+        prgbarLog->setValue(LogEntryCount);
+    }
+}
+
+void ControlPage::ShowLogCount() {
+    lblLogEntries->setText(ToQString(NumberText(static_cast<double>(LogEntryCount))));
+}
+
+void ControlPage::ShowLogProblem(const QString &reason) {
+    lblLogProblem->setText(tr("The log was stopped: %1").arg(reason));
+    lblLogProblem->show();
+}
+
+void ControlPage::SetLogButton(const QString &caption, bool bold) {
+    QFont font = cmdLogData->font();
+    font.setBold(bold);
+    cmdLogData->setFont(font);
+    cmdLogData->setText(caption);
+}
+
+void ControlPage::cmdLogData_Click() {
+    if (!LoggingActive) {
+        ShowForm<frmLogging>();
+        return;
+    }
+    SetLogButton(tr("Log Data To File..."), false);
+    LoggingActive = false;
+    LogStartTime = 0;
+    if (!logFile.Close()) {
+        ShowLogProblem(QString::fromLocal8Bit(logFile.Error().c_str()));
+    }
+}
+
+/// Reads the speeds again when the dialog is open already, and twice when it is not.
+void ControlPage::cmdManual_Click() {
+    ShowForm<frmManual>().Form_Load();
+}
+
+// Both end silently when the file cannot be written or read.
+
+void ControlPage::cmdSaveRegs_Click() {
+    const QString path = AskSaveFile(this, tr("Save Current Setup"), tr("Text Files (*.sav)"));
+    if (!path.isEmpty()) {
+        SaveSnapshot(QFile::encodeName(path).toStdString());
+    }
+}
+
+void ControlPage::cmdRecallRegs_Click() {
+    const QString path = AskOpenFile(this, tr("Recall Previous Setup"), tr("Text Files (*.sav)"));
+    if (!path.isEmpty()) {
+        RecallSnapshot(QFile::encodeName(path).toStdString());
+    }
+}
+
+} // namespace ztm

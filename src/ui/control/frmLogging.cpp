@@ -1,0 +1,189 @@
+#include "ui/control/frmLogging.h"
+
+#include "link/LinkState.h"
+#include "monitor/MeasurementLog.h"
+#include "ui/control/ControlPage.h"
+#include "ui/kit/Controls.h"
+#include "ui/kit/Fields.h"
+#include "ui/kit/FileDialogs.h"
+#include "ui/kit/Frame.h"
+#include "ui/kit/Messages.h"
+#include "ui/kit/Text.h"
+#include "ui/kit/Twips.h"
+#include "ui/session/frmMain.h"
+
+#include <QCheckBox>
+#include <QFile>
+#include <QGridLayout>
+#include <QLabel>
+#include <QLineEdit>
+
+#include <cmath>
+#include <limits>
+#include <optional>
+
+namespace ztm {
+namespace {
+
+constexpr int32_t usualInterval = 100;
+constexpr int boxCharacters = 12;
+
+// In twips, within the frame.
+constexpr int channelLeft = 240;
+constexpr int channelHeight = 360;
+constexpr std::array<int, ChannelCount> channelTops{240, 600, 960, 1320, 1680, 2040};
+constexpr std::array<int, ChannelCount> channelTopsZTM7710{600, 960, 0, 1320, 0, 1680};
+constexpr int frameHeight = 2520;
+
+/// The number in a box as a whole one from 0 to the largest 32-bit one; otherwise none.
+std::optional<int32_t> WholeNumberIn(const QLineEdit &box) {
+    const double number = std::nearbyint(NumberIn(box));
+    if (number < 0 || number > std::numeric_limits<int32_t>::max()) {
+        return std::nullopt;
+    }
+    return static_cast<int32_t>(number);
+}
+
+/// Asks for another number in a box.
+void Refuse(QLineEdit &box, const QString &what) {
+    ShowMessage(
+        QObject::tr("%1 must be 0 to %2").arg(what).arg(std::numeric_limits<int32_t>::max()),
+        box.window()->windowTitle(), QMessageBox::Warning);
+    box.setFocus();
+    box.selectAll();
+}
+
+QLineEdit *NewNumberBox(const char *name, QWidget *frame) {
+    auto *box = Named(new QLineEdit(frame), name);
+    box->setFixedWidth(box->fontMetrics().averageCharWidth() * boxCharacters +
+                       box->sizeHint().height());
+    return box;
+}
+
+} // namespace
+
+frmLogging::frmLogging() : Form(QStringLiteral("frmLogging")) {
+    setWindowTitle(tr("Logging"));
+    SetupUi();
+    connect(cmdOK, &QPushButton::clicked, this, &frmLogging::cmdOK_Click);
+    connect(cmdCancel, &QPushButton::clicked, this, &frmLogging::cmdCancel_Click);
+    Form_Load();
+}
+
+void frmLogging::SetupUi() {
+    lblProblem = Named(new QLabel(this), "lblProblem");
+    lblProblem->setWordWrap(true);
+    lblProblem->hide();
+    auto *layout = new QGridLayout(this);
+    layout->addWidget(NewMeasurementsFrame(), 0, 0);
+    layout->addWidget(NewOptionsFrame(), 0, 1);
+    layout->addWidget(lblProblem, 1, 0, 1, 2);
+    cmdOK = NewButton("cmdOK", tr("OK"), this);
+    cmdCancel = NewButton("cmdCancel", tr("Cancel"), this);
+    layout->addLayout(NewButtonRow({cmdOK, cmdCancel}), 2, 0, 1, 2);
+    layout->setColumnStretch(1, 1);
+    layout->setRowStretch(0, 1);
+}
+
+QGroupBox *frmLogging::NewMeasurementsFrame() {
+    auto *frame = Named(new Frame(tr("Measurements"), this), "fraMeasurements");
+    const QString captions[] = {tr("Local"), tr("Remote1"), tr("Remote2"),
+                                tr("Fan1"),  tr("Fan2"),    tr("THERM%")};
+    for (size_t channel = 0; channel < chkLog.size(); ++channel) {
+        chkLog[channel] = new QCheckBox(captions[channel], frame);
+        chkLog[channel]->setObjectName(IndexedName("chkLog", static_cast<int>(channel)));
+    }
+    return frame;
+}
+
+QGroupBox *frmLogging::NewOptionsFrame() {
+    auto *frame = Named(new Frame(tr("Options"), this), "fraOptions");
+    txtLogInt = NewNumberBox("txtLogInt", frame);
+    txtNumLogs = NewNumberBox("txtNumLogs", frame);
+    auto *interval = new QLabel(tr("Logging Interval (ms)"), frame);
+    interval->setBuddy(txtLogInt);
+    auto *entries = new QLabel(tr("Max Number of  Log Entries"), frame);
+    entries->setBuddy(txtNumLogs);
+    auto *layout = new QGridLayout(frame);
+    layout->addWidget(interval, 0, 0);
+    layout->addWidget(txtLogInt, 0, 1, Qt::AlignLeft);
+    layout->addWidget(entries, 1, 0);
+    layout->addWidget(txtNumLogs, 1, 1, Qt::AlignLeft);
+    layout->addWidget(new QLabel(tr("(Set to zero for unlimited entries)"), frame), 2, 0, 1, 2);
+    layout->setColumnStretch(1, 1);
+    layout->setRowStretch(3, 1);
+    return frame;
+}
+
+/// One row per channel, where a font larger than usual stretches the rows alike.
+void frmLogging::PlaceChannels() {
+    const auto &tops = DeviceName == ZTM7710 ? channelTopsZTM7710 : channelTops;
+    const double rowHeight = Twips(channelHeight, *this);
+    const double stretch = std::max(1.0, chkLog[0]->sizeHint().height() / rowHeight);
+    int width = 0;
+    for (size_t channel = 0; channel < chkLog.size(); ++channel) {
+        QCheckBox &box = *chkLog[channel];
+        box.adjustSize();
+        box.move(Twips(channelLeft, *this), qRound(stretch * Twips(tops[channel], *this)));
+        width = std::max(width, box.width());
+    }
+    QWidget &frame = *chkLog[0]->parentWidget();
+    const QSize rows(2 * Twips(channelLeft, *this) + width,
+                     qRound(stretch * Twips(frameHeight, *this)));
+    frame.setMinimumSize(rows.expandedTo(frame.minimumSizeHint()));
+}
+
+void frmLogging::Form_Load() {
+    if (DeviceName == ZTM7710) {
+        chkLog[2]->hide();
+        chkLog[4]->hide();
+        chkLog[1]->setText(tr("Remote"));
+        chkLog[3]->setText(tr("Fan Speed"));
+    }
+    PlaceChannels();
+    for (size_t channel = 0; channel < chkLog.size(); ++channel) {
+        chkLog[channel]->setChecked(LogSelected[channel]);
+    }
+    ShowNumber(*txtLogInt, LogInterval);
+    ShowNumber(*txtNumLogs, MaxLogEntries);
+}
+
+void frmLogging::cmdOK_Click() {
+    auto *mainWindow = LoadedForm<frmMain>();
+    const auto interval = WholeNumberIn(*txtLogInt);
+    const auto entries = WholeNumberIn(*txtNumLogs);
+    if (!interval) {
+        Refuse(*txtLogInt, tr("The logging interval in ms"));
+        return;
+    }
+    if (!entries) {
+        Refuse(*txtNumLogs, tr("The number of log entries"));
+        return;
+    }
+    const QString path = AskSaveFile(this, tr("Log Data To File"), tr("Text Files (*.xls)"));
+    if (path.isEmpty() || mainWindow == nullptr) {
+        return;
+    }
+    std::array<bool, ChannelCount> selected{};
+    for (size_t channel = 0; channel < chkLog.size(); ++channel) {
+        selected[channel] = chkLog[channel]->isChecked();
+    }
+    ControlPage &control = mainWindow->Control();
+    if (const QString problem = control.OpenLog(path, selected); !problem.isEmpty()) {
+        lblProblem->setText(tr("%1 could not be written: %2").arg(path, problem));
+        lblProblem->show();
+        return;
+    }
+    LogFileName = QFile::encodeName(path).toStdString();
+    LogSelected = selected;
+    LogInterval = *interval == 0 ? usualInterval : *interval;
+    MaxLogEntries = *entries;
+    control.StartLog();
+    cmdCancel_Click();
+}
+
+void frmLogging::cmdCancel_Click() {
+    Unload();
+}
+
+} // namespace ztm

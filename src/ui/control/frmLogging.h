@@ -1,0 +1,44 @@
+#pragma once
+
+#include "monitor/Channels.h"
+#include "ui/kit/Form.h"
+
+#include <array>
+
+class QCheckBox;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+namespace ztm {
+
+/// The dialog "Logging": which channels the measurement log holds, how often an entry is
+/// written and when the log ends. OK asks for the file and starts the log. A negative interval
+/// or limit, or one of more than 2147483647, is refused with a message; a file that cannot be
+/// created leaves the dialog open with the reason in it, and nothing changed.
+class frmLogging final : public Form {
+    Q_OBJECT
+
+public:
+    frmLogging();
+
+private:
+    void SetupUi();
+    QGroupBox *NewMeasurementsFrame();
+    QGroupBox *NewOptionsFrame();
+    void PlaceChannels();
+    void Form_Load();
+
+    void cmdOK_Click();
+    void cmdCancel_Click();
+
+    std::array<QCheckBox *, ChannelCount> chkLog;
+    QLineEdit *txtLogInt;
+    QLineEdit *txtNumLogs;
+    QLabel *lblProblem;
+    QPushButton *cmdOK;
+    QPushButton *cmdCancel;
+};
+
+} // namespace ztm

@@ -1,0 +1,158 @@
+#include "ui/display/MonitorCharts.h"
+
+#include "link/LinkState.h"
+#include "monitor/Channels.h"
+#include "monitor/MeasurementHistory.h"
+#include "monitor/MonitorSettings.h"
+#include "ui/instruments/StripChart.h"
+#include "ui/kit/Text.h"
+
+#include <QVBoxLayout>
+
+#include <initializer_list>
+
+namespace ztm {
+namespace {
+
+constexpr QColor colours[ChannelCount] = {{31, 119, 180}, {214, 39, 40},   {230, 120, 0},
+                                          {44, 140, 44},  {148, 103, 189}, {150, 95, 75}};
+
+constexpr StripChartSetup::ValueAxis temperatureAxis{0, 120};
+constexpr StripChartSetup::ValueAxis fanAxis{0, 8000};
+
+/// Where the columns of labels start, as fractions of a chart's width.
+constexpr double leftColumn = 0.12;
+constexpr double rightColumn = 0.8;
+
+/// A trace with a label in a row of one of the columns.
+struct Row {
+    int channel;
+    double column;
+    int row;
+};
+
+void AddTitle(StripChartSetup &setup, const QString &text, StripChartSetup::Label::Place place) {
+    setup.labels.push_back({text, place, {}, {}});
+}
+
+void AddTraces(StripChartSetup &setup, std::initializer_list<Row> rows, double rowHeight) {
+    for (const Row &row : rows) {
+        const Channel &channel = Channels[static_cast<size_t>(row.channel)];
+        const bool temperature = channel.Measures == Quantity::Temperature;
+        const bool fan = channel.Measures == Quantity::FanSpeed;
+        StripChartSetup::Trace trace;
+        trace.channel = row.channel;
+        trace.name = ToQString(channel.Name);
+        trace.colour = colours[row.channel];
+        trace.rightAxis = fan && setup.right.has_value();
+        trace.unit = fan ? QStringLiteral(" RPM")
+                         : (temperature ? QString::fromUtf8("°C") : QStringLiteral("%"));
+        trace.decimals = fan ? 0 : 2;
+        trace.label = static_cast<int>(setup.labels.size());
+        setup.traces.push_back(trace);
+        setup.labels.push_back({trace.name, StripChartSetup::Label::Place::AtPosition,
+                                QPointF(row.column, row.row * rowHeight), trace.colour});
+    }
+}
+
+/// Trace 5 of the combined chart is THERM%, but its label comes last, behind those of the fans.
+StripChartSetup TempFanSetup(double rowHeight) {
+    StripChartSetup setup;
+    setup.left = temperatureAxis;
+    setup.right = fanAxis;
+    AddTitle(setup, MonitorCharts::tr("Temperature/THERM%"),
+             StripChartSetup::Label::Place::LeftAxisTitle);
+    AddTraces(setup, {{0, leftColumn, 1}, {1, leftColumn, 2}, {2, leftColumn, 3}}, rowHeight);
+    AddTitle(setup, MonitorCharts::tr("Fan Speed"), StripChartSetup::Label::Place::RightAxisTitle);
+    AddTraces(setup, {{3, rightColumn, 1}, {4, rightColumn, 2}, {5, leftColumn, 4}}, rowHeight);
+    return setup;
+}
+
+StripChartSetup TempSetup(double rowHeight) {
+    StripChartSetup setup;
+    setup.left = temperatureAxis;
+    AddTitle(setup, MonitorCharts::tr("Temperature/THERM%"),
+             StripChartSetup::Label::Place::LeftAxisTitle);
+    AddTraces(setup,
+              {{0, leftColumn, 1}, {1, leftColumn, 2}, {2, leftColumn, 3}, {5, leftColumn, 4}},
+              rowHeight);
+    return setup;
+}
+
+StripChartSetup FanSetup(double rowHeight) {
+    StripChartSetup setup;
+    setup.left = fanAxis;
+    AddTitle(setup, MonitorCharts::tr("Fan Speed"), StripChartSetup::Label::Place::LeftAxisTitle);
+    AddTraces(setup, {{3, leftColumn, 1}, {4, leftColumn, 2}}, rowHeight);
+    return setup;
+}
+
+StripChart *NewChart(const char *name, const QString &accessibleName, StripChartSetup setup,
+                     QWidget *parent) {
+    auto *chart = new StripChart(MeasurementHistory(), std::move(setup), parent);
+    chart->setObjectName(QLatin1String(name));
+    chart->setAccessibleName(accessibleName);
+    chart->setToolTip(
+        MonitorCharts::tr("Drag the arrows at the edges of this graph to zoom in and out"));
+    return chart;
+}
+
+} // namespace
+
+MonitorCharts::MonitorCharts(const LabelRows &rows, QWidget *parent)
+    : QWidget(parent)
+    , stpTempFan(NewChart("stpTempFan", tr("Temperatures and fan speeds over time"),
+                          TempFanSetup(rows.combined), this))
+    , stpTemp(NewChart("stpTemp", tr("Temperatures over time"), TempSetup(rows.temperature), this))
+    , stpFan(NewChart("stpFan", tr("Fan speeds over time"), FanSetup(rows.temperature), this)) {
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    for (auto *chart : {stpTempFan, stpTemp, stpFan}) {
+        layout->addWidget(chart);
+        chart->hide();
+    }
+    ShowGraphType();
+}
+
+void MonitorCharts::ShowGraphType() {
+    StripChart *shown = GraphType == 1   ? stpTempFan
+                        : GraphType == 2 ? stpFan
+                        : GraphType == 3 ? stpTemp
+                                         : nullptr;
+    if (shown == nullptr || !shown->isHidden()) {
+        return;
+    }
+    for (auto *chart : {stpTempFan, stpTemp, stpFan}) {
+        chart->setVisible(chart == shown);
+    }
+}
+
+void MonitorCharts::LayOutForVariant() {
+    if (DeviceName != ZTM7710) {
+        return;
+    }
+    const QString remote = ToQString(Channels[1].NameZTM7710);
+    const QString nothing;
+    stpTempFan->SetLabel(3, nothing);
+    stpTempFan->SetLabelVerticalPosition(7, stpTempFan->LabelVerticalPosition(3));
+    stpTempFan->SetLabel(2, remote);
+    stpTempFan->SetLabel(5, nothing);
+    stpTempFan->SetLabel(6, nothing);
+    stpTemp->SetLabel(2, remote);
+    stpTemp->SetLabel(3, nothing);
+    stpTemp->SetLabelVerticalPosition(4, stpTemp->LabelVerticalPosition(3));
+    stpFan->SetLabel(1, nothing);
+    stpFan->SetLabel(2, nothing);
+    // A single fan needs no label, but the read-outs still name it.
+    const QString fan = ToQString(Channels[3].NameZTM7710);
+    stpTempFan->SetTraceName(3, fan);
+    stpFan->SetTraceName(0, fan);
+}
+
+void MonitorCharts::HistoryChanged() {
+    for (auto *chart : {stpTempFan, stpTemp, stpFan}) {
+        chart->HistoryChanged();
+    }
+}
+
+} // namespace ztm

@@ -1,0 +1,325 @@
+#include "ui/fan/frmAutoControl.h"
+
+#include "common/Numbers.h"
+#include "fan/GraphSettings.h"
+#include "link/GeneralSubs.h"
+#include "link/LinkState.h"
+#include "link/Registers.h"
+#include "link/USBComms.h"
+#include "monitor/Channels.h"
+#include "ui/fan/ControlSourceBoxes.h"
+#include "ui/fan/LookupGraph.h"
+#include "ui/fan/LookupGraphPanel.h"
+#include "ui/instruments/ValueSlider.h"
+#include "ui/kit/Controls.h"
+#include "ui/kit/Fields.h"
+#include "ui/kit/Frame.h"
+#include "ui/kit/SpinButton.h"
+#include "ui/kit/Text.h"
+
+#include <QComboBox>
+#include <QGridLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QRadioButton>
+
+#include <cmath>
+#include <limits>
+
+namespace ztm {
+namespace {
+
+constexpr SpinRange temperatureSpin{0, 150};
+constexpr SpinRange rpmSpin{0, 15000, 50};
+constexpr int lowestRange = 1000;
+constexpr int highestRange = 20000;
+constexpr int smallRangeStep = 100;
+constexpr int largeRangeStep = 1000;
+constexpr int largestPointRpm = std::numeric_limits<int16_t>::max();
+
+LookupPoint &PointAt(int point) {
+    return TableInUse()[static_cast<size_t>(point)];
+}
+
+} // namespace
+
+frmAutoControl::frmAutoControl() : Form(QStringLiteral("frmAutoControl")) {
+    setWindowTitle(tr("Auto-Control Response"));
+    SetupUi();
+    ConnectSignals();
+    Form_Load();
+}
+
+void frmAutoControl::SetupUi() {
+    graphPanel = new LookupGraphPanel(this);
+    pctGraph = &graphPanel->Graph();
+    sldRange = Named(new ValueSlider(this), "sldRange");
+    sldRange->SetCaption(tr("Range"));
+    sldRange->SetMaximum(highestRange);
+    sldRange->SetMinimum(lowestRange);
+    sldRange->SetSteps(smallRangeStep, largeRangeStep);
+    sldRange->setMinimumWidth(sldRange->sizeHint().width()); // its numbers in full size
+    auto *settings = new QVBoxLayout;
+    settings->addWidget(NewPointFrame());
+    settings->addWidget(NewSourceFrame());
+    settings->addWidget(NewTransitionFrame());
+    settings->addStretch();
+    auto *layout = new QGridLayout(this);
+    layout->addWidget(graphPanel, 0, 0);
+    layout->addWidget(sldRange, 0, 1);
+    layout->addLayout(settings, 0, 2);
+    cmdOK = NewButton("cmdOK", tr("OK"), this);
+    cmdApply = NewButton("cmdApply", tr("Apply"), this);
+    cmdCancel = NewButton("cmdCancel", tr("Cancel"), this);
+    layout->addLayout(NewButtonRow({cmdOK, cmdApply, cmdCancel}), 1, 0, 1, 3);
+    layout->setColumnStretch(0, 1);
+    layout->setRowStretch(0, 1);
+}
+
+QGroupBox *frmAutoControl::NewSourceFrame() {
+    auto *frame = Named(new Frame(tr("Fan Control Source"), this), "Frame2");
+    auto *layout = new QGridLayout(frame);
+    Label3 = Named(new QLabel(tr("Fan1"), frame), "Label3");
+    Label4 = Named(new QLabel(tr("Fan2"), frame), "Label4");
+    cmbControl[0] = NewControlSourceBox(QStringLiteral("cmbControl(0)"), frame);
+    cmbControl[1] = NewControlSourceBox(QStringLiteral("cmbControl(1)"), frame);
+    layout->addWidget(Label3, 0, 0);
+    layout->addWidget(cmbControl[0], 0, 1);
+    layout->addWidget(Label4, 1, 0);
+    layout->addWidget(cmbControl[1], 1, 1);
+    Label3->setBuddy(cmbControl[0]);
+    Label4->setBuddy(cmbControl[1]);
+    cmbSource33 = NewControlSource33Box(tr("Fan Control Source"), frame);
+    layout->addWidget(cmbSource33, 0, 1);
+    layout->setColumnStretch(1, 1);
+    return frame;
+}
+
+QGroupBox *frmAutoControl::NewTransitionFrame() {
+    auto *frame = Named(new Frame(tr("Transition Type"), this), "Frame3");
+    optDiscrete = Named(new QRadioButton(tr("Discrete"), frame), "optDiscrete");
+    optLinear = Named(new QRadioButton(tr("Linear"), frame), "optLinear");
+    auto *layout = new QHBoxLayout(frame);
+    layout->addWidget(optDiscrete);
+    layout->addWidget(optLinear);
+    layout->addStretch();
+    return frame;
+}
+
+QGroupBox *frmAutoControl::NewPointFrame() {
+    auto *frame = Named(new Frame(tr("Select Look-Up Point"), this), "Frame1");
+    auto *points = new QGridLayout;
+    for (int point = 0; point < LookupPoints; ++point) {
+        auto *option = new QRadioButton(QString::number(point + 1), frame);
+        option->setObjectName(IndexedName("optControl", point));
+        optControl[static_cast<size_t>(point)] = option;
+        points->addWidget(option, point / PointsPerFan, point % PointsPerFan, Qt::AlignLeft);
+    }
+    optControl[0]->setChecked(true);
+    auto *layout = new QGridLayout(frame);
+    layout->addLayout(points, 0, 0, 1, 2);
+    const auto addRow = [&](int row, const QString &caption, const char *labelName,
+                            const char *name, QLineEdit *&box, SpinRange spin) {
+        auto *spinBox = NewSpinBox(box, QLatin1String(name), spin, frame);
+        auto *label = Named(new QLabel(caption, frame), labelName);
+        label->setBuddy(box);
+        layout->addWidget(label, row, 0);
+        layout->addWidget(spinBox, row, 1, Qt::AlignLeft);
+    };
+    addRow(1, tr("Temperature"), "Label1", "txtTLookUp", txtTLookUp, temperatureSpin);
+    addRow(2, tr("RPM"), "Label2", "txtRPMLookup", txtRPMLookup, rpmSpin);
+    WatchRange(*txtTLookUp, lowestCelsius, highestCelsius, tr("°C"));
+    layout->setColumnStretch(1, 1);
+    return frame;
+}
+
+void frmAutoControl::ConnectSignals() {
+    for (int point = 0; point < LookupPoints; ++point) {
+        connect(optControl[static_cast<size_t>(point)], &QRadioButton::toggled, this,
+                [this, point](bool checked) {
+                    if (checked) {
+                        optControl_Click(point);
+                    }
+                });
+    }
+    for (auto *option : {optDiscrete, optLinear}) {
+        connect(option, &QRadioButton::toggled, this, &frmAutoControl::PlotData);
+    }
+    connect(txtTLookUp, &QLineEdit::textChanged, this, &frmAutoControl::txtTLookUp_Change);
+    connect(txtRPMLookup, &QLineEdit::textChanged, this, &frmAutoControl::txtRPMLookup_Change);
+    connect(pctGraph, &LookupGraph::MouseDown, this, &frmAutoControl::pctGraph_MouseDown);
+    connect(pctGraph, &LookupGraph::MouseMoved, this, &frmAutoControl::pctGraph_MouseMove);
+    connect(pctGraph, &LookupGraph::MoveWanted, this, &frmAutoControl::MovePoint);
+    connect(sldRange, &ValueSlider::ValueChanged, this, &frmAutoControl::sldRange_Change);
+    connect(cmdOK, &QPushButton::clicked, this, &frmAutoControl::cmdOK_Click);
+    connect(cmdApply, &QPushButton::clicked, this, &frmAutoControl::cmdApply_Click);
+    connect(cmdCancel, &QPushButton::clicked, this, &frmAutoControl::cmdCancel_Click);
+}
+
+void frmAutoControl::LayoutOneFan() {
+    cmbControl[0]->hide();
+    cmbControl[1]->hide();
+    Label4->hide();
+    Label3->clear();
+    graphPanel->HideLegend();
+    cmbSource33->show();
+}
+
+void frmAutoControl::Form_Load() {
+    if (DeviceName == ZTM7710) {
+        LayoutOneFan();
+    }
+    for (int point = 0; point < LookupPoints; ++point) {
+        PointAt(point).Temperature = ReadPointTemperature(point);
+        PointAt(point).RPM = PointRpm(ReadRPM(SpeedRegister(point)));
+        loadedRpm[static_cast<size_t>(point)] = PointAt(point).RPM;
+    }
+    ShowSelectedPoint();
+    (IsConfig2Bit2Set() ? optLinear : optDiscrete)->setChecked(true);
+    ShowControlSources(ReadRegister(FanBehaviour), cmbControl, *cmbSource33);
+    sldRange->SetValue(static_cast<double>(GraphRpmRange));
+    graphPanel->UpdateRPMLabels();
+}
+
+void frmAutoControl::PlotData() {
+    pctGraph->linear = optLinear->isChecked();
+    pctGraph->selectedPoint = SelectedPoint;
+    pctGraph->DescribePoints();
+    pctGraph->update();
+}
+
+void frmAutoControl::ShowSelectedPoint() {
+    shownEightPointMode = EightPointMode;
+    const LookupPoint point = PointAt(SelectedPoint);
+    ShowNumber(*txtTLookUp, point.Temperature);
+    ShowNumber(*txtRPMLookup, point.RPM);
+    MarkRpm();
+    PlotData();
+}
+
+/// Marks a speed that Apply cannot write, unless it came from the chip: the slowest count reads
+/// as 75 RPM, which no count is written for.
+void frmAutoControl::MarkRpm() {
+    const double rpm = RoundHalfToEven(NumberIn(*txtRPMLookup));
+    const bool held = (IsLookupRpm(rpm) && rpm <= largestPointRpm) ||
+                      rpm == loadedRpm[static_cast<size_t>(SelectedPoint)];
+    MarkField(*txtRPMLookup,
+              held ? QString()
+                   : tr("0, or %1 to %2 RPM").arg(SlowestLookupRpm).arg(largestPointRpm));
+}
+
+void frmAutoControl::optControl_Click(int point) {
+    SelectedPoint = point;
+    ShowSelectedPoint();
+}
+
+void frmAutoControl::txtTLookUp_Change() {
+    PointAt(SelectedPoint).Temperature = ToInt32(NumberIn(*txtTLookUp));
+    PlotData();
+}
+
+void frmAutoControl::txtRPMLookup_Change() {
+    PointAt(SelectedPoint).RPM = PointRpm(NumberIn(*txtRPMLookup));
+    MarkRpm();
+    PlotData();
+}
+
+void frmAutoControl::pctGraph_MouseDown(QPointF place) {
+    if (pctGraph->carriedAt) {
+        pctGraph->carriedAt.reset();
+        pctGraph->unsetCursor();
+        ShowNumber(*txtTLookUp, std::floor(X2Temp(place.x())));
+        ShowNumber(*txtRPMLookup, std::floor(Y2RPM(place.y())));
+        PlotData();
+    } else if (pctGraph->IsOnSelectedPoint(place)) {
+        pctGraph->carriedAt = place;
+        pctGraph->setCursor(Qt::CrossCursor);
+        PlotData();
+    }
+}
+
+void frmAutoControl::pctGraph_MouseMove(QPointF place) {
+    if (pctGraph->carriedAt) {
+        pctGraph->carriedAt = place;
+        pctGraph->update();
+        return;
+    }
+    const double celsius = X2Temp(place.x());
+    for (int point = LookupPoints - 1; point >= 0; --point) {
+        if (std::abs(celsius - PointAt(point).Temperature) < 1) {
+            optControl[static_cast<size_t>(point)]->setChecked(true);
+            break;
+        }
+    }
+    pctGraph->setCursor(pctGraph->IsOnSelectedPoint(place) ? Qt::OpenHandCursor : Qt::ArrowCursor);
+}
+
+/// Moves the selected point by the keyboard, within what its boxes' spin buttons reach.
+void frmAutoControl::MovePoint(int celsius, int rpm) {
+    if (pctGraph->carriedAt) {
+        return;
+    }
+    const LookupPoint point = PointAt(SelectedPoint);
+    if (celsius != 0) {
+        ShowNumber(*txtTLookUp, std::clamp(point.Temperature + celsius, temperatureSpin.minimum,
+                                           temperatureSpin.maximum));
+    }
+    if (rpm != 0) {
+        ShowNumber(*txtRPMLookup, std::clamp(point.RPM + rpm, rpmSpin.minimum, rpmSpin.maximum));
+    }
+}
+
+/// Escape puts a carried point back to where it was, whichever control has the focus.
+void frmAutoControl::keyPressEvent(QKeyEvent *event) {
+    if (event->key() != Qt::Key_Escape || !pctGraph->carriedAt) {
+        Form::keyPressEvent(event);
+        return;
+    }
+    pctGraph->carriedAt.reset();
+    pctGraph->unsetCursor();
+    pctGraph->update();
+}
+
+/// The slider keeps to whole steps, so that the grid lines stand for round numbers.
+void frmAutoControl::sldRange_Change(double value) {
+    sldRange->SetValue(RoundHalfToEven(value / smallRangeStep) * smallRangeStep);
+    GraphRpmRange = static_cast<float>(sldRange->Value());
+    graphPanel->UpdateRPMLabels();
+    PlotData();
+}
+
+void frmAutoControl::cmdApply_Click() {
+    WriteRegister(Configuration2,
+                  WithBit(ReadRegister(Configuration2), LinearBit, optLinear->isChecked()));
+    for (int point = 0; point < LookupPoints; ++point) {
+        WritePointTemperature(point, PointAt(point).Temperature);
+    }
+    for (int point = 0; point < LookupPoints; ++point) {
+        WritePointRpm(point, PointAt(point).RPM);
+    }
+    WriteRegister(FanBehaviour, ChosenBehaviour(cmbControl, *cmbSource33));
+}
+
+void frmAutoControl::cmdOK_Click() {
+    cmdApply_Click();
+    cmdCancel_Click();
+}
+
+void frmAutoControl::cmdCancel_Click() {
+    Unload();
+}
+
+/// Meanwhile the fan configuration may have selected the other table.
+void frmAutoControl::changeEvent(QEvent *event) {
+    if (event->type() == QEvent::ActivationChange) {
+        if (shownEightPointMode != EightPointMode) {
+            ShowSelectedPoint();
+        } else {
+            PlotData();
+        }
+    }
+    Form::changeEvent(event);
+}
+
+} // namespace ztm

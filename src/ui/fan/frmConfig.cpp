@@ -1,0 +1,220 @@
+#include "ui/fan/frmConfig.h"
+
+#include "common/NumberText.h"
+#include "common/Numbers.h"
+#include "fan/FanCodes.h"
+#include "link/LinkState.h"
+#include "link/Registers.h"
+#include "link/USBComms.h"
+#include "ui/control/ControlPage.h"
+#include "ui/fan/ControlSourceBoxes.h"
+#include "ui/kit/Controls.h"
+#include "ui/kit/Frame.h"
+#include "ui/kit/Text.h"
+#include "ui/kit/Twips.h"
+#include "ui/session/frmMain.h"
+
+#include <QComboBox>
+#include <QGridLayout>
+#include <QLabel>
+#include <QRadioButton>
+#include <QTabWidget>
+
+namespace ztm {
+namespace {
+
+constexpr int oneFanFrameLeft = 2040; // twips
+constexpr int32_t codeBits = 0x07;
+constexpr int32_t polesBits = 0x0F;
+constexpr int fanShift = 4; // of fan 2's field in the other registers
+
+/// The field of a fan in a register that has one in each half.
+int32_t HalfOf(int32_t value, size_t fan) {
+    return fan == 0 ? value : value >> fanShift;
+}
+
+template <class List>
+QComboBox *NewBox(const QString &name, const List &items, QWidget *page) {
+    auto *box = new QComboBox(page);
+    box->setObjectName(name);
+    for (const std::string_view item : items) {
+        box->addItem(ToQString(item));
+    }
+    return box;
+}
+
+std::string TextOf(const QComboBox &box) {
+    return box.currentText().toStdString();
+}
+
+/// Both fans' codes of a list in one register.
+template <class Code>
+int32_t BothFans(const std::array<QComboBox *, 2> &boxes, Code code) {
+    return code(TextOf(*boxes[1])) << fanShift | code(TextOf(*boxes[0]));
+}
+
+/// Shows a number of poles, as an item of its own if the list does not have it.
+void ShowPoles(QComboBox &box, int32_t field) {
+    const QString text = ToQString(PolesText(field));
+    if (box.findText(text) < 0) {
+        box.addItem(text);
+    }
+    box.setCurrentText(text);
+}
+
+int32_t PolesOf(const std::string &text) {
+    return ToInt32(NumericValue(text));
+}
+
+} // namespace
+
+frmConfig::frmConfig() : Form(QStringLiteral("frmConfig")) {
+    setWindowTitle(tr("Fan Configuration"));
+    SetupUi();
+    connect(SSTab1, &QTabWidget::currentChanged, this, &frmConfig::SSTab1_Click);
+    connect(cmdOK, &QPushButton::clicked, this, &frmConfig::cmdOK_Click);
+    connect(cmdApply, &QPushButton::clicked, this, &frmConfig::cmdApply_Click);
+    connect(cmdCancel, &QPushButton::clicked, this, &frmConfig::cmdCancel_Click);
+    Form_Load();
+}
+
+void frmConfig::SetupUi() {
+    SSTab1 = Named(new QTabWidget(this), "SSTab1");
+    SSTab1->addTab(NewGeneralPage(), tr("General"));
+    SSTab1->addTab(NewFanPage(0), tr("Fan1"));
+    SSTab1->addTab(NewFanPage(1), tr("Fan2"));
+    cmdOK = NewButton("cmdOK", tr("OK"), this);
+    cmdApply = NewButton("cmdApply", tr("Apply"), this);
+    cmdCancel = NewButton("cmdCancel", tr("Cancel"), this);
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(SSTab1);
+    layout->addLayout(NewButtonRow({cmdOK, cmdApply, cmdCancel}));
+}
+
+QWidget *frmConfig::NewGeneralPage() {
+    auto *page = new QWidget;
+    Frame5 = Named(new Frame(tr("Control Type"), page), "Frame5");
+    optAuto = Named(new QRadioButton(tr("Automatic Control via Lookup Table"), Frame5), "optAuto");
+    optManual = Named(new QRadioButton(tr("Manual Control"), Frame5), "optManual");
+    Frame1 = Named(new Frame(tr("Lookup Table"), page), "Frame1");
+    opt4Points = Named(new QRadioButton(tr("Fan1:4-points Fan2:4-Points"), Frame1), "opt4Points");
+    opt8Points = Named(new QRadioButton(tr("8-Points for both fans"), Frame1), "opt8Points");
+    const auto fill = [](QGroupBox *frame, QRadioButton *first, QRadioButton *second) {
+        auto *layout = new QVBoxLayout(frame);
+        layout->addWidget(first, 0, Qt::AlignLeft);
+        layout->addWidget(second, 0, Qt::AlignLeft);
+    };
+    fill(Frame5, optAuto, optManual);
+    fill(Frame1, opt4Points, opt8Points);
+    auto *layout = new QHBoxLayout(page);
+    layout->addWidget(Frame5, 0, Qt::AlignTop);
+    layout->addWidget(Frame1, 0, Qt::AlignTop);
+    layout->addStretch();
+    return page;
+}
+
+QWidget *frmConfig::NewFanPage(size_t fan) {
+    const int index = static_cast<int>(fan);
+    auto *page = new QWidget;
+    cmbPoles[fan] = NewBox(IndexedName("cmbPoles", index), FanPoles, page);
+    cmbSource[fan] = NewControlSourceBox(IndexedName("cmbSource", index), page);
+    if (fan == 0) {
+        cmbSource33 = NewControlSource33Box(tr("Control Source"), page);
+    }
+    cmbRPMResponse[fan] = NewBox(IndexedName("cmbRPMResponse", index), FanResponses, page);
+    cmbRamp[fan] = NewBox(IndexedName("cmbRamp", index), RampRates, page);
+    auto *layout = new QGridLayout(page);
+    int row = 0;
+    for (const auto &[caption, box] : {std::pair{tr("No. of Poles"), cmbPoles[fan]},
+                                       {tr("Control Source"), cmbSource[fan]},
+                                       {tr("RPM Mode Response"), cmbRPMResponse[fan]},
+                                       {tr("Acoustic Ramp Rate"), cmbRamp[fan]}}) {
+        auto *label = new QLabel(caption, page);
+        label->setBuddy(box);
+        layout->addWidget(label, row, 0);
+        layout->addWidget(box, row, 1);
+        ++row;
+    }
+    if (fan == 0) {
+        layout->addWidget(cmbSource33, 1, 1);
+    }
+    layout->setColumnStretch(2, 1);
+    layout->setRowStretch(row, 1);
+    return page;
+}
+
+void frmConfig::LayoutOneFan() {
+    SSTab1->setTabVisible(2, false);
+    SSTab1->setTabText(1, tr("Fan"));
+    Frame1->hide();
+    QLayout &general = *Frame5->parentWidget()->layout();
+    QMargins margins = general.contentsMargins();
+    margins.setLeft(Twips(oneFanFrameLeft, *this));
+    general.setContentsMargins(margins);
+    cmbSource[0]->hide();
+    cmbSource33->show();
+}
+
+void frmConfig::Form_Load() {
+    if (DeviceName == ZTM7710) {
+        LayoutOneFan();
+    }
+    const bool automatic = (ReadRegister(Configuration1) & SoftwareTableBit) != 0;
+    (automatic ? optAuto : optManual)->setChecked(true);
+    const bool eightPoints = (ReadRegister(Configuration2) & EightPointBit) != 0;
+    (eightPoints ? opt8Points : opt4Points)->setChecked(true);
+    const int32_t poles = ReadRegister(Configuration3);
+    const int32_t response = ReadRegister(FanResponse);
+    ShowControlSources(ReadRegister(FanBehaviour), cmbSource, *cmbSource33);
+    const int32_t ramp = ReadRegister(EnhanceAcoustics);
+    for (size_t fan = 0; fan < cmbPoles.size(); ++fan) {
+        ShowPoles(*cmbPoles[fan], HalfOf(poles, fan) & polesBits);
+        cmbRPMResponse[fan]->setCurrentIndex(HalfOf(response, fan) & codeBits);
+        cmbRamp[fan]->setCurrentIndex(HalfOf(ramp, fan) & codeBits);
+    }
+}
+
+std::vector<QComboBox *> frmConfig::BoxesInTurn() const {
+    if (DeviceName == ZTM7710) {
+        return {cmbPoles[0], cmbRPMResponse[0], cmbSource33, cmbRamp[0]};
+    }
+    std::vector<QComboBox *> boxes;
+    for (size_t fan = 0; fan < cmbPoles.size(); ++fan) {
+        boxes.insert(boxes.end(),
+                     {cmbPoles[fan], cmbSource[fan], cmbRPMResponse[fan], cmbRamp[fan]});
+    }
+    return boxes;
+}
+
+/// From one tab to another the focus goes through the boxes and ends on OK.
+void frmConfig::SSTab1_Click() {
+    for (QComboBox *box : BoxesInTurn()) {
+        box->setFocus();
+    }
+    cmdOK->setFocus();
+}
+
+void frmConfig::cmdApply_Click() {
+    WriteRegister(Configuration1,
+                  WithBit(ReadRegister(Configuration1), SoftwareTableBit, optAuto->isChecked()));
+    if (auto *mainWindow = LoadedForm<frmMain>()) {
+        mainWindow->Control().ShowControlType(optAuto->isChecked());
+    }
+    WriteRegister(Configuration2,
+                  WithBit(ReadRegister(Configuration2), EightPointBit, opt8Points->isChecked()));
+    WriteRegister(Configuration3, BothFans(cmbPoles, PolesOf));
+    WriteRegister(FanResponse, BothFans(cmbRPMResponse, SetFanResponse));
+    WriteRegister(EnhanceAcoustics, BothFans(cmbRamp, SetRampRate));
+    WriteRegister(FanBehaviour, ChosenBehaviour(cmbSource, *cmbSource33));
+}
+
+void frmConfig::cmdOK_Click() {
+    cmdApply_Click();
+    cmdCancel_Click();
+}
+
+void frmConfig::cmdCancel_Click() {
+    Unload();
+}
+
+} // namespace ztm

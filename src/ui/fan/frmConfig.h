@@ -1,0 +1,56 @@
+#pragma once
+
+#include "ui/kit/Form.h"
+
+#include <array>
+#include <vector>
+
+class QComboBox;
+class QGroupBox;
+class QPushButton;
+class QRadioButton;
+class QTabWidget;
+
+namespace ztm {
+
+/// The dialog "Fan Configuration": control type, layout of the lookup table, and for each fan
+/// its poles, control source, response and ramp rate. It reads six registers when it loads and
+/// writes the same six on Apply or OK. A number of poles that the list does not have is shown as
+/// it is, so that Apply writes it back.
+class frmConfig final : public Form {
+    Q_OBJECT
+
+public:
+    frmConfig();
+
+private:
+    void SetupUi();
+    QWidget *NewGeneralPage();
+    QWidget *NewFanPage(size_t fan);
+    void Form_Load();
+    void LayoutOneFan();
+    void SSTab1_Click();
+    std::vector<QComboBox *> BoxesInTurn() const;
+
+    void cmdApply_Click();
+    void cmdOK_Click();
+    void cmdCancel_Click();
+
+    QTabWidget *SSTab1;
+    QGroupBox *Frame5;
+    QRadioButton *optAuto;
+    QRadioButton *optManual;
+    QGroupBox *Frame1;
+    QRadioButton *opt4Points;
+    QRadioButton *opt8Points;
+    std::array<QComboBox *, 2> cmbPoles;
+    std::array<QComboBox *, 2> cmbSource;
+    QComboBox *cmbSource33;
+    std::array<QComboBox *, 2> cmbRPMResponse;
+    std::array<QComboBox *, 2> cmbRamp;
+    QPushButton *cmdOK;
+    QPushButton *cmdApply;
+    QPushButton *cmdCancel;
+};
+
+} // namespace ztm

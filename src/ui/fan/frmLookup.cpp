@@ -1,0 +1,246 @@
+#include "ui/fan/frmLookup.h"
+
+#include "common/NumberText.h"
+#include "files/LutFile.h"
+#include "link/GeneralSubs.h"
+#include "link/LinkState.h"
+#include "monitor/Channels.h"
+#include "ui/kit/Controls.h"
+#include "ui/kit/Fields.h"
+#include "ui/kit/FileDialogs.h"
+#include "ui/kit/Frame.h"
+#include "ui/kit/SpinButton.h"
+#include "ui/kit/Text.h"
+
+#include <QFile>
+#include <QGridLayout>
+#include <QLabel>
+#include <QLineEdit>
+
+#include <cmath>
+
+namespace ztm {
+namespace {
+
+static_assert(LutPoints == LookupPoints);
+
+constexpr SpinRange temperatureSpin{0, 140};
+constexpr SpinRange rpmSpin{0, 15000, 50};
+
+using TestPoints = std::array<std::pair<const char *, const char *>, LookupPoints>;
+constexpr TestPoints eightTestPoints{{{"30", "1000"},
+                                      {"40", "2300"},
+                                      {"50", "3500"},
+                                      {"60", "4000"},
+                                      {"70", "4700"},
+                                      {"80", "5500"},
+                                      {"90", "6000"},
+                                      {"100", "7500"}}};
+constexpr TestPoints fourTestPoints{{{"30", "1900"},
+                                     {"40", "3800"},
+                                     {"55", "5500"},
+                                     {"80", "6500"},
+                                     {"40", "1500"},
+                                     {"70", "2600"},
+                                     {"95", "4800"},
+                                     {"105", "7000"}}};
+
+const QString &LutFilter() {
+    static const QString filter = QObject::tr("Text Files (*.lut)");
+    return filter;
+}
+
+const QString &LutName() {
+    static const QString name = QStringLiteral("LUT_Data");
+    return name;
+}
+
+/// The row of a point, below the headings and, from the fifth on, a second one.
+constexpr int RowOf(int point) {
+    return 1 + point + point / PointsPerFan;
+}
+
+/// Shows the numeric value of a piece of a table file; false when it is no finite number.
+bool ShowPiece(QLineEdit &box, const std::string &piece) {
+    const double number = NumericValue(piece);
+    if (std::isfinite(number)) {
+        ShowNumber(box, number);
+    }
+    return std::isfinite(number);
+}
+
+} // namespace
+
+frmLookup::frmLookup() : Form(QStringLiteral("frmLookup")) {
+    setWindowTitle(tr("Set Lookup Points"));
+    SetupUi();
+    ConnectSignals();
+    Form_Load();
+    WatchNumbers();
+}
+
+void frmLookup::SetupUi() {
+    auto *layout = new QHBoxLayout(this);
+    layout->addWidget(NewTableFrame(), 1);
+    layout->addLayout(NewButtonColumn());
+}
+
+QGroupBox *frmLookup::NewTableFrame() {
+    Frame1 = Named(new Frame(tr("8 Point Lookup Table"), this), "Frame1");
+    auto *layout = new QGridLayout(Frame1);
+    layout->addWidget(new QLabel(tr("Temperature"), Frame1), 0, 1);
+    layout->addWidget(new QLabel(tr("RPM"), Frame1), 0, 2);
+    for (int fan = 0; fan < 2; ++fan) {
+        auto *label = new QLabel(tr("Fan%1").arg(fan + 1), Frame1);
+        label->setObjectName(IndexedName("lblFan", fan));
+        label->hide();
+        lblFan[static_cast<size_t>(fan)] = label;
+        layout->addWidget(label, RowOf(fan * PointsPerFan) - 1, 0);
+    }
+    for (int point = 0; point < LookupPoints; ++point) {
+        const auto slot = static_cast<size_t>(point);
+        const int row = RowOf(point);
+        Label3[slot] = new QLabel(Frame1);
+        Label3[slot]->setObjectName(IndexedName("Label3", point));
+        layout->addWidget(Label3[slot], row, 0);
+        layout->addWidget(
+            NewSpinBox(txtTemp[slot], IndexedName("txtTemp", point), temperatureSpin, Frame1), row,
+            1, Qt::AlignLeft);
+        layout->addWidget(NewSpinBox(txtRPM[slot], IndexedName("txtRPM", point), rpmSpin, Frame1),
+                          row, 2, Qt::AlignLeft);
+    }
+    layout->setColumnStretch(2, 1);
+    layout->setRowStretch(layout->rowCount(), 1);
+    return Frame1;
+}
+
+QLayout *frmLookup::NewButtonColumn() {
+    cmdTestData = NewButton("cmdTestData", tr("Generate Test Points"), this);
+    cmdSaveLUT = NewButton("cmdSaveLUT", tr("Save Table"), this);
+    cmdLoadLUT = NewButton("cmdLoadLUT", tr("Load Table"), this);
+    cmdOK = NewButton("cmdOK", tr("OK"), this);
+    cmdApply = NewButton("cmdApply", tr("Apply"), this);
+    cmdCancel = NewButton("cmdCancel", tr("Cancel"), this);
+    auto *column = new QVBoxLayout;
+    for (auto *button : {cmdTestData, cmdSaveLUT, cmdLoadLUT}) {
+        column->addWidget(button);
+    }
+    column->addStretch();
+    for (auto *button : {cmdOK, cmdApply, cmdCancel}) {
+        column->addWidget(button);
+    }
+    return column;
+}
+
+void frmLookup::ConnectSignals() {
+    connect(cmdTestData, &QPushButton::clicked, this, &frmLookup::cmdTestData_Click);
+    connect(cmdSaveLUT, &QPushButton::clicked, this, &frmLookup::cmdSaveLUT_Click);
+    connect(cmdLoadLUT, &QPushButton::clicked, this, &frmLookup::cmdLoadLUT_Click);
+    connect(cmdOK, &QPushButton::clicked, this, &frmLookup::cmdOK_Click);
+    connect(cmdApply, &QPushButton::clicked, this, &frmLookup::cmdApply_Click);
+    connect(cmdCancel, &QPushButton::clicked, this, &frmLookup::cmdCancel_Click);
+}
+
+/// Numbers the points, anew for fan 2 where it has a table of its own.
+void frmLookup::ShowLayout() {
+    if (!EightPointMode) {
+        Frame1->setTitle(tr("2 x 4-Point Lookup Table"));
+        lblFan[0]->show();
+        lblFan[1]->show();
+    }
+    for (int point = 0; point < LookupPoints; ++point) {
+        const auto slot = static_cast<size_t>(point);
+        const int number = (EightPointMode ? point : point % PointsPerFan) + 1;
+        const QString name = tr("Point %1").arg(number);
+        const QString whole =
+            EightPointMode ? name : lblFan[slot / PointsPerFan]->text() + ' ' + name;
+        Label3[slot]->setText(name);
+        txtTemp[slot]->setAccessibleName(tr("%1, temperature in °C").arg(whole));
+        txtRPM[slot]->setAccessibleName(tr("%1, speed in RPM").arg(whole));
+    }
+}
+
+void frmLookup::Form_Load() {
+    ShowLayout();
+    for (int point = 0; point < LookupPoints; ++point) {
+        ShowNumber(*txtTemp[static_cast<size_t>(point)], ReadPointTemperature(point));
+    }
+    for (int point = 0; point < LookupPoints; ++point) {
+        ShowNumber(*txtRPM[static_cast<size_t>(point)], ReadRPM(SpeedRegister(point)));
+    }
+}
+
+/// What has just been read is what the chip holds, and needs no mark: the slowest count reads as
+/// 75 RPM, which no count is written for.
+void frmLookup::WatchNumbers() {
+    for (auto *box : txtTemp) {
+        WatchRange(*box, lowestCelsius, highestCelsius, tr("°C"));
+    }
+    for (auto *box : txtRPM) {
+        WatchNumber(
+            *box, [](double rpm) { return IsLookupRpm(rpm); },
+            tr("0, or %1 to %2 RPM").arg(SlowestLookupRpm).arg(FastestLookupRpm));
+    }
+}
+
+void frmLookup::cmdTestData_Click() {
+    const TestPoints &points = EightPointMode ? eightTestPoints : fourTestPoints;
+    for (size_t point = 0; point < points.size(); ++point) {
+        txtTemp[point]->setText(QLatin1String(points[point].first));
+        txtRPM[point]->setText(QLatin1String(points[point].second));
+    }
+}
+
+void frmLookup::cmdSaveLUT_Click() {
+    const QString path = AskSaveFile(this, tr("Save Table"), LutFilter(), LutName());
+    if (path.isEmpty()) {
+        return;
+    }
+    std::array<LutPoint, LutPoints> points;
+    for (size_t point = 0; point < points.size(); ++point) {
+        points[point] = {txtTemp[point]->text().toStdString(), txtRPM[point]->text().toStdString()};
+    }
+    SaveLut(QFile::encodeName(path).toStdString(), points);
+}
+
+void frmLookup::cmdLoadLUT_Click() {
+    const QString path = AskOpenFile(this, tr("Load Table"), LutFilter(), LutName());
+    if (path.isEmpty()) {
+        return;
+    }
+    const auto points = ReadLut(QFile::encodeName(path).toStdString());
+    if (!points) {
+        return;
+    }
+    for (size_t point = 0; point < points->size(); ++point) {
+        const std::string &text = (*points)[point];
+        const size_t comma = text.find(',');
+        if (!ShowPiece(*txtTemp[point], text.substr(0, comma)) || comma == std::string::npos) {
+            return;
+        }
+        const size_t end = std::min(text.find(',', comma + 1), text.size());
+        if (!ShowPiece(*txtRPM[point], text.substr(comma + 1, end - comma - 1))) {
+            return;
+        }
+    }
+}
+
+void frmLookup::cmdApply_Click() {
+    for (int point = 0; point < LookupPoints; ++point) {
+        WritePointTemperature(point, NumberIn(*txtTemp[static_cast<size_t>(point)]));
+    }
+    for (int point = 0; point < LookupPoints; ++point) {
+        WritePointRpm(point, NumberIn(*txtRPM[static_cast<size_t>(point)]));
+    }
+}
+
+void frmLookup::cmdOK_Click() {
+    cmdApply_Click();
+    cmdCancel_Click();
+}
+
+void frmLookup::cmdCancel_Click() {
+    Unload();
+}
+
+} // namespace ztm

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "fan/LookupTable.h"
+#include "ui/kit/Form.h"
+
+#include <array>
+
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+namespace ztm {
+
+/// The dialog "Set Lookup Points": the eight points of the lookup table as numbers. It reads the
+/// chip when it loads and writes it on Apply or OK; test points and table files act on the boxes
+/// only. Numbers that the chip cannot hold are marked in place and limited when they are
+/// written. A file that cannot be written or read ends its action silently.
+class frmLookup final : public Form {
+    Q_OBJECT
+
+public:
+    frmLookup();
+
+private:
+    void SetupUi();
+    QGroupBox *NewTableFrame();
+    QLayout *NewButtonColumn();
+    void ConnectSignals();
+    void Form_Load();
+    void ShowLayout();
+    void WatchNumbers();
+
+    void cmdTestData_Click();
+    void cmdSaveLUT_Click();
+    void cmdLoadLUT_Click();
+    void cmdApply_Click();
+    void cmdOK_Click();
+    void cmdCancel_Click();
+
+    QGroupBox *Frame1;
+    std::array<QLabel *, 2> lblFan; // headings of the layout with a table for each fan
+    std::array<QLabel *, LookupPoints> Label3;
+    std::array<QLineEdit *, LookupPoints> txtTemp;
+    std::array<QLineEdit *, LookupPoints> txtRPM;
+    QPushButton *cmdTestData;
+    QPushButton *cmdSaveLUT;
+    QPushButton *cmdLoadLUT;
+    QPushButton *cmdOK;
+    QPushButton *cmdApply;
+    QPushButton *cmdCancel;
+};
+
+} // namespace ztm

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "ui/kit/Form.h"
+
+class QCheckBox;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+namespace ztm {
+
+/// The dialog "THERM Temperature": the THERM limits in °C, the THERM hysteresis and the boost
+/// disable bit. It reads the chip when it loads and writes it on OK. A limit outside −64 to
+/// 191 °C or a hysteresis outside 0 to 15 is marked in place; what is written is the nearest
+/// limit that has an encoding, and the lower four bits of the hysteresis.
+class frmThermTemp final : public Form {
+    Q_OBJECT
+
+public:
+    frmThermTemp();
+
+private:
+    void SetupUi();
+    QGroupBox *NewLimitsFrame();
+    QGroupBox *NewControlFrame();
+    void Form_Load();
+    void ApplyTempChanges();
+    void cmdOK_Click();
+    void cmdCancel_Click();
+
+    QLabel *Label2;
+    QLabel *Label3;
+    QWidget *spinR2;
+    QLineEdit *txtLocal;
+    QLineEdit *txtR1;
+    QLineEdit *txtR2;
+    QLineEdit *txtHyst;
+    QCheckBox *chkBoost;
+    QPushButton *cmdOK;
+    QPushButton *cmdCancel;
+};
+
+} // namespace ztm

@@ -1,0 +1,25 @@
+#include "ui/kit/Frame.h"
+
+#include <QPainter>
+
+namespace ztm {
+
+void Frame::paintEvent(QPaintEvent * /*event*/) {
+    QPainter painter(this);
+    const int captionLeft = fontMetrics().averageCharWidth();
+    const QRect caption(captionLeft, 0, fontMetrics().horizontalAdvance(title().trimmed()),
+                        fontMetrics().height());
+    painter.setPen(palette().color(QPalette::WindowText));
+    painter.drawText(caption, Qt::AlignCenter, title().trimmed());
+
+    const QRect gap = caption.adjusted(-3, 0, 3, 0);
+    painter.setClipRegion(QRegion(rect()) - QRegion(title().isEmpty() ? QRect() : gap));
+    painter.setRenderHint(QPainter::Antialiasing);
+    QColor border = palette().color(QPalette::WindowText);
+    border.setAlphaF(0.3F);
+    painter.setPen(border);
+    const double top = title().isEmpty() ? 0.5 : caption.center().y() + 0.5;
+    painter.drawRoundedRect(rect().toRectF().adjusted(0.5, top, -0.5, -0.5), 3, 3);
+}
+
+} // namespace ztm

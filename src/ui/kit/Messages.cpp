@@ -1,0 +1,36 @@
+#include "ui/kit/Messages.h"
+
+#include "ui/kit/Text.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QScopedValueRollback>
+
+namespace ztm {
+
+namespace {
+
+bool messageShown = false;
+
+} // namespace
+
+bool IsMessageShown() {
+    return messageShown;
+}
+
+QString DefaultTitle() {
+    return FamilyText() + QStringLiteral(" Evaluation Software");
+}
+
+void ShowMessage(const QString &text, const QString &title, QMessageBox::Icon icon) {
+    QMessageBox box(icon, title, text, QMessageBox::Ok, QApplication::activeWindow());
+    box.setObjectName(QStringLiteral("MessageBox"));
+    // A box is as wide as its text; the title has to fit as well.
+    if (auto *label = box.findChild<QLabel *>(QStringLiteral("qt_msgbox_label"))) {
+        label->setMinimumWidth(label->fontMetrics().horizontalAdvance(title) * 3 / 2);
+    }
+    const QScopedValueRollback<bool> shown(messageShown, true);
+    box.exec();
+}
+
+} // namespace ztm

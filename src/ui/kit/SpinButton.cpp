@@ -1,0 +1,102 @@
+#include "ui/kit/SpinButton.h"
+
+#include "common/Numbers.h"
+#include "ui/kit/Fields.h"
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QToolButton>
+#include <QWheelEvent>
+
+#include <algorithm>
+
+namespace ztm {
+namespace {
+
+constexpr int angleOfAStep = 120; // of one notch, in eighths of a degree
+constexpr int shownCharacters = 8;
+
+} // namespace
+
+SpinButton::SpinButton(QLineEdit &textBox, SpinRange spinRange, QWidget *parent)
+    : QWidget(parent), box(textBox), range(spinRange) {
+    setObjectName(box.objectName() + QStringLiteral("Spin"));
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(NewArrow(Qt::UpArrow, "Up", tr("Up"), 1));
+    layout->addWidget(NewArrow(Qt::DownArrow, "Down", tr("Down"), -1));
+    box.installEventFilter(this);
+}
+
+/// The arrows take no focus: the box's keys do the same.
+QToolButton *SpinButton::NewArrow(Qt::ArrowType arrow, const char *suffix, const QString &name,
+                                  int steps) {
+    auto *button = new QToolButton(this);
+    button->setObjectName(objectName() + QLatin1String(suffix));
+    button->setAccessibleName(name);
+    button->setArrowType(arrow);
+    button->setFocusPolicy(Qt::NoFocus);
+    button->setAutoRepeat(true);
+    button->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+    connect(button, &QToolButton::clicked, this, [this, steps] { Step(steps); });
+    return button;
+}
+
+QSize SpinButton::sizeHint() const {
+    const int height = box.sizeHint().height();
+    return {height * 3 / 4, height};
+}
+
+void SpinButton::Step(int steps) {
+    const int64_t value = ToInt32(NumberIn(box));
+    const int64_t moved =
+        std::clamp<int64_t>(value + int64_t{steps} * range.step, range.minimum, range.maximum);
+    ShowNumber(box, static_cast<double>(moved));
+}
+
+bool SpinButton::eventFilter(QObject *watched, QEvent *event) {
+    if (event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent &>(*event).key();
+        if (key == Qt::Key_Up || key == Qt::Key_Down) {
+            Step(key == Qt::Key_Up ? 1 : -1);
+            return true;
+        }
+    }
+    if (event->type() == QEvent::Wheel && box.hasFocus()) {
+        return StepByWheel(static_cast<QWheelEvent &>(*event));
+    }
+    if (event->type() == QEvent::EnabledChange) {
+        setEnabled(box.isEnabled());
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+bool SpinButton::StepByWheel(QWheelEvent &event) {
+    wheelAngle += event.angleDelta().y();
+    if (const int steps = wheelAngle / angleOfAStep; steps != 0) {
+        wheelAngle -= steps * angleOfAStep;
+        Step(steps);
+    }
+    return true;
+}
+
+QWidget *NewSpinBox(QLineEdit *&box, const QString &name, SpinRange range, QWidget *parent) {
+    auto *row = new QWidget(parent);
+    box = new QLineEdit(row);
+    box->setObjectName(name);
+    box->setFixedWidth(box->fontMetrics().averageCharWidth() * shownCharacters +
+                       box->sizeHint().height());
+    row->setFocusProxy(box);
+    auto *layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(box);
+    layout->addWidget(new SpinButton(*box, range, row));
+    row->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    return row;
+}
+
+} // namespace ztm

@@ -1,0 +1,380 @@
+#include "ui/registers/RegisterAccessPage.h"
+
+#include "common/NumberText.h"
+#include "common/Numbers.h"
+#include "link/USBComms.h"
+#include "regmap/RegMapStuff.h"
+#include "regmap/RegisterTree.h"
+#include "ui/instruments/BitLabel.h"
+#include "ui/instruments/ToggleIndicator.h"
+#include "ui/kit/Controls.h"
+#include "ui/kit/Fields.h"
+#include "ui/kit/Frame.h"
+#include "ui/kit/Text.h"
+#include "ui/kit/Twips.h"
+#include "ui/registers/RegisterTreeView.h"
+
+#include <QCheckBox>
+#include <QEvent>
+#include <QGridLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QRegularExpression>
+
+namespace ztm {
+namespace {
+
+constexpr int bits = 8;
+constexpr double bitTopTwips = 240;
+constexpr double bitMarginTwips = 100;
+
+/// Adds a caption and the widget that it belongs to as one row.
+void AddRow(QGridLayout &layout, int row, const QString &caption, QWidget *widget) {
+    auto *label = new QLabel(caption, widget->parentWidget());
+    label->setBuddy(widget);
+    layout.addWidget(label, row, 0);
+    layout.addWidget(widget, row, 1);
+}
+
+/// Texts that are one whole number, the "h" behind an address included.
+const QRegularExpression hexadecimal(QStringLiteral("^[0-9A-Fa-f\\s]*[Hh]?\\s*$"));
+const QRegularExpression
+    decimal(QStringLiteral("^\\s*[+-]?[0-9\\s]*\\.?[0-9\\s]*([Ee][+-]?[0-9\\s]+)?$"));
+
+/// Says what is taken of a text that is not one whole number; empty when it is one.
+QString HowRead(const QLineEdit &box, const QRegularExpression &whole, const std::string &taken) {
+    return whole.match(box.text()).hasMatch()
+               ? QString()
+               : RegisterAccessPage::tr("Not a number as a whole: taken as %1")
+                     .arg(ToQString(taken));
+}
+
+bool IsEnter(const QEvent *event) {
+    if (event->type() != QEvent::KeyPress) {
+        return false;
+    }
+    const int key = static_cast<const QKeyEvent *>(event)->key();
+    return key == Qt::Key_Return || key == Qt::Key_Enter;
+}
+
+} // namespace
+
+RegisterAccessPage::RegisterAccessPage(QWidget *parent) : QWidget(parent) {
+    SetupUi();
+    ConnectSignals();
+}
+
+void RegisterAccessPage::SetupUi() {
+    auto *layout = new QGridLayout(this);
+    layout->addWidget(NewReadWriteFrame(), 0, 0);
+    layout->addWidget(NewDetailsFrame(), 1, 0);
+    layout->addWidget(NewBitFrame(), 2, 0);
+    layout->addWidget(NewRegisterMapFrame(), 0, 1, 4, 1);
+    layout->setColumnStretch(0, 1);
+    layout->setColumnStretch(1, 1);
+    layout->setRowStretch(3, 1);
+}
+
+QGroupBox *RegisterAccessPage::NewReadWriteFrame() {
+    auto *frame = Named(new Frame(tr("Read/Write"), this), "fraReadWrite");
+    txtReadAddr = Named(new QLineEdit(frame), "txtReadAddr");
+    cmdRead = NewButton("cmdRead", tr("Read"), frame);
+    txtHex = Named(new QLineEdit(frame), "txtHex");
+    txtDec = Named(new QLineEdit(frame), "txtDec");
+    cmdWrite = NewButton("cmdWrite", tr("Write"), frame);
+    chkContRead = Named(new QCheckBox(tr("Continuous Read"), frame), "chkContRead");
+    for (QLineEdit *box : {txtReadAddr, txtHex, txtDec}) {
+        box->setMinimumWidth(box->fontMetrics().horizontalAdvance(QStringLiteral("FFFFFFFFW")) +
+                             16);
+    }
+
+    auto *layout = new QGridLayout(frame);
+    AddRow(*layout, 0, tr("Address"), txtReadAddr);
+    layout->addWidget(cmdRead, 0, 2);
+    AddRow(*layout, 1, tr("Value(Hex)"), txtHex);
+    AddRow(*layout, 2, tr("Value(Dec)"), txtDec);
+    layout->addWidget(cmdWrite, 2, 2);
+    layout->addWidget(chkContRead, 3, 0, 1, 3, Qt::AlignLeft);
+    layout->setColumnStretch(3, 1);
+    layout->setHorizontalSpacing(2 * fontMetrics().averageCharWidth());
+    return frame;
+}
+
+QGroupBox *RegisterAccessPage::NewDetailsFrame() {
+    auto *frame = Named(new Frame(tr("Register Details"), this), "fraRegDetails");
+    auto *layout = new QGridLayout(frame);
+    const auto newValue = [&](int row, const QString &caption, const char *name) {
+        auto *label = Named(new QLabel(frame), name);
+        QFont bold = label->font();
+        bold.setBold(true);
+        label->setFont(bold);
+        label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+        AddRow(*layout, row, caption, label);
+        return label;
+    };
+    lblRegDescription = newValue(0, tr("Register"), "lblRegDescription");
+    lblCurrentAddr = newValue(1, tr("Address"), "lblCurrentAddr");
+    lblHexVal = newValue(2, tr("Current Value (Hex)"), "lblHexVal");
+    lblDecVal = newValue(3, tr("Current Value (Dec)"), "lblDecVal");
+    layout->setColumnStretch(1, 1);
+    layout->setHorizontalSpacing(2 * fontMetrics().averageCharWidth());
+    return frame;
+}
+
+QGroupBox *RegisterAccessPage::NewBitFrame() {
+    fraBits = Named(new Frame(tr("Bit Display"), this), "fraBits");
+    for (int bit = bits - 1; bit >= 0; --bit) {
+        auto *label = new BitLabel(fraBits);
+        label->setObjectName(IndexedName("lblBit", bit));
+        label->setText(QStringLiteral("0"));
+        lblBit[static_cast<size_t>(bit)] = label;
+    }
+    for (int place = 0; place < bits; ++place) {
+        auto *label = new QLabel(fraBits);
+        label->setObjectName(IndexedName("lblInfo", place));
+        label->setAlignment(Qt::AlignCenter);
+        lblInfo[static_cast<size_t>(place)] = label;
+    }
+    fraBits->installEventFilter(this);
+    return fraBits;
+}
+
+QGroupBox *RegisterAccessPage::NewRegisterMapFrame() {
+    auto *frame = Named(new Frame(tr("Register Map "), this), "fraRegMap");
+    TreeView1 = Named(new RegisterTreeView(frame), "TreeView1");
+    TreeView1->setAccessibleName(tr("Registers by function"));
+    Shape1 = Named(new ToggleIndicator(frame), "Shape1");
+    lampCaption = new QLabel(tr("USB adapter"), frame);
+    Shape1->setAccessibleName(lampCaption->text());
+    Shape1->hide();
+    lampCaption->hide();
+
+    auto *lamp = new QHBoxLayout;
+    lamp->addWidget(Shape1);
+    lamp->addWidget(lampCaption, 1);
+    auto *layout = new QVBoxLayout(frame);
+    layout->addWidget(TreeView1);
+    layout->addLayout(lamp);
+    return frame;
+}
+
+void RegisterAccessPage::ConnectSignals() {
+    connect(txtReadAddr, &QLineEdit::textChanged, this, &RegisterAccessPage::txtReadAddr_Change);
+    connect(cmdRead, &QPushButton::clicked, this, &RegisterAccessPage::cmdRead_Click);
+    connect(txtHex, &QLineEdit::textChanged, this, &RegisterAccessPage::txtHex_Change);
+    connect(txtDec, &QLineEdit::textChanged, this, &RegisterAccessPage::txtDec_Change);
+    connect(cmdWrite, &QPushButton::clicked, this, &RegisterAccessPage::cmdWrite_Click);
+    connect(chkContRead, &QCheckBox::toggled, this, &RegisterAccessPage::chkContRead_Click);
+    for (QLineEdit *box : {txtReadAddr, txtHex, txtDec}) {
+        box->installEventFilter(this);
+    }
+    for (int bit = 0; bit < bits; ++bit) {
+        const BitLabel *label = lblBit[static_cast<size_t>(bit)];
+        connect(label, &BitLabel::Click, this, [this, bit] { lblBit_Click(bit); });
+        connect(label, &BitLabel::MouseMove, this, [this, bit] { lblBit_MouseMove(bit); });
+    }
+    connect(TreeView1, &RegisterTreeView::RegisterChosen, this,
+            &RegisterAccessPage::TreeView1_NodeClick);
+}
+
+void RegisterAccessPage::ShowRegister(int index) {
+    const RegisterEntry &entry = RegisterMap.at(static_cast<size_t>(index));
+    lblRegDescription->setText(ToQString(entry.Description));
+    ShowAddress(entry.Address);
+    ShowBitNames(ToQString(entry.BitLabels).split(QLatin1Char(':')));
+    ShowValue(ReadRegister(entry.Address));
+}
+
+void RegisterAccessPage::ShowAddress(int32_t address) {
+    lblCurrentAddr->setText(ToQString(HexText(address)) + QLatin1Char('h'));
+    // The box may be in use while reads repeat: an address that it shows already is left alone,
+    // and behind the caret of a new one the user goes on typing.
+    if (txtReadAddr->text() != lblCurrentAddr->text().toUpper()) {
+        const int caret = txtReadAddr->cursorPosition();
+        txtReadAddr->setText(lblCurrentAddr->text());
+        txtReadAddr->setCursorPosition(caret);
+    }
+}
+
+void RegisterAccessPage::ShowBitNames(const QStringList &names) {
+    for (int place = 0; place < bits; ++place) {
+        lblInfo[static_cast<size_t>(place)]->setText(names.value(place));
+    }
+}
+
+void RegisterAccessPage::ShowValue(int16_t value) {
+    lblDecVal->setText(QString::number(value));
+    lblHexVal->setText(ToQString(HexText(value)));
+    ShowBitValues(value);
+}
+
+void RegisterAccessPage::ShowBitValues(int16_t value) {
+    for (int bit = bits - 1; bit >= 0; --bit) {
+        BitLabel *label = lblBit[static_cast<size_t>(bit)];
+        label->setText(QString::number((value >> bit) & 1));
+        label->setAccessibleName(tr("Bit %1, %2: %3")
+                                     .arg(QString::number(bit),
+                                          lblInfo[static_cast<size_t>(bits - 1 - bit)]->text(),
+                                          label->text()));
+    }
+}
+
+void RegisterAccessPage::LayoutBitLabels() {
+    const int margin = Twips(bitMarginTwips, *this);
+    const double width = (fraBits->width() - 2.0 * margin) / bits;
+    const int height = 2 * fontMetrics().height();
+    const int top = Twips(bitTopTwips, *this);
+    const int nameTop = top + height + fontMetrics().height() / 4;
+    const QSize nameSize(fontMetrics().horizontalAdvance(QStringLiteral("MON/SB")) + 6,
+                         fontMetrics().height() + 4);
+    fraBits->setMinimumSize(bits * nameSize.width() + 2 * margin,
+                            nameTop + nameSize.height() + margin);
+    for (int bit = bits - 1; bit >= 0; --bit) {
+        // Each edge is rounded for itself, so that the row fills its frame to the pixel.
+        const int left = qRound(fraBits->width() - ((bit + 1) * width + margin));
+        const int right = qRound(fraBits->width() - (bit * width + margin));
+        lblBit[static_cast<size_t>(bit)]->setGeometry(left, top, right - left, height);
+        QLabel *name = lblInfo[static_cast<size_t>(bits - 1 - bit)];
+        name->resize(nameSize);
+        name->move((left + right - name->width()) / 2, nameTop);
+    }
+}
+
+void RegisterAccessPage::BuildRegisterTree() {
+    TreeView1->BuildRegisterTree();
+}
+
+void RegisterAccessPage::ExpandFirstNode() {
+    TreeView1->ExpandFirstNode();
+}
+
+bool RegisterAccessPage::ContinuousReadChecked() const {
+    return chkContRead->isChecked();
+}
+
+int32_t RegisterAccessPage::AddressInBox() const {
+    return HexValue(txtReadAddr->text().toStdString());
+}
+
+void RegisterAccessPage::cmdRead_Click() {
+    const int32_t address = AddressInBox();
+    if (const auto index = FindRegisterByAddress(address)) {
+        ShowRegister(*index);
+        return;
+    }
+    lblRegDescription->setText(tr("Unknown"));
+    ShowAddress(address);
+    QStringList numbers;
+    for (int bit = bits - 1; bit >= 0; --bit) {
+        numbers += QString::number(bit);
+    }
+    ShowBitNames(numbers);
+    ShowValue(ReadRegister(AddressInBox()));
+}
+
+void RegisterAccessPage::cmdWrite_Click() {
+    WriteRegister(AddressInBox(), ToInt32(NumberIn(*txtDec)));
+    cmdRead_Click();
+}
+
+void RegisterAccessPage::txtReadAddr_Change() {
+    SetTextKeepingCaret(*txtReadAddr, txtReadAddr->text().toUpper());
+    MarkInput();
+}
+
+void RegisterAccessPage::txtHex_Change() {
+    SetTextKeepingCaret(*txtDec, QString::number(HexValue(txtHex->text().toStdString())));
+    MarkInput();
+}
+
+void RegisterAccessPage::txtDec_Change() {
+    SetTextKeepingCaret(*txtHex, ToQString(HexText(NumberIn(*txtDec))));
+    MarkInput();
+}
+
+/// Says at the boxes what becomes of numbers that no register has, and of text that is no
+/// number or goes on behind one.
+void RegisterAccessPage::MarkInput() {
+    const int32_t address = AddressInBox();
+    if (address < 0 || address > LastRegister) {
+        MarkField(*txtReadAddr, tr("Registers have the addresses 0 to FF: nothing is read or "
+                                   "written outside them"));
+    } else {
+        MarkField(*txtReadAddr, HowRead(*txtReadAddr, hexadecimal, HexText(address)));
+    }
+    const int32_t value = ToInt32(NumberIn(*txtDec));
+    if (value < 0 || value > LargestRegisterValue) {
+        const QString limited =
+            value < 0 ? tr("Below 0: 0 is written") : tr("Above 255: 255 is written");
+        MarkField(*txtDec, limited);
+        MarkField(*txtHex, limited);
+    } else {
+        MarkField(*txtDec, HowRead(*txtDec, decimal, std::to_string(value)));
+        MarkField(*txtHex, HowRead(*txtHex, hexadecimal, HexText(value)));
+    }
+}
+
+void RegisterAccessPage::chkContRead_Click() {
+    cmdRead->setEnabled(!chkContRead->isChecked());
+    cmdWrite->setEnabled(!chkContRead->isChecked());
+}
+
+void RegisterAccessPage::lblBit_Click(int bit) {
+    BitLabel *clicked = lblBit[static_cast<size_t>(bit)];
+    clicked->setText(clicked->text() == QLatin1String("0") ? QStringLiteral("1")
+                                                           : QStringLiteral("0"));
+    int32_t value = 0;
+    for (int place = 0; place < bits; ++place) {
+        const BitLabel *label = lblBit[static_cast<size_t>(place)];
+        value += label->text() == QLatin1String("0") ? 0 : 1 << place;
+    }
+    WriteRegister(AddressInBox(), value);
+    cmdRead_Click();
+}
+
+void RegisterAccessPage::lblBit_MouseMove(int bit) {
+    lblBit[static_cast<size_t>(bit)]->setToolTip(
+        lblInfo[static_cast<size_t>(bits - 1 - bit)]->text());
+}
+
+void RegisterAccessPage::TreeView1_NodeClick(int index) {
+    SelectedRegisterIndex = static_cast<int16_t>(index);
+    ShowRegister(index);
+}
+
+void RegisterAccessPage::SetRed() {
+    Shape1->SetAlarm(true);
+    Shape1->setToolTip(tr("The USB adapter has no firmware"));
+    Shape1->setAccessibleDescription(Shape1->toolTip());
+}
+
+void RegisterAccessPage::SetGreen() {
+    Shape1->SetAlarm(false);
+    Shape1->setToolTip(tr("The USB adapter is running"));
+    Shape1->setAccessibleDescription(Shape1->toolTip());
+}
+
+void RegisterAccessPage::Show() {
+    Shape1->show();
+    lampCaption->show();
+}
+
+bool RegisterAccessPage::eventFilter(QObject *watched, QEvent *event) {
+    if (watched == fraBits) {
+        if (event->type() == QEvent::Resize) {
+            LayoutBitLabels();
+        }
+    } else if (IsEnter(event)) {
+        if (watched == txtReadAddr) {
+            cmdRead_Click();
+            txtReadAddr->selectAll();
+        } else {
+            cmdWrite_Click();
+        }
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+} // namespace ztm

@@ -1,0 +1,437 @@
+#include "ui/session/InitForm.h"
+
+#include "ui/kit/Controls.h"
+#include "ui/kit/Frame.h"
+#include "ui/kit/Messages.h"
+#include "ui/kit/Text.h"
+#include "ui/kit/Twips.h"
+#include "ui/session/ProductPicture.h"
+#include "ui/session/Program.h"
+#include "ui/session/SessionStart.h"
+#include "ui/session/frmMain.h"
+
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QListWidget>
+#include <QProgressBar>
+#include <QVBoxLayout>
+
+#include <stdexcept>
+
+namespace ztm {
+namespace {
+
+constexpr double shownPanelTwips = 1320;
+constexpr double hiddenPanelTwips = -5000;
+
+QString Key(int page) {
+    return QString::number(page);
+}
+
+} // namespace
+
+InitForm::InitForm() : Form(QStringLiteral("InitForm")) {
+    SetupUi();
+    ConnectSignals();
+    try {
+        Form_Load();
+    } catch (const std::exception &) {
+        ShowMessage(tr("Error in Init Form Load"), tr("Error"), QMessageBox::Critical);
+        NextCMD->setFocus();
+    }
+}
+
+void InitForm::SetupUi() {
+    SetupButtons();
+    Image2 = Named(new ProductPicture(this), "Image2");
+    panelArea = new QWidget(this);
+    SetupWelcomePanel();
+    SetupMediumPanel();
+    SetupSearchingPanel();
+    SetupResultsPanel();
+
+    QSize panelSize;
+    for (const auto *panel :
+         {WelcomePanel, SeclectComsMediumPanel, SearchingPanel, SearchResultsPanel}) {
+        panelSize = panelSize.expandedTo(panel->minimumSizeHint());
+    }
+    panelArea->setMinimumSize(
+        panelSize.expandedTo({fontMetrics().averageCharWidth() * 60, fontMetrics().height() * 15}));
+
+    auto *line = new QFrame(this);
+    line->setFrameStyle(QFrame::HLine | QFrame::Sunken);
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch();
+    for (auto *button : {BackCMD, NextCMD, FinishCMD, CancelCMD}) {
+        buttons->addWidget(button);
+    }
+    auto *layout = new QVBoxLayout(this);
+    const int left = Twips(shownPanelTwips, *this);
+    auto *panels = new QHBoxLayout;
+    panels->addSpacing(left - layout->contentsMargins().left());
+    panels->addWidget(panelArea);
+    layout->addLayout(panels, 1);
+    layout->addWidget(line);
+    layout->addLayout(buttons);
+}
+
+void InitForm::SetupButtons() {
+    // Created in tab order. The round starts at Next; seen from Back it goes along the row of
+    // buttons, then through the page.
+    NextCMD = NewButton("NextCMD", tr("Next >"), this);
+    FinishCMD = NewButton("FinishCMD", tr("Finish"), this);
+    CancelCMD = NewButton("CancelCMD", tr("Cancel"), this);
+    BackCMD = NewButton("BackCMD", tr("< Back"), this);
+    FinishCMD->setEnabled(false);
+    BackCMD->setEnabled(false);
+    NextCMD->setFocus();
+}
+
+QLabel *InitForm::NewLabel(const char *name, QWidget *panel) {
+    auto *label = Named(new QLabel(panel), name);
+    label->setWordWrap(true);
+    return label;
+}
+
+void InitForm::SetupWelcomePanel() {
+    WelcomePanel = Named(new Frame(this), "WelcomePanel");
+    WelcomeLBL = NewLabel("WelcomeLBL", WelcomePanel);
+    WelcomeInstructionsLBL = NewLabel("WelcomeInstructionsLBL", WelcomePanel);
+    auto *layout = new QVBoxLayout(WelcomePanel);
+    layout->addStretch(1);
+    layout->addWidget(WelcomeLBL);
+    layout->addStretch(2);
+    layout->addWidget(WelcomeInstructionsLBL);
+}
+
+void InitForm::SetupMediumPanel() {
+    SeclectComsMediumPanel = Named(new Frame(this), "SeclectComsMediumPanel");
+    PPCheck = Named(new QCheckBox(tr("Parallel Printer Port"), SeclectComsMediumPanel), "PPCheck");
+    PPSearchDescLBL = NewLabel("PPSearchDescLBL", SeclectComsMediumPanel);
+    USBCheck = Named(new QCheckBox(tr("USB"), SeclectComsMediumPanel), "USBCheck");
+    USBSearchDescLBL = NewLabel("USBSearchDescLBL", SeclectComsMediumPanel);
+    SMBusCheck = Named(new QCheckBox(tr("On-Board SMBus"), SeclectComsMediumPanel), "SMBusCheck");
+    SMBusSearchDescLBL = NewLabel("SMBusSearchDescLBL", SeclectComsMediumPanel);
+    SearchMediumInstLBL = NewLabel("SearchMediumInstLBL", SeclectComsMediumPanel);
+    USBCheck->setChecked(true);
+    SMBusCheck->setEnabled(false);
+
+    auto *layout = new QVBoxLayout(SeclectComsMediumPanel);
+    layout->addStretch(1);
+    const std::pair<QCheckBox *, QLabel *> media[] = {
+        {PPCheck, PPSearchDescLBL}, {USBCheck, USBSearchDescLBL}, {SMBusCheck, SMBusSearchDescLBL}};
+    for (const auto &[check, description] : media) {
+        description->setIndent(fontMetrics().height() * 3 / 2);
+        layout->addWidget(check, 0, Qt::AlignLeft);
+        layout->addWidget(description);
+        layout->addSpacing(fontMetrics().height() / 2);
+    }
+    PPCheck->hide();
+    PPSearchDescLBL->hide();
+    layout->addStretch(2);
+    layout->addWidget(SearchMediumInstLBL);
+}
+
+void InitForm::SetupSearchingPanel() {
+    SearchingPanel = Named(new Frame(this), "SearchingPanel");
+    SearchingLBL = NewLabel("SearchingLBL", SearchingPanel);
+    SearchingLBL->setText(tr("Searching"));
+    SearchingDetailsLBL = NewLabel("SearchingDetailsLBL", SearchingPanel);
+    SearchProgress = Named(new QProgressBar(SearchingPanel), "SearchProgress");
+    SearchProgress->setAccessibleName(tr("Progress of the search"));
+    SearchProgress->setTextVisible(false);
+    SearchProgress->setValue(0);
+
+    auto *layout = new QVBoxLayout(SearchingPanel);
+    layout->addStretch(1);
+    layout->addWidget(SearchingLBL);
+    layout->addWidget(SearchingDetailsLBL);
+    layout->addSpacing(fontMetrics().height());
+    layout->addWidget(SearchProgress);
+    layout->addStretch(2);
+}
+
+void InitForm::SetupResultsPanel() {
+    SearchResultsPanel = Named(new Frame(this), "SearchResultsPanel");
+    SearchResultsDescLBL = NewLabel("SearchResultsDescLBL", SearchResultsPanel);
+    SearchResultsDescLBL->setText(tr("Search Results"));
+    SearchResultsLIST = Named(new QListWidget(SearchResultsPanel), "SearchResultsLIST");
+    SearchResultsLIST->setAccessibleName(SearchResultsDescLBL->text());
+    SearchResultsLIST->setSelectionMode(QAbstractItemView::SingleSelection);
+    SearchResultsLBL = NewLabel("SearchResultsLBL", SearchResultsPanel);
+    SearchInsLBL = NewLabel("SearchInsLBL", SearchResultsPanel);
+
+    auto *layout = new QVBoxLayout(SearchResultsPanel);
+    layout->addWidget(SearchResultsDescLBL);
+    layout->addWidget(SearchResultsLIST, 1);
+    layout->addWidget(SearchResultsLBL);
+    layout->addSpacing(fontMetrics().height() / 2);
+    layout->addWidget(SearchInsLBL);
+}
+
+void InitForm::ConnectSignals() {
+    connect(NextCMD, &QPushButton::clicked, this, &InitForm::NextCMD_Click);
+    connect(BackCMD, &QPushButton::clicked, this, &InitForm::BackCMD_Click);
+    connect(FinishCMD, &QPushButton::clicked, this, &InitForm::FinishCMD_Click);
+    connect(CancelCMD, &QPushButton::clicked, this, &InitForm::CancelCMD_Click);
+    connect(SearchResultsLIST, &QListWidget::itemSelectionChanged, this,
+            &InitForm::SearchResultsLIST_SelectionChanged);
+}
+
+void InitForm::Form_Load() {
+    CurrentPage = 1;
+    CollectPanels();
+    ShowPanel(1);
+    SetTexts();
+    SetGreenText();
+}
+
+void InitForm::CollectPanels() {
+    int page = 0;
+    for (const char *name :
+         {"WelcomePanel", "SeclectComsMediumPanel", "SearchingPanel", "SearchResultsPanel"}) {
+        auto *panel = findChild<QGroupBox *>(QLatin1String(name));
+        if (panel == nullptr) {
+            throw std::runtime_error("a page is missing");
+        }
+        Panels.insert(Key(++page), panel);
+    }
+}
+
+void InitForm::SetTexts() {
+    const QString family = FamilyText();
+    setWindowTitle(tr("%1 Search Wizard").arg(family));
+    WelcomeLBL->setText(tr("This %1 Search Wizard will find any %1s that can be controlled by "
+                           "this software")
+                            .arg(family));
+    WelcomeInstructionsLBL->setText(tr("Click 'Next' to start."));
+    PPSearchDescLBL->setText(
+        tr("Remember to connect the %1 evaluation board to the printer port").arg(family));
+    USBSearchDescLBL->setText(
+        tr("Remember to connect the %1 evaluation board to the USB port").arg(family));
+    SMBusSearchDescLBL->setText(tr("SMBus search option"));
+    SearchMediumInstLBL->setText(tr("Click 'Next' to search for the %1.").arg(family));
+    SearchingDetailsLBL->setText(tr("Please wait while searching for available %1s.").arg(family));
+    SearchResultsLBL->setText(tr("Please select one of the %1s found above.").arg(family));
+    SearchInsLBL->setText(tr("Click 'Next' to Continue"));
+}
+
+/// Gives the notes on the media a green that is readable on the window's ground.
+void InitForm::SetGreenText() {
+    const bool dark = palette().color(QPalette::Window).lightness() < 128;
+    const QColor green = dark ? QColor(120, 210, 120) : QColor(0, 110, 0);
+    for (auto *label : {PPSearchDescLBL, USBSearchDescLBL, SMBusSearchDescLBL}) {
+        QPalette colours;
+        colours.setColor(QPalette::WindowText, green);
+        label->setPalette(colours);
+    }
+}
+
+void InitForm::ShowPanel(int page) {
+    for (auto *panel : std::as_const(Panels)) {
+        panel->hide();
+    }
+    Panels.value(Key(page))->show();
+    PlacePanels();
+}
+
+void InitForm::PlacePanels() {
+    for (auto *panel : std::as_const(Panels)) {
+        const double left = panel->isHidden() ? hiddenPanelTwips : shownPanelTwips;
+        panel->setGeometry(Twips(left, *this), panelArea->y(), panelArea->width(),
+                           panelArea->height());
+    }
+    const int margin = layout()->contentsMargins().left();
+    Image2->setGeometry(margin, panelArea->y(), Twips(shownPanelTwips, *this) - 2 * margin,
+                        panelArea->height());
+}
+
+void InitForm::NextCMD_Click() {
+    MovingForward = true;
+    NavigateWizard();
+}
+
+void InitForm::BackCMD_Click() {
+    MovingForward = false;
+    NavigateWizard();
+}
+
+void InitForm::NavigateWizard() {
+    if (MovingForward) {
+        if (CurrentPage == 1) {
+            CurrentPage = 2;
+            ShowPanel(2);
+            BackCMD->setEnabled(true);
+        } else if (CurrentPage == 2) {
+            StartSearch();
+        } else if (CurrentPage == 4) {
+            ShowPanel(4);
+            BackCMD->setEnabled(true);
+            FinishCMD->setEnabled(true);
+            NextCMD->setEnabled(false);
+        }
+    } else if (CurrentPage == 2) {
+        CurrentPage = 1;
+        ShowPanel(1);
+        BackCMD->setEnabled(false);
+    } else if (CurrentPage == 4) {
+        SearchResultsLIST->clear();
+        CurrentPage = 2;
+        ShowPanel(2);
+        NextCMD->setEnabled(true);
+        FinishCMD->setEnabled(false);
+    }
+    if (CurrentPage == 1) {
+        NextCMD->setFocus();
+    }
+}
+
+void InitForm::StartSearch() {
+    const SearchMedia media{PPCheck->isChecked(), SMBusCheck->isChecked(), USBCheck->isChecked()};
+    if (!media.PrinterPort && !media.SMBus && !media.USB) {
+        ShowMessage(tr("Please select a search medium"), tr("A problem was detected"));
+        return;
+    }
+    CurrentPage = 3;
+    ShowPanel(3);
+    SearchingPanel->repaint();
+    for (auto *button : {CancelCMD, BackCMD, NextCMD, FinishCMD}) {
+        button->setEnabled(false);
+    }
+    setCursor(Qt::WaitCursor);
+    repaint(); // the adapter's start-up lets no event run
+    if (media.USB) {
+        CommsMedium = MediumUSB;
+    }
+    LoadForm<frmMain>(media.USB);
+    MainWindowLoaded = true;
+    searching = true;
+    RunSearch(media, *this);
+    searching = false;
+    if (closedWhileSearching) {
+        CancelCMD_Click();
+        return;
+    }
+    for (auto *button : {CancelCMD, BackCMD, FinishCMD}) {
+        button->setEnabled(true);
+    }
+    NextCMD->setEnabled(false);
+    unsetCursor();
+    ShowSearchResults();
+    CurrentPage = 4;
+    ShowPanel(4);
+    SearchProgress->setValue(0);
+    for (auto *button : {FinishCMD, NextCMD, BackCMD}) {
+        if (button->isEnabled()) {
+            button->setFocus();
+            break;
+        }
+    }
+}
+
+void InitForm::ShowSearchResults() {
+    SearchResultsLIST->clear();
+    if (const auto entry = FoundDeviceEntry()) {
+        SearchResultsLIST->addItem(ToQString(*entry));
+        SearchResultsLIST->setCurrentRow(0);
+        SearchResultsLBL->setText(
+            tr("Please select one of the %1s found above.").arg(FamilyText()));
+        SearchInsLBL->setText(tr("Click 'Finish' to Continue"));
+        return;
+    }
+    SearchResultsLBL->setText(
+        tr("Sorry, no %1s were found. Please check all connections and try again")
+            .arg(FamilyText()));
+    SearchInsLBL->setText(tr("Click Back to continue..."));
+    FinishCMD->setEnabled(false);
+}
+
+void InitForm::FinishCMD_Click() {
+    const auto selected = SearchResultsLIST->selectedItems();
+    TakeDevice(selected.isEmpty() ? std::string() : selected.first()->text().toStdString());
+    if (DeviceName.empty()) {
+        EndProgramAtOnce(EXIT_SUCCESS);
+    }
+    SessionFinished = true;
+    StartSession();
+    Unload();
+}
+
+/// A click beside the entries must not leave Finish without one.
+void InitForm::SearchResultsLIST_SelectionChanged() {
+    if (SearchResultsLIST->selectedItems().isEmpty() &&
+        SearchResultsLIST->currentItem() != nullptr) {
+        SearchResultsLIST->currentItem()->setSelected(true);
+    }
+}
+
+void InitForm::CancelCMD_Click() {
+    if (!SessionFinished && MainWindowLoaded) {
+        if (auto *mainWindow = LoadedForm<frmMain>()) {
+            mainWindow->Unload();
+        }
+        MainWindowLoaded = false;
+    }
+    Unload();
+}
+
+void InitForm::Form_Unload() {
+    if (!SessionFinished) {
+        UnloadAllForms();
+    }
+}
+
+void InitForm::closeEvent(QCloseEvent *event) {
+    if (searching) {
+        // The search is still on the stack below: it stops first and then closes the wizard.
+        closedWhileSearching = true;
+        event->accept();
+        return;
+    }
+    Form::closeEvent(event);
+}
+
+void InitForm::changeEvent(QEvent *event) {
+    if (event->type() == QEvent::PaletteChange && !Panels.isEmpty()) {
+        SetGreenText();
+    }
+    Form::changeEvent(event);
+}
+
+void InitForm::resizeEvent(QResizeEvent *event) {
+    Form::resizeEvent(event);
+    layout()->activate();
+    PlacePanels();
+}
+
+/// Enter goes on from any control that has no use for it.
+void InitForm::keyPressEvent(QKeyEvent *event) {
+    if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) {
+        Form::keyPressEvent(event);
+        return;
+    }
+    for (auto *button : {NextCMD, FinishCMD}) {
+        if (button->isEnabled()) {
+            button->click();
+            return;
+        }
+    }
+}
+
+void InitForm::SetProgressMaximum(int units) {
+    SearchProgress->setMaximum(units);
+}
+
+void InitForm::SetProgress(double units) {
+    SearchProgress->setValue(static_cast<int>(units));
+}
+
+bool InitForm::LetEventsRun() {
+    QCoreApplication::processEvents();
+    return !closedWhileSearching;
+}
+
+} // namespace ztm

@@ -1,0 +1,51 @@
+#include "ui/session/Program.h"
+
+#include "link/CommFailure.h"
+#include "ui/kit/Messages.h"
+#include "ui/session/InitForm.h"
+#include "ui/session/ProductPicture.h"
+#include "ui/session/frmMain.h"
+
+#include <QApplication>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace ztm {
+
+void EndProgramAtOnce(int exitCode) {
+    std::fflush(nullptr);
+    std::_Exit(exitCode);
+}
+
+void EndAfterCommFailure() {
+    static bool ending = false;
+    if (!ending) {
+        ending = true;
+        if (auto *mainWindow = LoadedForm<frmMain>()) {
+            mainWindow->StopMonitor();
+        }
+        ShowMessage(QObject::tr("Communication Failure - Check USB connections"), DefaultTitle(),
+                    QMessageBox::Critical);
+        UnloadAllForms();
+    }
+    EndProgramAtOnce(EXIT_FAILURE);
+}
+
+int RunProgram(char *name, CompanionMaker companion) {
+    int argumentCount = 1;
+    char *arguments[] = {name, nullptr};
+    QApplication application(argumentCount, arguments);
+    // The program ends with the last of its own windows, whatever else is open.
+    QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setWindowIcon(ProductPicture::Icon());
+    SetCommFailureHandler(EndAfterCommFailure);
+    const auto beside = companion != nullptr ? companion() : nullptr;
+    if (beside) {
+        beside->show();
+    }
+    ShowForm<InitForm>();
+    return QApplication::exec();
+}
+
+} // namespace ztm

@@ -1,0 +1,162 @@
+#include "ui/session/frmMain.h"
+
+#include "fan/GraphSettings.h"
+#include "link/Heaters.h"
+#include "link/USBComms.h"
+#include "monitor/MeasurementLog.h"
+#include "monitor/MonitorSettings.h"
+#include "regmap/RegisterTree.h"
+#include "ui/control/ControlPage.h"
+#include "ui/control/frmHeaters.h"
+#include "ui/control/frmManual.h"
+#include "ui/display/VisualDisplayPage.h"
+#include "ui/kit/Messages.h"
+#include "ui/kit/Text.h"
+#include "ui/registers/RegisterAccessPage.h"
+#include "ui/session/AboutPage.h"
+
+#include <QScopedValueRollback>
+#include <QScreen>
+#include <QTabWidget>
+#include <QTimer>
+#include <QVBoxLayout>
+
+namespace ztm {
+
+frmMain::frmMain(bool usbChosen)
+    : Form(QStringLiteral("frmMain"))
+    , SSTab1(new QTabWidget(this))
+    , about(new AboutPage)
+    , registerAccess(new RegisterAccessPage)
+    , visualDisplay(new VisualDisplayPage)
+    , control(new ControlPage)
+    , tmrMain(new QTimer(this))
+    , monitorLoop(*this) {
+    SetupUi();
+    ConnectSignals();
+    resize(sizeHint().boundedTo(screen()->availableSize()));
+    StartAdapter(usbChosen, *registerAccess);
+}
+
+void frmMain::SetupUi() {
+    SSTab1->setObjectName(QStringLiteral("SSTab1"));
+    SSTab1->addTab(about, tr("About"));
+    SSTab1->addTab(registerAccess, tr("Register Access"));
+    SSTab1->addTab(visualDisplay, tr("Visual Display"));
+    SSTab1->addTab(control, tr("Control"));
+    tmrMain->setObjectName(QStringLiteral("tmrMain"));
+
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(SSTab1);
+}
+
+void frmMain::ConnectSignals() {
+    connect(SSTab1, &QTabWidget::currentChanged, this, &frmMain::SSTab1_Click);
+    connect(tmrMain, &QTimer::timeout, this, &frmMain::tmrMain_Timer);
+    connect(visualDisplay, &VisualDisplayPage::MonitorPeriodWanted, this,
+            [this] { SetTimerPeriod(MonitorInterval); });
+}
+
+QSize frmMain::sizeHint() const {
+    return {960, 640};
+}
+
+void frmMain::InitMainWindow() {
+    ResetMonitorSettings();
+    ResetMeasurementLog();
+    SmbusDelayMs = DefaultSmbusDelayMs;
+    SmbusDelayEnabled = true;
+    ResetGraphSettings();
+    about->ShowTitle();
+    setWindowTitle(ToQString(DeviceName) + tr(" Evaluation Software"));
+    for (const int32_t address : {1, 2, 3}) {
+        AfterRegisterWrite(address);
+    }
+    tmrMain->start(MonitorInterval);
+    ResetHeaters();
+}
+
+void frmMain::StopMonitor() {
+    tmrMain->stop();
+}
+
+void frmMain::SSTab1_Click(int tab) {
+    if (static_cast<MainTab>(tab) == MainTab::RegisterAccess) {
+        registerAccess->ShowRegister(SelectedRegisterIndex);
+    } else if (static_cast<MainTab>(tab) == MainTab::VisualDisplay) {
+        visualDisplay->SetupMonitorTab();
+    }
+}
+
+void frmMain::tmrMain_Timer() {
+    if (ticking || IsMessageShown()) {
+        return;
+    }
+    const QScopedValueRollback<bool> guard(ticking, true);
+    monitorLoop.Tick();
+    if (auto *manual = LoadedForm<frmManual>()) {
+        manual->MonitorTicked();
+    }
+}
+
+void frmMain::SetTimerPeriod(int milliseconds) {
+    if (tmrMain->interval() != milliseconds) {
+        tmrMain->setInterval(milliseconds);
+    }
+}
+
+MainTab frmMain::ShownTab() const {
+    return static_cast<MainTab>(SSTab1->currentIndex());
+}
+
+bool frmMain::ContinuousReadChecked() const {
+    return registerAccess->ContinuousReadChecked();
+}
+
+void frmMain::ReadShownRegister() {
+    registerAccess->cmdRead_Click();
+}
+
+void frmMain::UpdateAlerts() {
+    visualDisplay->UpdateAlerts();
+}
+
+void frmMain::UpdateGauge() {
+    visualDisplay->UpdateGauge();
+}
+
+void frmMain::UpdateCharts() {
+    visualDisplay->UpdateCharts();
+}
+
+void frmMain::ShowGraphType() {
+    visualDisplay->ShowGraphType();
+}
+
+void frmMain::WriteLogEntry(double startTime) {
+    control->WriteLogEntry(startTime);
+}
+
+void frmMain::StopLogging() {
+    control->cmdLogData_Click();
+}
+
+void frmMain::ShowFanSpeed(int fan, const std::string &text) {
+    if (auto *manual = LoadedForm<frmManual>()) {
+        manual->ShowFanSpeed(fan, ToQString(text));
+    }
+}
+
+void frmMain::ShowHeaterDuty(int heater, int duty) {
+    if (auto *heaters = LoadedForm<frmHeaters>()) {
+        heaters->ShowHeaterDuty(heater, duty);
+    }
+}
+
+void frmMain::Form_Unload() {
+    StopMonitor();
+    UnloadAllForms();
+    AdapterHandshake();
+}
+
+} // namespace ztm

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "monitor/MonitorLoop.h"
+#include "ui/kit/Form.h"
+
+class QTabWidget;
+class QTimer;
+
+namespace ztm {
+
+class AboutPage;
+class ControlPage;
+class RegisterAccessPage;
+class VisualDisplayPage;
+
+/// The main window: a panel of four tabs, each a class of its own, and the monitor timer.
+/// Loading it brings the adapter up; the session start initialises and shows it; closing it
+/// ends the program.
+class frmMain final : public Form, private MonitorWindow {
+    Q_OBJECT
+
+public:
+    /// Brings the adapter up if the USB medium was chosen.
+    explicit frmMain(bool usbChosen);
+
+    /// Sets the session's defaults, texts and derived state, and starts the monitor timer.
+    void InitMainWindow();
+
+    RegisterAccessPage &RegisterAccess() { return *registerAccess; }
+    ControlPage &Control() { return *control; }
+
+    /// Shows the chart that `GraphType` asks for.
+    void ShowGraphType();
+
+    /// Lets no further tick come.
+    void StopMonitor();
+
+    QSize sizeHint() const override;
+
+protected:
+    void Form_Unload() override;
+
+private:
+    void SetupUi();
+    void ConnectSignals();
+
+    void SSTab1_Click(int tab);
+    void tmrMain_Timer();
+
+    void SetTimerPeriod(int milliseconds) override;
+    MainTab ShownTab() const override;
+    bool ContinuousReadChecked() const override;
+    void ReadShownRegister() override;
+    void UpdateAlerts() override;
+    void UpdateGauge() override;
+    void UpdateCharts() override;
+    void ShowFanSpeed(int fan, const std::string &text) override;
+    void WriteLogEntry(double startTime) override;
+    void StopLogging() override;
+    void ShowHeaterDuty(int heater, int duty) override;
+
+    QTabWidget *SSTab1;
+    AboutPage *about;
+    RegisterAccessPage *registerAccess;
+    VisualDisplayPage *visualDisplay;
+    ControlPage *control;
+    QTimer *tmrMain;
+    MonitorLoop monitorLoop;
+    bool ticking = false;
+};
+
+} // namespace ztm

@@ -1,0 +1,109 @@
+#include "adapter/firmware/IntelHex.h"
+#include "support/HexRecords.h"
+
+#include <gmock/gmock.h>
+
+#include <sstream>
+
+namespace ztm {
+namespace {
+
+using Blocks = std::vector<HexBlock>;
+using test::endOfFile;
+using test::Record;
+
+TEST(IntelHexTest, ReadsTheDataOfSoundFiles) {
+    const struct {
+        const char *what;
+        std::string text;
+        Blocks expected;
+    } files[] = {
+        {"no data", endOfFile, {}},
+        {"a written-out record", ":03001000AABBCCBC\n" + endOfFile, {{0x10, {0xAA, 0xBB, 0xCC}}}},
+        {"lower case, CR LF, no last line end",
+         ":03001000aabbccbc\r\n:00000001ff",
+         {{0x10, {0xAA, 0xBB, 0xCC}}}},
+        {"empty lines after the end",
+         ":03001000AABBCCBC\n" + endOfFile + "\r\n\n",
+         {{0x10, {0xAA, 0xBB, 0xCC}}}},
+        {"out of order and adjoining",
+         Record(0, 0x20, {3}) + Record(0, 0x11, {2}) + Record(0, 0x10, {1}) + endOfFile,
+         {{0x10, {1, 2}}, {0x20, {3}}}},
+        {"longest record",
+         Record(0, 0, std::vector<uint8_t>(255, 7)) + endOfFile,
+         {{0, std::vector<uint8_t>(255, 7)}}},
+        {"segment address",
+         Record(2, 0, {0x12, 0x34}) + Record(0, 5, {9}) + endOfFile,
+         {{0x12345, {9}}}},
+        {"linear address replaces segment address",
+         Record(2, 0, {0x12, 0x34}) + Record(4, 0, {0xFF, 0xFF}) + Record(0, 0xFFFF, {9}) +
+             endOfFile,
+         {{0xFFFFFFFF, {9}}}},
+        {"start addresses are no data",
+         Record(3, 0, {1, 2, 3, 4}) + Record(5, 0, {1, 2, 3, 4}) + endOfFile,
+         {}},
+    };
+    for (const auto &file : files) {
+        std::istringstream stream(file.text);
+        std::string whyNot;
+        EXPECT_EQ(ReadIntelHex(stream, &whyNot), file.expected) << file.what << ": " << whyNot;
+    }
+}
+
+TEST(IntelHexTest, RefusesFaultyFilesAndSaysWhereAndWhy) {
+    const std::string good = Record(0, 0x10, {1, 2});
+    const struct {
+        std::string text;
+        const char *whyNot;
+    } files[] = {
+        {"", "no end-of-file record"},
+        {good, "no end-of-file record"},
+        {good + "\n" + endOfFile, "line 2: a record must start with a colon"},
+        {" " + endOfFile, "line 1: a record must start with a colon"},
+        {":", "line 1: the length does not match the byte count"},
+        {":0000", "line 1: the length does not match the byte count"},
+        {":00000001F", "line 1: the length does not match the byte count"},
+        {":01001000AABBCCBE\n", "line 1: the length does not match the byte count"},
+        {":00000001FF \n", "line 1: the length does not match the byte count"},
+        {":00000001FF\r\r\n", "line 1: the length does not match the byte count"},
+        {":0000000GFF\n", "line 1: not a hexadecimal digit"},
+        {good + ":03001000AABBCCBD\n" + endOfFile, "line 2: wrong checksum"},
+        {Record(6, 0, {}) + endOfFile, "line 1: unknown record type"},
+        {Record(1, 1, {}), "line 1: wrong byte count or offset for the record type"},
+        {Record(2, 0, {1}), "line 1: wrong byte count or offset for the record type"},
+        {Record(4, 2, {1, 2}), "line 1: wrong byte count or offset for the record type"},
+        {Record(5, 0, {1, 2}), "line 1: wrong byte count or offset for the record type"},
+        {good + Record(0, 0x11, {2}) + endOfFile, "two records give the same byte"},
+        {Record(2, 0, {0, 1}) + Record(0, 0, {1}) + Record(4, 0, {0, 0}) + good + endOfFile,
+         "two records give the same byte"},
+        {Record(0, 0xFFFF, {1, 2}) + endOfFile, "line 1: the data runs past the end of its 64 KiB"},
+        {endOfFile + endOfFile, "line 2: text after the end-of-file record"},
+        {endOfFile + "\n" + good, "line 3: text after the end-of-file record"},
+    };
+    for (const auto &file : files) {
+        std::istringstream stream(file.text);
+        std::string whyNot;
+        EXPECT_FALSE(ReadIntelHex(stream, &whyNot)) << file.text;
+        EXPECT_EQ(whyNot, file.whyNot) << file.text;
+    }
+}
+
+/// Delivers empty lines for ever.
+class EndlessLines : public std::streambuf {
+    int_type underflow() override {
+        setg(lines, lines, lines + sizeof lines);
+        return '\n';
+    }
+    char lines[2] = {'\n', '\n'};
+};
+
+TEST(IntelHexTest, GivesUpOnAStreamThatNeverEnds) {
+    EndlessLines lines;
+    std::istream stream(&lines);
+    std::string whyNot;
+    EXPECT_FALSE(ReadIntelHex(stream, &whyNot));
+    EXPECT_EQ(whyNot, "the file is longer than 1 MiB");
+}
+
+} // namespace
+} // namespace ztm

@@ -1,0 +1,252 @@
+#include "common/ChannelHistory.h"
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+#include <random>
+
+namespace ztm::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::FloatEq;
+using testing::Lt;
+
+constexpr double interval = 0.030;
+constexpr float gap = Extent::gap;
+
+/// A sample with that value in channel `at` and 0 elsewhere.
+ChannelHistory::Values Only(size_t at, float value) {
+    ChannelHistory::Values values{};
+    values[at] = value;
+    return values;
+}
+
+void Fill(ChannelHistory &history, int samples, double start = 0) {
+    for (int index = 0; index < samples; ++index) {
+        history.Append(start + index * interval, Only(0, static_cast<float>(index)));
+    }
+}
+
+TEST(ChannelHistoryTest, SaysNothingWhileEmpty) {
+    const ChannelHistory history;
+    EXPECT_TRUE(history.IsEmpty());
+    EXPECT_TRUE(std::isnan(history.FirstTime()));
+    EXPECT_TRUE(std::isnan(history.LastTime()));
+    EXPECT_TRUE(std::isnan(history.LastValue(0)));
+    EXPECT_TRUE(std::isnan(history.ValueAt(0, 1)));
+    EXPECT_TRUE(std::isnan(history.TimeBefore(1)));
+    EXPECT_TRUE(std::isnan(history.TimeFrom(1)));
+    EXPECT_FALSE(history.MinMax(0, 0, 10).any);
+}
+
+TEST(ChannelHistoryTest, ExtremesAreThoseOfAScanOfAllSamples) {
+    ChannelHistory history;
+    std::mt19937 random(7);
+    std::normal_distribution<float> value;
+    std::vector<float> all;
+    for (int index = 0; index < 20000; ++index) {
+        all.push_back(index % 97 == 0 ? gap : value(random));
+        history.Append(index, Only(3, all.back()));
+    }
+    std::uniform_int_distribution<int> place(0, 20000);
+    for (int round = 0; round < 500; ++round) {
+        const auto [from, to] = std::minmax({place(random), place(random)});
+        float low = std::numeric_limits<float>::infinity();
+        float high = -low;
+        for (int index = from; index < to; ++index) {
+            low = std::fmin(low, all[static_cast<size_t>(index)]);
+            high = std::fmax(high, all[static_cast<size_t>(index)]);
+        }
+        const Extent extent = history.MinMax(3, from, to);
+        ASSERT_EQ(extent.any, from < to);
+        if (low <= high) {
+            ASSERT_EQ(extent.low, low) << from << " to " << to;
+            ASSERT_EQ(extent.high, high) << from << " to " << to;
+        }
+    }
+}
+
+TEST(ChannelHistoryTest, GapsAreNeverAValue) {
+    ChannelHistory history;
+    history.Append(1, Only(0, 5));
+    history.Append(2, Only(0, gap));
+    history.Append(3, Only(0, std::numeric_limits<float>::infinity()));
+    history.Append(4, Only(0, 7));
+    const Extent inside = history.MinMax(0, 2, 4);
+    EXPECT_TRUE(inside.any);
+    EXPECT_TRUE(std::isnan(inside.low) && std::isnan(inside.high));
+    const Extent around = history.MinMax(0, 2, 5);
+    EXPECT_EQ(around.low, 7);
+    EXPECT_TRUE(std::isnan(around.first));
+    EXPECT_EQ(around.last, 7);
+    EXPECT_TRUE(std::isnan(history.ValueAt(0, 3.5)));
+    EXPECT_EQ(history.ValueAt(0, 1.5), 5);
+    EXPECT_TRUE(history.HasValues(0));
+}
+
+TEST(ChannelHistoryTest, TimeNeverRunsBackAndIsNeverMissing) {
+    ChannelHistory history;
+    history.Append(10, Only(0, 1));
+    history.Append(4, Only(0, 2));
+    history.Append(std::nan(""), Only(0, 3));
+    EXPECT_EQ(history.SampleCount(), 2U);
+    EXPECT_EQ(history.LastTime(), 10);
+    EXPECT_EQ(history.LastValue(0), 2);
+    EXPECT_EQ(history.MinMax(0, 10, 11).first, 1);
+}
+
+TEST(ChannelHistoryTest, ManySamplesAtOneTimeAreAllCounted) {
+    ChannelHistory history;
+    for (int index = 0; index < 140000; ++index) {
+        history.Append(5, Only(0, static_cast<float>(index)));
+    }
+    EXPECT_EQ(history.MinMax(0, 0, 6).low, 0);
+    EXPECT_EQ(history.MinMax(0, 0, 6).high, 139999);
+}
+
+/// A spike of one sample is found from the raw samples first and from its bin after an hour,
+/// in the whole, and in any query no narrower than a bin around it.
+TEST(ChannelHistoryTest, ASpikeOutlivesItsSample) {
+    ChannelHistory history;
+    Fill(history, 1000);
+    const double spikeTime = history.LastTime() + interval;
+    history.Append(spikeTime, Only(2, 99));
+    Fill(history, 100, spikeTime + interval);
+    EXPECT_EQ(history.MinMax(2, spikeTime, spikeTime + interval / 2).high, 99);
+    EXPECT_TRUE(history.IsRawFrom(0));
+
+    Fill(history, 400000, history.LastTime() + interval);
+    EXPECT_FALSE(history.IsRawFrom(spikeTime));
+    EXPECT_EQ(history.FirstTime(), 0);
+    for (const double width : {0.01, 2.0, 60.0, 3600.0, 86400.0}) {
+        EXPECT_EQ(history.MinMax(2, spikeTime - width / 2, spikeTime + width / 2).high, 99)
+            << width;
+    }
+    EXPECT_EQ(history.MinMax(2, spikeTime + 2, spikeTime + 9).high, 0);
+    EXPECT_EQ(history.MinMax(2, 0, spikeTime - 2).high, 0);
+}
+
+/// Once round both rings: no query misses an extreme, and none reaches further than a bin.
+TEST(ChannelHistoryTest, ExtremesSurviveTheWayFromSamplesToBins) {
+    constexpr double spacing = 0.5;
+    constexpr double oneBin = 2;
+    constexpr int samples = 300'000;
+    ChannelHistory history;
+    std::mt19937 random(5);
+    std::normal_distribution<float> value;
+    std::vector<float> all;
+    for (int index = 0; index < samples; ++index) {
+        all.push_back(value(random));
+        history.Append(index * spacing, Only(1, all.back()));
+    }
+    ASSERT_GT(history.FirstTime(), 0);
+    const auto scan = [&](double from, double to) {
+        std::pair<float, float> extremes{1e9F, -1e9F};
+        const auto first = static_cast<size_t>(std::max(0.0, std::ceil(from / spacing)));
+        for (size_t index = first; index < all.size(); ++index) {
+            if (static_cast<double>(index) * spacing >= to) {
+                break;
+            }
+            extremes.first = std::fmin(extremes.first, all[index]);
+            extremes.second = std::fmax(extremes.second, all[index]);
+        }
+        return extremes;
+    };
+    const double oldestSample = (samples - 131'072) * spacing;
+    std::uniform_real_distribution<double> nearby(-20, 20);
+    std::exponential_distribution<double> length(0.01);
+    for (const double place : {history.FirstTime() + 20, oldestSample, history.LastTime()}) {
+        for (int round = 0; round < 300; ++round) {
+            const double from = std::max(history.FirstTime(), place + nearby(random));
+            const double to = from + 1 + length(random);
+            const Extent extent = history.MinMax(1, from, to);
+            const auto inside = scan(from, to);
+            const auto around = scan(from - oneBin, to + oneBin);
+            if (inside.first > inside.second) {
+                continue; // beyond the newest sample
+            }
+            ASSERT_TRUE(extent.low <= inside.first && extent.high >= inside.second)
+                << from << " to " << to;
+            ASSERT_TRUE(extent.low >= around.first && extent.high <= around.second)
+                << from << " to " << to;
+        }
+    }
+}
+
+TEST(ChannelHistoryTest, KeepsADayWithinItsMemoryAndNoMore) {
+    ChannelHistory history;
+    EXPECT_THAT(history.Bytes(), Lt(100'000U));
+    constexpr int samplesOfADay = 2'880'000;
+    Fill(history, samplesOfADay + 120'000);
+    EXPECT_THAT(history.Bytes(), Lt(40'000'000U));
+    EXPECT_EQ(history.FirstTime(), 0);
+    EXPECT_TRUE(history.IsRawFrom(history.LastTime() - 3600));
+
+    Fill(history, samplesOfADay, history.LastTime() + interval);
+    const size_t full = history.Bytes();
+    EXPECT_GT(history.FirstTime(), 0);
+    EXPECT_LT(history.FirstTime(), history.LastTime() - 25 * 3600);
+    Fill(history, 10'000, history.LastTime() + interval);
+    EXPECT_EQ(history.Bytes(), full);
+    EXPECT_THAT(full, Lt(40'000'000U));
+    EXPECT_TRUE(std::isnan(history.ValueAt(0, history.FirstTime() - 1)));
+}
+
+TEST(ChannelHistoryTest, KeepsADayAtAnyRate) {
+    ChannelHistory history;
+    for (int second = 0; second < 100'000; ++second) {
+        history.Append(second, Only(0, 1));
+    }
+    EXPECT_EQ(history.FirstTime(), 0);
+}
+
+TEST(ChannelHistoryTest, FindsTheSamplesBesideATime) {
+    ChannelHistory history;
+    Fill(history, 200'000); // the oldest only as bins
+    const double last = history.LastTime();
+    EXPECT_TRUE(std::isnan(history.TimeBefore(0)));
+    EXPECT_DOUBLE_EQ(history.TimeBefore(last), last - interval);
+    EXPECT_DOUBLE_EQ(history.TimeFrom(last - 0.01), last);
+    EXPECT_TRUE(std::isnan(history.TimeFrom(last + 1)));
+    EXPECT_NEAR(history.TimeFrom(100), 101, 1);
+    EXPECT_NEAR(history.TimeBefore(100), 99, 1);
+    EXPECT_NEAR(history.ValueAt(0, 100), 100 / interval, 64);
+}
+
+TEST(ChannelHistoryTest, VisitsInOrderOfTime) {
+    ChannelHistory history;
+    Fill(history, 200'000);
+    double previous = -1;
+    size_t bins = 0;
+    size_t samples = 0;
+    history.Visit(0, history.LastTime() + 1, [&](double time, const auto &lows, const auto &highs) {
+        EXPECT_GT(time, previous);
+        previous = time;
+        ++(lows[0] < highs[0] ? bins : samples);
+    });
+    EXPECT_EQ(samples, 131'072U);
+    EXPECT_NEAR(static_cast<double>(bins), (200'000 - 131'072) / 64.0, 30);
+    std::vector<float> few;
+    history.Visit(history.LastTime() - interval * 1.5, history.LastTime() + 1,
+                  [&](double, const auto &lows, const auto &) { few.push_back(lows[0]); });
+    EXPECT_THAT(few, ElementsAre(FloatEq(199'998), FloatEq(199'999)));
+}
+
+TEST(ChannelHistoryTest, ClearForgetsAndStartsAgain) {
+    ChannelHistory history;
+    Fill(history, 5000, 1000);
+    const auto generation = history.Generation();
+    const auto bytes = history.Bytes();
+    history.Clear();
+    EXPECT_TRUE(history.IsEmpty());
+    EXPECT_FALSE(history.HasValues(0));
+    EXPECT_NE(history.Generation(), generation);
+    EXPECT_LT(history.Bytes(), bytes);
+    Fill(history, 10, 3);
+    EXPECT_EQ(history.FirstTime(), 3);
+    EXPECT_EQ(history.MinMax(0, 0, 10).high, 9);
+}
+
+} // namespace
+} // namespace ztm::test

@@ -1,0 +1,350 @@
+// Walks through the real windows on the simulated board, as a newcomer would, and writes a
+// numbered picture at every stop. Program and board share a clock that nobody has to wait for.
+//
+//   ztm-tour FOLDER [dark]
+
+#include "TourBoard.h"
+#include "app/BoardWindow.h"
+#include "link/CommFailure.h"
+#include "link/USBComms.h"
+#include "support/ClockDouble.h"
+#include "support/CoreState.h"
+#include "support/Driver.h"
+#include "support/TemporaryFile.h"
+#include "ui/fan/LookupGraph.h"
+#include "ui/instruments/Gauge.h"
+#include "ui/session/InitForm.h"
+#include "ui/session/Program.h"
+
+#include <QComboBox>
+#include <QDir>
+#include <QLineEdit>
+#include <QTabWidget>
+#include <QTest>
+#include <QTextStream>
+#include <QTimer>
+
+#include <cstdlib>
+
+namespace {
+
+using namespace ztm::test;
+
+constexpr double tickSeconds = 0.030;
+
+class Tour {
+public:
+    explicit Tour(const QString &folder) : folder(folder) {}
+
+    void Walk() {
+        PlugIn(ztm::sim::Variant::ZTM7720, [this] { return clock.TotalSeconds(); });
+        Wizard();
+        About();
+        RegisterAccess();
+        VisualDisplay();
+        Control();
+        Logging();
+        Therm();
+        ManualSpeed();
+        HeaterRamp();
+        AutomaticControl();
+        CloseByCloseBox("frmMain");
+        DeleteAllForms();
+
+        ResetCoreState();
+        PlugIn(ztm::sim::Variant::ZTM7710, [this] { return clock.TotalSeconds(); });
+        SmallerVariant();
+        DeleteAllForms();
+
+        ResetCoreState();
+        PlugIn(ztm::sim::Variant::ZTM7720, [this] { return clock.TotalSeconds(); });
+        Regulation();
+        StalledFan();
+    }
+
+private:
+    void Wizard() {
+        ztm::ShowForm<ztm::InitForm>();
+        Picture("InitForm", "welcome");
+        Click("NextCMD");
+        Picture("InitForm", "medium");
+        // The search blocks here, so the picture of it is taken from the events that it lets run.
+        QTimer::singleShot(0, [this] { Picture("InitForm", "searching"); });
+        Click("NextCMD");
+        Picture("InitForm", "results");
+        Click("FinishCMD");
+    }
+
+    void About() {
+        ClickTab("About");
+        Picture("frmMain", "about");
+    }
+
+    void RegisterAccess() {
+        ClickTab("Register Access");
+        Picture("frmMain", "register-access");
+        ClickNode("Temperature");
+        ClickNode("Local High Limit");
+        Click("lblBit(3)");
+        Picture("frmMain", "register-bit-flipped");
+        Type("txtDec", "100");
+        Click("cmdWrite");
+        Picture("frmMain", "register-written");
+        Type("txtReadAddr", "1fe");
+        Picture("frmMain", "register-out-of-range");
+        Type("txtReadAddr", "fe");
+        Press("txtReadAddr", Qt::Key_Return);
+        Picture("frmMain", "register-unknown");
+    }
+
+    void VisualDisplay() {
+        ClickTab("Visual Display");
+        Picture("frmMain", "visual-display");
+        Click("cmdSetUpLog");
+        Picture("frmSetupLog", "easy-setup-log");
+        Click("cmdEasySetup");
+        Live(8);
+        ztm::SetHeaterDuty(60, 25);
+        Live(40);
+        Picture("frmMain", "live");
+        SetHighLimit(45);
+        Live(6);
+        Picture("frmMain", "alarm");
+        Click("cmdGraphOptions");
+        Picture("frmGraphOptions", "options");
+        Click("chkBigGraph");
+        Click("cmdOK");
+        Live(2);
+        Picture("frmBigGraph", "full-screen-graph");
+        CloseByCloseBox("frmBigGraph");
+    }
+
+    /// Drags the high pointer of the first remote channel.
+    void SetHighLimit(double celsius) {
+        Click("optMeasure(1)");
+        Settle();
+        auto &gauge = Find<ztm::Gauge>("Limits(0)");
+        const QPoint from = gauge.PointerPosition(3, gauge.HighPointer()).toPoint();
+        const QPoint to = gauge.PointerPosition(3, celsius).toPoint();
+        QTest::mousePress(&gauge, Qt::LeftButton, {}, from);
+        QTest::mouseMove(&gauge, to);
+        QTest::mouseRelease(&gauge, Qt::LeftButton, {}, to);
+    }
+
+    void SmallerVariant() {
+        ztm::ShowForm<ztm::InitForm>();
+        SearchInWizard();
+        Click("FinishCMD");
+        ClickTab("Register Access");
+        Picture("frmMain", "one-fan-register-access");
+        ClickTab("Visual Display");
+        Click("cmdEasySetup");
+        ztm::SetHeaterDuty(40, 0);
+        Live(30);
+        Picture("frmMain", "one-fan-live");
+        Therm();
+        ManualSpeed();
+        AutomaticControl();
+    }
+
+    void Therm() {
+        ClickTab("Control");
+        Click("cmdThermTemp");
+        Picture("frmThermTemp", "therm-temperature");
+        Click("cmdThermTimer");
+        Picture("frmThermTimer", "therm-timer");
+        CloseByCloseBox("frmThermTemp");
+        CloseByCloseBox("frmThermTimer");
+    }
+
+    void ManualSpeed() {
+        ClickTab("Control");
+        Click("cmdManual");
+        Live(1);
+        Picture("frmManual", "manual-speed");
+        CloseByCloseBox("frmManual");
+    }
+
+    void HeaterRamp() {
+        ClickTab("Control");
+        Click("cmdHeaters");
+        Click("chkSWControl(0)");
+        Type("txtIncrement(0)", "5");
+        Type("txtInterval(0)", "2000");
+        Click("cmdApply");
+        Live(60);
+        Picture("frmHeaters", "heater-ramp");
+        ClickTab("Visual Display");
+        Live(1);
+        Picture("frmMain", "heater-ramp-live");
+        Click("chkSWControl(0)");
+        Click("cmdApply");
+        CloseByCloseBox("frmHeaters");
+    }
+
+    void AutomaticControl() {
+        ClickTab("Control");
+        FanConfiguration();
+        Click("cmdSetLookups");
+        Click("cmdTestData");
+        Picture("frmLookup", "lookup-points");
+        ClickOn("frmLookup", "cmdOK");
+        Curve();
+    }
+
+    /// Picks automatic control, which the other windows need.
+    void FanConfiguration() {
+        Click("cmdConParam");
+        Click("optAuto");
+        if (Find("opt8Points").isVisible()) {
+            Click("opt8Points");
+        }
+        Picture("frmConfig", "fan-configuration");
+        Find("frmConfig").findChild<QTabWidget *>("SSTab1")->setCurrentIndex(1);
+        Picture("frmConfig", "fan-configuration-fan");
+        ClickOn("frmConfig", "cmdOK");
+    }
+
+    void Curve() {
+        Click("cmdAuto");
+        Click("optControl(3)");
+        Picture("frmAutoControl", "automatic-control");
+        Click("optLinear");
+        auto &graph = Find<ztm::LookupGraph>("pctGraph");
+        graph.carriedAt = QPointF(2600, 900);
+        graph.update();
+        Picture("frmAutoControl", "automatic-control-carrying");
+        CloseByCloseBox("frmAutoControl");
+    }
+
+    /// A click on a control whose name other windows have as well.
+    static void ClickOn(const char *form, const char *control) {
+        QTest::mouseClick(Find(form).findChild<QWidget *>(control), Qt::LeftButton);
+    }
+
+    /// A heater drives one channel into alarm, and the fans bring it out again by themselves.
+    void Regulation() {
+        ztm::ShowForm<ztm::InitForm>();
+        SearchInWizard();
+        Click("FinishCMD");
+        ClickTab("Visual Display");
+        Click("cmdEasySetup");
+        SetHighLimit(58);
+        Live(10);
+        HeatByRamp();
+        Live(60);
+        Picture("frmMain", "heated-into-alarm");
+        ClickTab("Control");
+        Click("cmdConParam");
+        Click("optAuto");
+        Click("opt8Points");
+        ClickOn("frmConfig", "cmdOK");
+        Click("cmdSetLookups");
+        Click("cmdTestData");
+        ClickOn("frmLookup", "cmdOK");
+        ClickTab("Visual Display");
+        Live(40);
+        Picture("frmMain", "cooled-by-automatic-control");
+    }
+
+    /// Around 60 % on heater 1, a quarter on the other.
+    void HeatByRamp() {
+        ClickTab("Control");
+        Click("cmdHeaters");
+        Click("chkSWControl(0)");
+        for (const auto &[box, text] : {std::pair{"txtPWM(0)", "60"},
+                                        {"txtPWM(1)", "25"},
+                                        {"txtFrom(0)", "50"},
+                                        {"txtTo(0)", "70"},
+                                        {"txtIncrement(0)", "5"},
+                                        {"txtInterval(0)", "2000"}}) {
+            Type(box, text);
+        }
+        Click("cmdApply");
+        CloseByCloseBox("frmHeaters");
+        ClickTab("Visual Display");
+    }
+
+    /// A hand at the bench stops a fan.
+    void StalledFan() {
+        ztm::BoardWindow bench;
+        bench.show();
+        Picture(bench, "simulated-board");
+        bench.findChild<QComboBox *>("cmbFan(0)")->setCurrentText("Stalled");
+        Live(20);
+        Picture("frmMain", "stalled-fan");
+    }
+
+    /// Lets that time pass for board and program.
+    void Live(double seconds) {
+        for (double passed = 0; passed < seconds; passed += tickSeconds) {
+            clock.Advance(tickSeconds);
+            Tick();
+        }
+    }
+
+    void Control() {
+        ClickTab("Control");
+        Picture("frmMain", "control");
+    }
+
+    void Logging() {
+        const TemporaryFolder files;
+        Click("cmdLogData");
+        for (const char *channel : {"chkLog(0)", "chkLog(1)", "chkLog(3)"}) {
+            Click(channel);
+        }
+        Type("txtNumLogs", "500");
+        Picture("frmLogging", "logging");
+        AnswerFileDialogOf([] { Click("cmdOK"); },
+                           QString::fromStdString(files.Path("measurements.xls")));
+        Live(25);
+        Picture("frmMain", "log-running");
+        Click("cmdLogData");
+    }
+
+    void Picture(const QString &form, const QString &what) { Picture(Find(form), what); }
+
+    void Picture(QWidget &window, const QString &what) {
+        Settle();
+        const QString path =
+            QDir(folder).filePath(QString("%1-%2.png").arg(++number, 2, 10, QChar('0')).arg(what));
+        if (!window.grab().save(path)) {
+            throw std::runtime_error("cannot write " + path.toStdString());
+        }
+        QTextStream(stdout) << path << '\n';
+    }
+
+    ClockDouble clock;
+    QString folder;
+    int number = 0;
+};
+
+void UseDarkPalette() {
+    QPalette dark(QColor(49, 54, 59), QColor(42, 46, 50));
+    dark.setColor(QPalette::Base, QColor(27, 30, 32));
+    dark.setColor(QPalette::Highlight, QColor(61, 174, 233));
+    QApplication::setPalette(dark);
+}
+
+} // namespace
+
+int main(int argumentCount, char *arguments[]) {
+    int one = 1;
+    QApplication application(one, arguments);
+    if (argumentCount < 2) {
+        QTextStream(stderr) << "usage: ztm-tour FOLDER [dark]\n";
+        return EXIT_FAILURE;
+    }
+    if (argumentCount > 2) {
+        UseDarkPalette();
+    }
+    ztm::SetCommFailureHandler(ztm::EndAfterCommFailure);
+    try {
+        Tour(arguments[1]).Walk();
+    } catch (const std::exception &failure) {
+        QTextStream(stderr) << "the tour ended early: " << failure.what() << '\n';
+        return EXIT_FAILURE;
+    }
+    return EXIT_SUCCESS;
+}

@@ -1,0 +1,37 @@
+#include "TourBoard.h"
+
+#include "adapter/sim/BoardControl.h"
+#include "link/USBFunctions.h"
+
+#include <optional>
+
+namespace ztm::test {
+namespace {
+
+std::optional<sim::SimulatedBoard> board;
+
+} // namespace
+
+void PlugIn(sim::Variant variant, sim::SimulatedBoard::Clock clock) {
+    board.emplace(variant, sim::SimulatedBoard::defaultChipAddress, std::move(clock));
+}
+
+} // namespace ztm::test
+
+int16_t LoadFirmWare(const char *path) {
+    return ztm::test::board->LoadFirmWare(path);
+}
+
+int16_t VendorIORequest(int16_t request, int32_t value, int32_t index, int16_t direction,
+                        int16_t length, uint8_t *buffer) {
+    return ztm::test::board->VendorIORequest(request, value, index, direction, length, buffer);
+}
+
+void ReadSimulatedBoard(ztm::sim::BoardSettings *settings, ztm::sim::BoardState *state) {
+    *settings = ztm::test::board->Settings();
+    *state = ztm::test::board->Look();
+}
+
+void ArrangeSimulatedBoard(const ztm::sim::BoardSettings *settings) {
+    ztm::test::board->Arrange(*settings);
+}
