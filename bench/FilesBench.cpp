@@ -31,16 +31,16 @@ private:
 };
 
 void LogEntry(benchmark::State &state) {
-    ztm::LogSelected.fill(true);
+    ztm::LogSettings settings;
+    settings.Selected.fill(true);
     ztm::Measurements = {25.38F, 31.25F, 40.5F, 2000, 15360, 45.098038F};
     const ScratchFile scratch;
-    ztm::TextFileWriter file;
-    file.Create(scratch.Path());
+    ztm::StartLog(scratch.Path(), settings);
     const double start = ztm::SecondsSinceMidnight();
     for (auto _ : state) {
-        ztm::BuildLogLine(start);
-        benchmark::DoNotOptimize(file.WriteLine(ztm::LogLine));
+        ztm::WriteLogEntry(start);
     }
+    ztm::StopLog();
     state.SetItemsProcessed(state.iterations());
 }
 

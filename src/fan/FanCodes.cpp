@@ -1,5 +1,7 @@
 #include "fan/FanCodes.h"
 
+#include "common/At.h"
+#include "common/NumberText.h"
 #include "common/Numbers.h"
 
 #include <algorithm>
@@ -27,22 +29,15 @@ int32_t SetRampRate(std::string_view rampRate) {
     return PositionOf(rampRate, RampRates);
 }
 
-int32_t ControlSource33Code(std::string_view text) {
-    const auto found = std::find_if(ControlSources33.begin(), ControlSources33.end(),
-                                    [text](const ControlSource33 &s) { return s.Text == text; });
-    return found != ControlSources33.end() ? found->Code : 0;
+int32_t PolesCode(std::string_view text) {
+    return ToInt32(NumericValue(text));
 }
 
-size_t ControlSource33Item(int32_t code) {
-    constexpr std::array<size_t, 4> items{0, 1, 1, 2};
-    return items[static_cast<size_t>(code) % items.size()];
-}
-
-std::string_view PolesText(int32_t field) {
-    const int32_t item = ToInt32(field / 2.0 - 1);
-    const bool listed = field > 0 && item < static_cast<int32_t>(FanPoles.size());
+std::string_view PolesText(int32_t code) {
+    const int32_t item = ToInt32(code / 2.0 - 1);
+    const bool listed = code > 0 && item < static_cast<int32_t>(FanPoles.size());
     return listed ? FanPoles[static_cast<size_t>(item)]
-                  : numbers[static_cast<size_t>(field) % numbers.size()];
+                  : numbers[static_cast<size_t>(code) % numbers.size()];
 }
 
 } // namespace ztm

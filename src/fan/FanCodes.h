@@ -1,45 +1,53 @@
 #pragma once
 
+#include "link/Registers.h"
+
 #include <array>
 #include <cstdint>
 #include <string_view>
 
 namespace ztm {
 
-/// The fan control fields that are chosen from lists. A list text stands for a register code,
-/// compared exactly; a text that no item equals gives 0.
+/// The fields of fan control, each with the list that it is chosen from. A list text stands for
+/// a code, compared exactly; a text that no item equals gives 0. A register with a field for each
+/// fan holds that of fan 1 in its lower half.
 
-/// Fan Response, bits 2 to 0 (fan 1) and 6 to 4 (fan 2): how often the speed is corrected. The
-/// code is the position.
+/// Whether the lookup table drives the fans, or the user does.
+inline constexpr RegisterField ControlTypeField{Configuration1, SoftwareTableBit};
+
+/// Whether the eight points form one table.
+inline constexpr RegisterField TableLayoutField{Configuration2, EightPointBit};
+
+/// Whether the speed changes on straight lines between the points, or in steps.
+inline constexpr RegisterField TransitionField{Configuration2, LinearBit};
+
+/// How often the speed is corrected. The code is the position.
 inline constexpr std::array<std::string_view, 8> FanResponses{
     "1.25 updates/sec", "2.5 updates/sec", "5 updates/sec",  "10 updates/sec",
     "20 updates/sec",   "40 updates/sec",  "80 updates/sec", "160 updates/sec"};
+inline constexpr std::array<RegisterField, 2> FanResponseFields{
+    {{FanResponse, 0x07}, {FanResponse, 0x70}}};
 
-/// Enhance Acoustics, same bits: how fast the speed may change. The code is the position.
+/// How fast the speed may change. The code is the position.
 inline constexpr std::array<std::string_view, 8> RampRates{
     "No Limit",      "5 counts/sec",  "10 counts/sec", "15 counts/sec",
     "20 counts/sec", "25 counts/sec", "30 counts/sec", "35 counts/sec"};
+inline constexpr std::array<RegisterField, 2> RampRateFields{
+    {{EnhanceAcoustics, 0x07}, {EnhanceAcoustics, 0x70}}};
 
-/// The control sources of the variant with one remote channel, whose codes have a gap.
-struct ControlSource33 {
-    std::string_view Text;
-    int32_t Code;
-};
-inline constexpr std::array<ControlSource33, 3> ControlSources33{
-    {{"Local", 0}, {"Remote", 1}, {"Full Speed", 3}}};
-
-/// Configuration3, bits 3 to 0 (fan 1) and 7 to 4 (fan 2): the number of poles itself.
+/// The number of poles is the code itself.
 inline constexpr std::array<std::string_view, 4> FanPoles{"2", "4", "6", "8"};
+inline constexpr std::array<RegisterField, 2> FanPolesFields{
+    {{Configuration3, 0x0F}, {Configuration3, 0xF0}}};
 
 int32_t SetFanResponse(std::string_view response);
 int32_t SetRampRate(std::string_view rampRate);
-int32_t ControlSource33Code(std::string_view text);
 
-/// The position in `ControlSources33` of a source code; both remote channels are its "Remote".
-size_t ControlSource33Item(int32_t code);
+/// The number in a poles text; 0 when it has none.
+int32_t PolesCode(std::string_view text);
 
-/// The text of a poles field: the nearest item, halves to the even position, and the number
+/// The text of a poles code: the nearest item, halves to the even position, and the number
 /// itself where the list has none (0, and 9 to 15).
-std::string_view PolesText(int32_t field);
+std::string_view PolesText(int32_t code);
 
 } // namespace ztm

@@ -4,9 +4,6 @@
 #include "link/Registers.h"
 #include "link/USBComms.h"
 
-#include <algorithm>
-#include <iterator>
-
 namespace ztm {
 namespace {
 
@@ -32,13 +29,6 @@ void WriteRPM(int32_t msbAddress, int32_t rpm) {
 
 bool IsConfig2Bit2Set() {
     return (ReadRegister(Configuration2) & LinearBit) != 0;
-}
-
-int32_t ControlSourceCode(std::string_view text) {
-    const auto found = std::find(ControlSources.begin(), ControlSources.end(), text);
-    return found != ControlSources.end()
-               ? static_cast<int32_t>(std::distance(ControlSources.begin(), found))
-               : 0;
 }
 
 } // namespace ztm

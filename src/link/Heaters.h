@@ -5,6 +5,9 @@
 
 namespace ztm {
 
+/// The largest duty of a heater in percent.
+inline constexpr int FullDuty = 100;
+
 /// One heater of the evaluation board: its duty and its software ramp.
 struct HeaterSettings {
     int32_t Pwm = 0;              ///< duty in percent: last applied, or last reported

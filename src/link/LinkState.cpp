@@ -12,6 +12,10 @@ bool SmbusDelayEnabled = true;
 float SmbusDelayMs = DefaultSmbusDelayMs;
 bool EightPointMode = false;
 
+bool HasOneFan() {
+    return DeviceName == ZTM7710;
+}
+
 void ResetLinkState() {
     CommsMedium = MediumNone;
     USBDeviceAddress = 0;

@@ -51,6 +51,9 @@ inline constexpr float DefaultSmbusDelayMs = 20;
 /// register 0x02; always true on the one-fan variant.
 extern bool EightPointMode;
 
+/// Whether the chip of the session is the variant with one fan and one remote channel.
+bool HasOneFan();
+
 /// Puts the start-of-run values back.
 void ResetLinkState();
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <bit>
 #include <cstdint>
 
 namespace ztm {
@@ -8,13 +9,11 @@ namespace ztm {
 /// register map is in regmap/.
 inline constexpr int32_t Configuration1 = 0x01;
 inline constexpr int32_t MonitorBit = 0x01;       ///< of Configuration1: MON/SB
-inline constexpr int32_t EnableTimerBit = 0x04;   ///< of Configuration1: THERM timer
 inline constexpr int32_t SoftwareTableBit = 0x80; ///< of Configuration1: TBL/SW
 
 inline constexpr int32_t Configuration2 = 0x02;
-inline constexpr int32_t BoostDisableBit = 0x02; ///< of Configuration2
-inline constexpr int32_t LinearBit = 0x04;       ///< of Configuration2, without a label
-inline constexpr int32_t EightPointBit = 0x08;   ///< of Configuration2, without a label
+inline constexpr int32_t LinearBit = 0x04;     ///< of Configuration2, without a label
+inline constexpr int32_t EightPointBit = 0x08; ///< of Configuration2, without a label
 
 inline constexpr int32_t Configuration3 = 0x03; ///< fan poles
 inline constexpr int32_t Configuration4 = 0x04;
@@ -30,9 +29,21 @@ inline constexpr int32_t ThermHysteresis = 0x1A;   ///< degrees in bits 3 to 0
 
 inline constexpr int32_t DeviceId = 0x3D;
 
-/// A register's value with a bit set or cleared.
-constexpr int32_t WithBit(int32_t value, int32_t bit, bool set) {
-    return set ? value | bit : value & ~bit;
-}
+/// A field of a register: one or more neighbouring bits that hold a code.
+struct RegisterField {
+    int32_t Register;
+    int32_t Bits;
+
+    /// The code in a value of the register.
+    constexpr int32_t In(int32_t value) const { return (value & Bits) >> Shift(); }
+
+    /// That value with another code in the field; of a code too large, the bits that fit.
+    constexpr int32_t With(int32_t value, int32_t code) const {
+        return (value & ~Bits) | (code << Shift() & Bits);
+    }
+
+private:
+    constexpr int Shift() const { return std::countr_zero(static_cast<uint32_t>(Bits)); }
+};
 
 } // namespace ztm

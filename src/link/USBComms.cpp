@@ -76,6 +76,10 @@ void WriteRegister(int32_t address, int32_t data) {
     AfterRegisterWrite(address);
 }
 
+void WriteField(const RegisterField &field, int32_t code) {
+    WriteRegister(field.Register, field.With(ReadRegister(field.Register), code));
+}
+
 void AdapterHandshake() {
     if (AdapterFailed || CommsMedium != MediumUSB) {
         return;
@@ -119,7 +123,7 @@ void AfterRegisterWrite(int32_t address) {
         }
     } else if (address == Configuration2) {
         EightPointMode = (ReadRegister(Configuration2) & EightPointBit) != 0;
-        if (DeviceName == ZTM7710) {
+        if (HasOneFan()) {
             EightPointMode = true;
         }
     }

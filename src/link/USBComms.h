@@ -1,5 +1,7 @@
 #pragma once
 
+#include "link/Registers.h"
+
 #include <cstdint>
 
 namespace ztm {
@@ -29,6 +31,9 @@ void AdapterHandshake();
 
 /// A duty that leaves its heater as it is.
 inline constexpr int32_t HeaterUnchanged = 255;
+
+/// Puts a code into a field of a register, whose other bits stay: reads and writes it.
+void WriteField(const RegisterField &field, int32_t code);
 
 /// Sets the duties of both heaters in percent, 0 to 100, or HeaterUnchanged.
 void SetHeaterDuty(int32_t duty1, int32_t duty2);

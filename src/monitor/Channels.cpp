@@ -57,7 +57,7 @@ void ResetMeasurements() {
 
 bool HasChannel(int channel) {
     return channel >= 0 && channel < ChannelCount &&
-           (DeviceName != ZTM7710 || !Channels[static_cast<size_t>(channel)].NameZTM7710.empty());
+           (!HasOneFan() || !Channels[static_cast<size_t>(channel)].NameZTM7710.empty());
 }
 
 void ReadMeasurement(int channel) {

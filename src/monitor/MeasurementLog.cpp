@@ -4,6 +4,7 @@
 #include "common/DateTimeText.h"
 #include "common/NumberText.h"
 #include "common/Numbers.h"
+#include "files/TextFile.h"
 
 namespace ztm {
 namespace {
@@ -30,6 +31,24 @@ const char *EndOf(size_t channel) {
     return channel + 1 < Channels.size() ? "\t" : "";
 }
 
+std::string StartLine() {
+    return std::string("Started At: ").append(DateTimeText());
+}
+
+/// The column header: a tab above the elapsed times, then the names of the selected channels.
+std::string Header(const std::array<bool, ChannelCount> &selected) {
+    std::string header = "\t";
+    for (size_t channel = 0; channel < Channels.size(); ++channel) {
+        if (selected[channel]) {
+            header.append(Channels[channel].Name).append(EndOf(channel));
+        }
+    }
+    return header;
+}
+
+TextFileWriter file;
+std::string problem;
+
 } // namespace
 
 std::array<bool, ChannelCount> LogSelected{};
@@ -41,18 +60,44 @@ double LogStartTime = 0;
 std::string LogFileName;
 std::string LogLine;
 
-std::string LogStartLine() {
-    return std::string("Started At: ").append(DateTimeText());
+std::string StartLog(const std::string &path, const LogSettings &settings) {
+    if (!file.Create(path) || !file.WriteLine(StartLine()) ||
+        !file.WriteLine(Header(settings.Selected))) {
+        const std::string reason = file.Error();
+        file.Close();
+        return reason;
+    }
+    LogFileName = path;
+    LogSelected = settings.Selected;
+    LogInterval = settings.IntervalMs == 0 ? defaultLogInterval : settings.IntervalMs;
+    MaxLogEntries = settings.MaxEntries;
+    LoggingActive = true;
+    LogEntryCount = 0;
+    problem.clear();
+    return {};
 }
 
-std::string LogHeader(const std::array<bool, ChannelCount> &selected) {
-    std::string header = "\t";
-    for (size_t channel = 0; channel < Channels.size(); ++channel) {
-        if (selected[channel]) {
-            header.append(Channels[channel].Name).append(EndOf(channel));
-        }
+void WriteLogEntry(double startTime) {
+    BuildLogLine(startTime);
+    if (file.WriteLine(LogLine)) {
+        ++LogEntryCount;
+        return;
     }
-    return header;
+    const std::string reason = file.Error();
+    StopLog();
+    problem = reason;
+}
+
+void StopLog() {
+    LoggingActive = false;
+    LogStartTime = 0;
+    if (!file.Close()) {
+        problem = file.Error();
+    }
+}
+
+const std::string &LogProblem() {
+    return problem;
 }
 
 void BuildLogLine(double startTime) {
@@ -81,6 +126,8 @@ void ResetMeasurementLog() {
     LogStartTime = 0;
     LogFileName.clear();
     LogLine.clear();
+    file.Close();
+    problem.clear();
 }
 
 } // namespace ztm

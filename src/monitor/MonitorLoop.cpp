@@ -1,31 +1,22 @@
 #include "monitor/MonitorLoop.h"
 
+#include "common/At.h"
 #include "common/Clock.h"
 #include "common/NumberText.h"
 #include "common/Numbers.h"
-#include "link/Heaters.h"
-#include "link/USBComms.h"
 #include "monitor/Channels.h"
+#include "monitor/MeasurementHistory.h"
 #include "monitor/MeasurementLog.h"
 #include "monitor/MonitorSettings.h"
-
-#include <algorithm>
 
 namespace ztm {
 namespace {
 
 constexpr double continuousReadSpacingSeconds = 0.5;
 constexpr double statusReadSpacingSeconds = 0.1;
-constexpr double heaterReadPauseSeconds = 0.005;
 constexpr double millisecondsPerSecond = 1000;
-constexpr int fullDuty = 100;
 
 constexpr std::array<int, 2> fanChannels{3, 4};
-
-/// A duty that a heater takes, whatever the settings of its ramp are.
-int LimitedDuty(int percent) {
-    return std::clamp(percent, 0, fullDuty);
-}
 
 } // namespace
 
@@ -38,9 +29,8 @@ void MonitorLoop::Tick() {
     }
     ShowFanSpeeds();
     Log();
-    for (size_t heater = 0; heater < Heaters.size(); ++heater) {
-        StepHeater(heater);
-    }
+    StepHeaters();
+    window.TickDone();
 }
 
 void MonitorLoop::RepeatRead() {
@@ -65,6 +55,7 @@ void MonitorLoop::Monitor() {
         window.UpdateGauge();
     }
     if (GraphingEnabled) {
+        RecordMeasurements();
         window.UpdateCharts();
     }
 }
@@ -73,12 +64,12 @@ void MonitorLoop::ShowFanSpeeds() {
     if (!ManualDialogOpen) {
         return;
     }
-    for (size_t fan = 0; fan < fanChannels.size(); ++fan) {
-        if (HasChannel(fanChannels[fan])) {
-            const float rpm = Measurements[static_cast<size_t>(fanChannels[fan])];
-            std::string text = NumberText(rpm);
-            window.ShowFanSpeed(static_cast<int>(fan), text.append(" RPM"));
+    int fan = 0;
+    for (const int channel : fanChannels) {
+        if (HasChannel(channel)) {
+            window.ShowFanSpeed(fan, NumberText(At(Measurements, channel)).append(" RPM"));
         }
+        ++fan;
     }
 }
 
@@ -93,45 +84,23 @@ void MonitorLoop::Log() {
             LogStartTime = RoundHalfToEven(now);
         }
         LastLogTime = now;
-        window.WriteLogEntry(LogStartTime);
+        WriteLogEntry(LogStartTime);
+        window.ShowLog();
     }
     if (LoggingActive && MaxLogEntries > 0 && LogEntryCount >= MaxLogEntries) {
-        window.StopLogging();
+        StopLog();
+        window.ShowLog();
     }
 }
 
-void MonitorLoop::StepHeater(size_t heater) {
-    HeaterSettings &settings = Heaters[heater];
-    if (!settings.SoftwareControl ||
-        now - LastStepTime[heater] <= settings.IntervalMs / millisecondsPerSecond) {
-        return;
-    }
-    // Ends beyond what can be sent would never be reached, and the ramp never turn.
-    const int low = LimitedDuty(settings.LowPct);
-    const int high = LimitedDuty(settings.HighPct);
-    if (settings.StartPending) {
-        SendHeaterDuty(heater, low);
-        settings.StartPending = false;
-    } else {
-        ReadHeaterDuty();
-        Wait(heaterReadPauseSeconds);
-        const int step = settings.RampUp ? settings.IncrementPct : -settings.IncrementPct;
-        const int next = settings.Pwm + step;
-        const bool beforeEnd = settings.RampUp ? next < high : next > low;
-        const int end = settings.RampUp ? high : low;
-        SendHeaterDuty(heater, beforeEnd ? next : end);
-        if (!beforeEnd) {
-            settings.RampUp = !settings.RampUp;
+void MonitorLoop::StepHeaters() {
+    int heater = 0;
+    for (HeaterRamp &ramp : ramps) {
+        if (const auto duty = ramp.Step(now)) {
+            window.ShowHeaterDuty(heater, *duty);
         }
+        ++heater;
     }
-    LastStepTime[heater] = now;
-}
-
-/// Whatever the ends and the step of a ramp are, a duty stays a percentage.
-void MonitorLoop::SendHeaterDuty(size_t heater, int duty) {
-    duty = LimitedDuty(duty);
-    SetHeaterDuty(heater == 0 ? duty : HeaterUnchanged, heater == 1 ? duty : HeaterUnchanged);
-    window.ShowHeaterDuty(static_cast<int>(heater), duty);
 }
 
 } // namespace ztm

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "monitor/HeaterRamp.h"
+
 #include <array>
-#include <cstddef>
 #include <string>
 
 namespace ztm {
@@ -21,17 +22,20 @@ public:
 
     virtual void UpdateAlerts() = 0;
     virtual void UpdateGauge() = 0;
+    /// Draws what has been added to the history.
     virtual void UpdateCharts() = 0;
 
     /// Shows the measured speed of fan 0 or 1 in the manual speed dialog.
     virtual void ShowFanSpeed(int fan, const std::string &text) = 0;
 
-    /// Appends an entry to the measurement log, whose times count from `startTime`.
-    virtual void WriteLogEntry(double startTime) = 0;
-    virtual void StopLogging() = 0;
+    /// Shows how far the measurement log has come, or that it has stopped.
+    virtual void ShowLog() = 0;
 
     /// Shows the duty in percent of heater 0 or 1.
     virtual void ShowHeaterDuty(int heater, int duty) = 0;
+
+    /// The last call of a tick.
+    virtual void TickDone() = 0;
 };
 
 /// The periodic driver of the program: one tick per period of the monitor timer. Its spacings
@@ -50,16 +54,15 @@ private:
     void Monitor();
     void ShowFanSpeeds();
     void Log();
-    void StepHeater(size_t heater);
-    void SendHeaterDuty(size_t heater, int duty);
+    void StepHeaters();
 
     MonitorWindow &window;
     double now = 0; // of this tick, RunningSeconds like the times below
     double LastContinuousRead = 0;
     double LastStatusRead = 0;
     double LastLogTime = 0;
-    std::array<double, 2> LastStepTime{};
     int NextChannel = 0;
+    std::array<HeaterRamp, 2> ramps{HeaterRamp(0), HeaterRamp(1)};
 };
 
 } // namespace ztm

@@ -7,6 +7,8 @@
 
 namespace ztm {
 
+// The register map: every register of the chip of the session, and how to find one.
+
 /// One register as the program shows it. The texts are views into constant data and stay valid
 /// for the whole run.
 struct RegisterEntry {

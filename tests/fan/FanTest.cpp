@@ -1,7 +1,7 @@
+#include "fan/ControlSources.h"
 #include "fan/FanCodes.h"
-#include "fan/GraphSettings.h"
+#include "fan/LookupGraphScale.h"
 #include "fan/LookupTable.h"
-#include "link/GeneralSubs.h"
 #include "link/LinkState.h"
 #include "support/AdapterDouble.h"
 #include "support/ClockDouble.h"
@@ -25,9 +25,9 @@ TEST(FanCodes, AListTextStandsForItsCodeAndAnyOtherForNone) {
     EXPECT_EQ(ControlSourceCode("Remote2"), 2);
     EXPECT_EQ(ControlSourceCode("Full Speed"), 3);
     EXPECT_EQ(ControlSourceCode("Remote"), 0);
-    EXPECT_EQ(ControlSource33Code("Remote"), 1);
-    EXPECT_EQ(ControlSource33Code("Full Speed"), 3);
-    EXPECT_EQ(ControlSource33Code("Remote1"), 0);
+    EXPECT_EQ(CodeOf(OneRemoteControlSources, "Remote"), 1);
+    EXPECT_EQ(CodeOf(OneRemoteControlSources, "Full Speed"), 3);
+    EXPECT_EQ(CodeOf(OneRemoteControlSources, "Remote1"), 0);
 }
 
 TEST(FanCodes, AnyPolesFieldHasAText) {
@@ -39,7 +39,7 @@ TEST(FanCodes, AnyPolesFieldHasAText) {
 }
 
 TEST(GraphCoordinates, AreTwipsOfTheGraph) {
-    ResetGraphSettings();
+    ResetLookupGraphScale();
     EXPECT_EQ(TempX(150), 4935);
     EXPECT_EQ(RPMY(0), 3735);
     EXPECT_EQ(RPMY(8000), 135);
@@ -49,7 +49,7 @@ TEST(GraphCoordinates, AreTwipsOfTheGraph) {
     GraphRpmRange = 1000;
     EXPECT_EQ(RPMY(1000), 135);
     EXPECT_EQ(Y2RPM(135), 1000);
-    ResetGraphSettings();
+    ResetLookupGraphScale();
 }
 
 TEST(LookupTable, NumbersWithoutAnEncodingAreLimitedAndNeverWrap) {

@@ -1,7 +1,9 @@
 #include "monitor/MeasurementLog.h"
 
+#include "common/DateTimeText.h"
 #include "support/AdapterDouble.h"
 #include "support/ClockDouble.h"
+#include "support/TemporaryFile.h"
 
 #include <gmock/gmock.h>
 
@@ -48,7 +50,7 @@ TEST_F(MeasurementLogTest, TimeGoesOnOverEveryMidnight) {
     EXPECT_THAT(lines, testing::ElementsAre("-.25\t", " .25\t", " 86400\t", " 86401\t"));
 }
 
-TEST_F(MeasurementLogTest, SelectedChannelsStandInTheirOrder) {
+TEST_F(MeasurementLogTest, AFileHoldsTheSelectedChannelsInTheirOrder) {
     Measurements = {25.38F, -0.25F, 0.75F, 2000, 15360, 45.098038F};
     const struct {
         std::array<bool, ChannelCount> selected;
@@ -58,19 +60,52 @@ TEST_F(MeasurementLogTest, SelectedChannelsStandInTheirOrder) {
         {{}, "\t", ""},
         {{true, false, false, true, false, true},
          "\tLocal\tFan1\tTHERM%",
-         "25.38°C\t2000RPM\t45.09804%"},
+         "25.38\xB0\x43\t2000RPM\t45.09804%"},
         {{true, true, true, true, true, true},
          "\tLocal\tRemote1\tRemote2\tFan1\tFan2\tTHERM%",
-         "25.38°C\t-.25°C\t.75°C\t2000RPM\t15360RPM\t45.09804%"},
+         "25.38\xB0\x43\t-.25\xB0\x43\t.75\xB0\x43\t2000RPM\t15360RPM\t45.09804%"},
         {{false, false, false, false, false, true}, "\tTHERM%", "45.09804%"},
-        {{false, true, true, false, false, false}, "\tRemote1\tRemote2\t", "-.25°C\t.75°C\t"},
+        {{false, true, true, false, false, false},
+         "\tRemote1\tRemote2\t",
+         "-.25\xB0\x43\t.75\xB0\x43\t"},
         {{false, false, false, false, true, false}, "\tFan2\t", "15360RPM\t"},
     };
+    SetDateTimeSource([] { return std::time_t{0}; });
+    const test::TemporaryFolder folder;
+    const std::string path = folder.Path("log");
     for (const auto &[selected, header, values] : cases) {
-        LogSelected = selected;
-        EXPECT_EQ(LogHeader(selected), header);
-        EXPECT_EQ(LineAfter(0.5), std::string(" .5\t") + values);
+        const test::ClockDouble clock(noon + 0.5);
+        EXPECT_EQ(StartLog(path, {selected, 250, 7}), "");
+        WriteLogEntry(noon);
+        WriteLogEntry(noon);
+        StopLog();
+        const std::string entry = std::string(" .5\t") + values + "\r\n";
+        EXPECT_EQ(test::BytesOf(path),
+                  "Started At: " + DateTimeText() + "\r\n" + header + "\r\n" + entry + entry);
+        EXPECT_EQ(LogEntryCount, 2);
     }
+}
+
+TEST_F(MeasurementLogTest, AFileThatFailsLeavesOrStopsTheLog) {
+    const test::TemporaryFolder folder;
+    EXPECT_EQ(StartLog(folder.Path("none/log"), {{true}, 1, 1}), "No such file or directory");
+    EXPECT_EQ(StartLog("/dev/full", {{true}, 1, 1}), "No space left on device");
+    EXPECT_FALSE(LoggingActive || LogSelected[0] || LogInterval != 100 || MaxLogEntries != 10000);
+    const std::string path = folder.Path("log");
+    EXPECT_EQ(StartLog(path, {{}, 0, 0}), "");
+    EXPECT_EQ(LogInterval, 100);
+    WriteLogEntry(0);
+    const std::string before = test::BytesOf(path);
+    {
+        const test::FileSizeLimit limit(before.size() + 2);
+        WriteLogEntry(0);
+    }
+    EXPECT_EQ(test::BytesOf(path), before);
+    EXPECT_FALSE(LoggingActive);
+    EXPECT_EQ(LogEntryCount, 1) << "what is in the file";
+    EXPECT_EQ(LogProblem(), "File too large");
+    EXPECT_EQ(StartLog(path, {}), "");
+    EXPECT_EQ(LogProblem(), "");
 }
 
 } // namespace

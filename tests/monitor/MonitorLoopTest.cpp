@@ -1,12 +1,15 @@
 #include "monitor/MonitorLoop.h"
 
+#include "common/NumberText.h"
 #include "link/Heaters.h"
 #include "link/LinkState.h"
 #include "monitor/Channels.h"
+#include "monitor/MeasurementHistory.h"
 #include "monitor/MeasurementLog.h"
 #include "monitor/MonitorSettings.h"
 #include "support/AdapterDouble.h"
 #include "support/ClockDouble.h"
+#include "support/TemporaryFile.h"
 
 #include <gmock/gmock.h>
 
@@ -31,28 +34,23 @@ struct WindowDouble final : MonitorWindow {
     void ReadShownRegister() override { done.emplace_back("read"); }
     void UpdateAlerts() override { done.emplace_back("alerts"); }
     void UpdateGauge() override { done.emplace_back("gauge"); }
-    void UpdateCharts() override { done.emplace_back("charts"); }
+    void UpdateCharts() override {
+        done.push_back("charts " + std::to_string(MeasurementHistory().SampleCount()));
+    }
     void ShowFanSpeed(int fan, const std::string &text) override {
         done.push_back("fan" + std::to_string(fan) + " " + text);
     }
-    void WriteLogEntry(double startTime) override {
-        done.push_back("log " + std::to_string(static_cast<int>(startTime)));
-        elapsed = RunningSeconds() - startTime;
-        ++LogEntryCount;
-    }
-    void StopLogging() override {
-        done.emplace_back("stop");
-        LoggingActive = false;
-        LogStartTime = 0;
+    void ShowLog() override {
+        done.push_back("log " + std::to_string(LogEntryCount) + (LoggingActive ? "" : " stopped"));
     }
     void ShowHeaterDuty(int heater, int duty) override {
         done.push_back("heater" + std::to_string(heater) + " " + std::to_string(duty));
     }
+    void TickDone() override {}
 
     int period = 0;
     MainTab tab = MainTab::VisualDisplay;
     bool continuousRead = false;
-    double elapsed = 0; // of the last log entry
     std::vector<std::string> done;
 };
 
@@ -78,6 +76,11 @@ protected:
                              [&](const std::string &done) { return done.rfind(what, 0) == 0; });
     }
 
+    void StartLogOf(int32_t entries, int32_t intervalMs = 100) {
+        EXPECT_EQ(StartLog(folder.Path("log"), {{}, intervalMs, entries}), "");
+    }
+
+    test::TemporaryFolder folder;
     test::ClockDouble clock{86400 - 10}; // a midnight is never far
     WindowDouble window;
     MonitorLoop loop{window};
@@ -96,17 +99,19 @@ TEST_F(MonitorLoopTest, DutiesComeInTheirOrder) {
     window.continuousRead = true;
     MonitorInReadWrite = true;
     GraphingEnabled = LimitMonitorEnabled = BargraphEnabled = true;
-    ManualDialogOpen = LoggingActive = true;
+    ManualDialogOpen = true;
+    StartLogOf(0);
     Measurements = {0, 0, 0, 1200, 900, 0};
     Heaters[1].SoftwareControl = Heaters[1].StartPending = true;
     loop.Tick();
-    EXPECT_THAT(window.done, ElementsAre("read", "charts", "fan0 1200 RPM", "fan1 900 RPM",
-                                         "log 86390", "heater1 20"));
+    EXPECT_THAT(window.done, ElementsAre("read", "charts 1", "fan0 1200 RPM", "fan1 900 RPM",
+                                         "log 1", "heater1 20"));
+    EXPECT_EQ(LogStartTime, 86390);
     window.done.clear();
     window.tab = MainTab::VisualDisplay;
     DeviceName = ZTM7710;
     loop.Tick();
-    EXPECT_THAT(window.done, ElementsAre("alerts", "gauge", "charts", "fan0 1200 RPM"));
+    EXPECT_THAT(window.done, ElementsAre("alerts", "gauge", "charts 2", "fan0 1200 RPM"));
 }
 
 TEST_F(MonitorLoopTest, OneChannelIsReadPerTickRoundRobin) {
@@ -139,7 +144,7 @@ TEST_F(MonitorLoopTest, TheRegisterTabStopsMeasurementsUnlessAsked) {
     MonitorInReadWrite = true;
     loop.Tick();
     EXPECT_THAT(Adapter().calls, ElementsAre(Read(0x40), Read(0x41)));
-    EXPECT_THAT(window.done, ElementsAre("charts"));
+    EXPECT_THAT(window.done, ElementsAre("charts 1")) << "one sample more";
 }
 
 TEST_F(MonitorLoopTest, SpacingsHoldOverMidnightWithoutABurst) {
@@ -157,9 +162,8 @@ TEST_F(MonitorLoopTest, SpacingsHoldOverMidnightWithoutABurst) {
 
 TEST_F(MonitorLoopTest, SpacingsDoNotDriftInAnHour) {
     constexpr double hour = 3600;
-    LoggingActive = LimitMonitorEnabled = true;
-    MaxLogEntries = 0;
-    LogInterval = 250;
+    LimitMonitorEnabled = true;
+    StartLogOf(0, 250);
     window.continuousRead = true;
     Heaters[1].SoftwareControl = true;
     Heaters[1].IntervalMs = 700;
@@ -186,16 +190,11 @@ TEST_F(MonitorLoopTest, SpacingsDoNotDriftInAnHour) {
 }
 
 TEST_F(MonitorLoopTest, TheLogStopsOnTheTickThatWritesItsLastEntry) {
-    LoggingActive = true;
-    MaxLogEntries = 3;
-    EXPECT_EQ(CountIn(1.2, "log 86390"), 3);
-    EXPECT_THAT(window.done, ElementsAre("log 86390", "log 86390", "log 86390", "stop"));
-    LoggingActive = true;
-    LogEntryCount = 0;
-    MaxLogEntries = 0;
-    window.done.clear();
-    CountIn(6, "");
-    EXPECT_EQ(window.done.size(), 50U);
+    StartLogOf(3);
+    CountIn(1.2, "");
+    EXPECT_THAT(window.done, ElementsAre("log 1", "log 2", "log 3", "log 3 stopped"));
+    StartLogOf(0);
+    EXPECT_EQ(CountIn(6, "log"), 50);
     EXPECT_TRUE(LoggingActive);
 }
 
@@ -204,15 +203,13 @@ TEST_F(MonitorLoopTest, TheFirstElapsedTimeOfALogIsNearZeroOnASlowBus) {
         clock.Advance(0.1);
         return int16_t{0};
     };
-    MonitoringEnabled = LoggingActive = true;
-    MaxLogEntries = 1;
+    MonitoringEnabled = true;
     for (int tenths = 0; tenths < 10; ++tenths) {
         clock.Advance(std::ceil(RunningSeconds()) - RunningSeconds() + 0.05 + tenths / 10.0);
-        LogEntryCount = 0;
-        LoggingActive = true;
+        StartLogOf(1);
         CountIn(tickSeconds, "log");
         EXPECT_EQ(LogEntryCount, 1);
-        EXPECT_LE(std::abs(window.elapsed), 0.5) << tenths;
+        EXPECT_LE(std::abs(NumericValue(LogLine)), 0.5) << tenths;
     }
 }
 

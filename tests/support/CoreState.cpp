@@ -2,7 +2,7 @@
 
 #include "common/DateTimeText.h"
 #include "discovery/DeviceScan.h"
-#include "fan/GraphSettings.h"
+#include "fan/LookupGraphScale.h"
 #include "fan/LookupTable.h"
 #include "link/AdapterStartUp.h"
 #include "link/CommFailure.h"
@@ -28,7 +28,7 @@ void ResetCoreState() {
     ResetMeasurements();
     ResetMeasurementHistory();
     ResetMeasurementLog();
-    ResetGraphSettings();
+    ResetLookupGraphScale();
     ResetLookupTables();
     SetCommFailureHandler({});
     SetDateTimeSource(nullptr);

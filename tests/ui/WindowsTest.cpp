@@ -1,6 +1,6 @@
 #include "support/UiTest.h"
+#include "ui/display/frmSetupLog.h"
 #include "ui/session/frmMain.h"
-#include "ui/session/frmSetupLog.h"
 
 #include <QAbstractButton>
 #include <QLabel>

@@ -115,7 +115,7 @@ QGroupBox *ControlPage::NewFileFrame() {
 }
 
 void ControlPage::ConnectSignals() {
-    connect(cmdConParam, &QPushButton::clicked, this, [] { ShowForm<frmConfig>(); });
+    connect(cmdConParam, &QPushButton::clicked, this, &ControlPage::cmdConParam_Click);
     connect(cmdAuto, &QPushButton::clicked, this, [] { ShowForm<frmAutoControl>(); });
     connect(cmdSetLookups, &QPushButton::clicked, this, [] { ShowForm<frmLookup>(); });
     connect(cmdManual, &QPushButton::clicked, this, &ControlPage::cmdManual_Click);
@@ -145,68 +145,52 @@ void ControlPage::ShowControlType(bool automatic) {
     cmdManual->setEnabled(!automatic);
 }
 
-QString ControlPage::OpenLog(const QString &path, const std::array<bool, ChannelCount> &selected) {
-    if (logFile.Create(QFile::encodeName(path).toStdString()) &&
-        logFile.WriteLine(LogStartLine()) && logFile.WriteLine(LogHeader(selected))) {
-        return {};
-    }
-    const QString problem = QString::fromLocal8Bit(logFile.Error().c_str());
-    logFile.Close();
-    return problem;
-}
-
-void ControlPage::StartLog() {
-    LoggingActive = true;
-    LogEntryCount = 0;
-    ShowLogCount();
+void ControlPage::ShowLog() {
+    cmdLogData->setText(LoggingActive ? tr("Click to stop...") : tr("Log Data To File..."));
+    QFont font = cmdLogData->font();
+    font.setBold(LoggingActive);
+    cmdLogData->setFont(font);
+    lblLogEntries->setText(ToQString(NumberText(static_cast<double>(LogEntryCount))));
     if (MaxLogEntries != 0) {
         prgbarLog->setMaximum(MaxLogEntries);
     }
-    prgbarLog->setValue(0);
-    lblLogProblem->hide();
-    SetLogButton(tr("Click to stop..."), true);
+    prgbarLog->setValue(MaxLogEntries != 0 ? LogEntryCount : 0);
+    lblLogProblem->setText(
+        tr("The log was stopped: %1").arg(QString::fromLocal8Bit(LogProblem().c_str())));
+    lblLogProblem->setVisible(!LogProblem().empty());
 }
 
-void ControlPage::WriteLogEntry(double startTime) {
-    BuildLogLine(startTime);
-    if (!logFile.WriteLine(LogLine)) {
-        ShowLogProblem(QString::fromLocal8Bit(logFile.Error().c_str()));
-        cmdLogData_Click();
-        return;
-    }
-    ++LogEntryCount;
-    ShowLogCount();
-    if (MaxLogEntries != 0) {
-        prgbarLog->setValue(LogEntryCount);
+void ControlPage::ShowFanSpeed(int fan, const QString &text) {
+    if (auto *manual = LoadedForm<frmManual>()) {
+        manual->ShowFanSpeed(fan, text);
     }
 }
 
-void ControlPage::ShowLogCount() {
-    lblLogEntries->setText(ToQString(NumberText(static_cast<double>(LogEntryCount))));
+void ControlPage::ShowHeaterDuty(int heater, int duty) {
+    if (auto *heaters = LoadedForm<frmHeaters>()) {
+        heaters->ShowHeaterDuty(heater, duty);
+    }
 }
 
-void ControlPage::ShowLogProblem(const QString &reason) {
-    lblLogProblem->setText(tr("The log was stopped: %1").arg(reason));
-    lblLogProblem->show();
+void ControlPage::TickDone() {
+    if (auto *manual = LoadedForm<frmManual>()) {
+        manual->MonitorTicked();
+    }
 }
 
-void ControlPage::SetLogButton(const QString &caption, bool bold) {
-    QFont font = cmdLogData->font();
-    font.setBold(bold);
-    cmdLogData->setFont(font);
-    cmdLogData->setText(caption);
+void ControlPage::cmdConParam_Click() {
+    connect(&ShowForm<frmConfig>(), &frmConfig::ControlTypeApplied, this,
+            &ControlPage::ShowControlType, Qt::UniqueConnection);
 }
 
+/// Opens the log's dialog, or stops the log that is running.
 void ControlPage::cmdLogData_Click() {
-    if (!LoggingActive) {
-        ShowForm<frmLogging>();
-        return;
-    }
-    SetLogButton(tr("Log Data To File..."), false);
-    LoggingActive = false;
-    LogStartTime = 0;
-    if (!logFile.Close()) {
-        ShowLogProblem(QString::fromLocal8Bit(logFile.Error().c_str()));
+    if (LoggingActive) {
+        StopLog();
+        ShowLog();
+    } else {
+        connect(&ShowForm<frmLogging>(), &frmLogging::LogStarted, this, &ControlPage::ShowLog,
+                Qt::UniqueConnection);
     }
 }
 

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "files/TextFile.h"
 #include "link/USBComms.h"
-#include "monitor/Channels.h"
 
 #include <QWidget>
 
@@ -26,29 +24,27 @@ public:
     void DisableSetLookups() override;
     void DisableManual() override;
 
-    /// Enables the buttons of automatic or of manual fan control.
-    void ShowControlType(bool automatic);
+    /// Shows the state of the measurement log: the button that starts or stops it, its entries,
+    /// its progress, and why it stopped if nobody asked for that.
+    void ShowLog();
 
-    /// Creates the file of a measurement log and writes the two lines above its entries.
-    /// Returns the system's reason when that fails; no file stays open then.
-    QString OpenLog(const QString &path, const std::array<bool, ChannelCount> &selected);
+    // What the monitor tick has for the dialogs that this page opens; nothing happens to one that
+    // is not open.
 
-    /// Starts the log in the opened file with the settings as they are.
-    void StartLog();
-
-    /// Appends one entry to the log and counts it. When it cannot be written, the log stops and
-    /// the reason is shown below the count, which is that of the entries in the file.
-    void WriteLogEntry(double startTime);
-
-    /// Opens the log's dialog, or stops the log that is running.
-    void cmdLogData_Click();
+    /// Shows the measured speed of fan 0 or 1.
+    void ShowFanSpeed(int fan, const QString &text);
+    /// Shows the duty in percent of heater 0 or 1.
+    void ShowHeaterDuty(int heater, int duty);
+    /// A tick has passed.
+    void TickDone();
 
 private:
     void SetupUi();
     void ConnectSignals();
-    void ShowLogCount();
-    void SetLogButton(const QString &caption, bool bold);
-    void ShowLogProblem(const QString &reason);
+    /// Enables the buttons of automatic or of manual fan control.
+    void ShowControlType(bool automatic);
+    void cmdConParam_Click();
+    void cmdLogData_Click();
     void cmdManual_Click();
     void cmdSaveRegs_Click();
     void cmdRecallRegs_Click();
@@ -67,7 +63,6 @@ private:
     QLabel *lblLogEntries;
     QLabel *lblLogProblem;
     QPushButton *cmdHeaters;
-    TextFileWriter logFile;
 };
 
 } // namespace ztm

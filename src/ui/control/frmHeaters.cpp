@@ -22,7 +22,6 @@
 namespace ztm {
 namespace {
 
-constexpr double fullDuty = 100;
 constexpr SpinRange dutySpin{0, 100, 5};
 constexpr SpinRange endSpin{0, 100};
 constexpr std::array<SpinRange, 2> incrementSpins{{{1, 50}, {0, 50}}};
@@ -64,22 +63,18 @@ QGroupBox *frmHeaters::NewHeaterFrame(int heater) {
     auto *layout = new QGridLayout(frame);
     const auto addRow = [&](int line, const QString &caption, const char *name, QLineEdit *&box,
                             SpinRange spin, double least, double most, const QString &unit) {
-        auto *spinBox = NewSpinBox(box, IndexedName(name, heater), spin, frame);
-        auto *label = new QLabel(caption, frame);
-        label->setBuddy(box);
+        box = AddNumberRow(*layout, line, caption, IndexedName(name, heater), spin).box;
         WatchRange(*box, least, most, unit);
-        layout->addWidget(label, line, 0);
-        layout->addWidget(spinBox, line, 1, Qt::AlignLeft);
     };
     const QString percent = QStringLiteral("%");
     const SpinRange increment = incrementSpins[static_cast<size_t>(heater)];
-    addRow(0, tr("PWM %"), "txtPWM", row.txtPWM, dutySpin, 0, fullDuty, percent);
+    addRow(0, tr("PWM %"), "txtPWM", row.txtPWM, dutySpin, 0, FullDuty, percent);
     row.chkSWControl = new QCheckBox(tr("Software Control"), frame);
     row.chkSWControl->setObjectName(IndexedName("chkSWControl", heater));
     layout->addWidget(row.chkSWControl, 1, 0, 1, 2, Qt::AlignLeft);
-    addRow(2, tr("Low %"), "txtFrom", row.txtFrom, endSpin, 0, fullDuty, percent);
-    addRow(3, tr("High %"), "txtTo", row.txtTo, endSpin, 0, fullDuty, percent);
-    addRow(4, tr("Increment %"), "txtIncrement", row.txtIncrement, increment, 0, fullDuty, percent);
+    addRow(2, tr("Low %"), "txtFrom", row.txtFrom, endSpin, 0, FullDuty, percent);
+    addRow(3, tr("High %"), "txtTo", row.txtTo, endSpin, 0, FullDuty, percent);
+    addRow(4, tr("Increment %"), "txtIncrement", row.txtIncrement, increment, 0, FullDuty, percent);
     addRow(5, tr("Interval (ms)"), "txtInterval", row.txtInterval, intervalSpin, 0, largest16Bit,
            tr("ms"));
     layout->setColumnStretch(1, 1);
@@ -109,7 +104,7 @@ void frmHeaters::Store(size_t heater) {
     const HeaterControls &row = controls[heater];
     HeaterSettings &settings = Heaters[heater];
     settings.Pwm =
-        static_cast<int32_t>(std::floor(std::clamp(NumberIn(*row.txtPWM), 0.0, fullDuty)));
+        static_cast<int32_t>(std::floor(std::clamp<double>(NumberIn(*row.txtPWM), 0, FullDuty)));
     settings.SoftwareControl = row.chkSWControl->isChecked();
     settings.StartPending = settings.SoftwareControl;
     settings.RampUp = settings.SoftwareControl;

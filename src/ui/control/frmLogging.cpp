@@ -2,7 +2,6 @@
 
 #include "link/LinkState.h"
 #include "monitor/MeasurementLog.h"
-#include "ui/control/ControlPage.h"
 #include "ui/kit/Controls.h"
 #include "ui/kit/Fields.h"
 #include "ui/kit/FileDialogs.h"
@@ -10,7 +9,6 @@
 #include "ui/kit/Messages.h"
 #include "ui/kit/Text.h"
 #include "ui/kit/Twips.h"
-#include "ui/session/frmMain.h"
 
 #include <QCheckBox>
 #include <QFile>
@@ -25,7 +23,6 @@
 namespace ztm {
 namespace {
 
-constexpr int32_t usualInterval = 100;
 constexpr int boxCharacters = 12;
 
 // In twips, within the frame.
@@ -62,11 +59,8 @@ QLineEdit *NewNumberBox(const char *name, QWidget *frame) {
 
 } // namespace
 
-frmLogging::frmLogging() : Form(QStringLiteral("frmLogging")) {
-    setWindowTitle(tr("Logging"));
+frmLogging::frmLogging() : Dialog(QStringLiteral("frmLogging"), tr("Logging")) {
     SetupUi();
-    connect(cmdOK, &QPushButton::clicked, this, &frmLogging::cmdOK_Click);
-    connect(cmdCancel, &QPushButton::clicked, this, &frmLogging::cmdCancel_Click);
     Form_Load();
 }
 
@@ -78,9 +72,7 @@ void frmLogging::SetupUi() {
     layout->addWidget(NewMeasurementsFrame(), 0, 0);
     layout->addWidget(NewOptionsFrame(), 0, 1);
     layout->addWidget(lblProblem, 1, 0, 1, 2);
-    cmdOK = NewButton("cmdOK", tr("OK"), this);
-    cmdCancel = NewButton("cmdCancel", tr("Cancel"), this);
-    layout->addLayout(NewButtonRow({cmdOK, cmdCancel}), 2, 0, 1, 2);
+    layout->addLayout(NewOkCancelRow(), 2, 0, 1, 2);
     layout->setColumnStretch(1, 1);
     layout->setRowStretch(0, 1);
 }
@@ -100,15 +92,9 @@ QGroupBox *frmLogging::NewOptionsFrame() {
     auto *frame = Named(new Frame(tr("Options"), this), "fraOptions");
     txtLogInt = NewNumberBox("txtLogInt", frame);
     txtNumLogs = NewNumberBox("txtNumLogs", frame);
-    auto *interval = new QLabel(tr("Logging Interval (ms)"), frame);
-    interval->setBuddy(txtLogInt);
-    auto *entries = new QLabel(tr("Max Number of  Log Entries"), frame);
-    entries->setBuddy(txtNumLogs);
     auto *layout = new QGridLayout(frame);
-    layout->addWidget(interval, 0, 0);
-    layout->addWidget(txtLogInt, 0, 1, Qt::AlignLeft);
-    layout->addWidget(entries, 1, 0);
-    layout->addWidget(txtNumLogs, 1, 1, Qt::AlignLeft);
+    AddRow(*layout, 0, tr("Logging Interval (ms)"), txtLogInt, Qt::AlignLeft);
+    AddRow(*layout, 1, tr("Max Number of  Log Entries"), txtNumLogs, Qt::AlignLeft);
     layout->addWidget(new QLabel(tr("(Set to zero for unlimited entries)"), frame), 2, 0, 1, 2);
     layout->setColumnStretch(1, 1);
     layout->setRowStretch(3, 1);
@@ -117,7 +103,7 @@ QGroupBox *frmLogging::NewOptionsFrame() {
 
 /// One row per channel, where a font larger than usual stretches the rows alike.
 void frmLogging::PlaceChannels() {
-    const auto &tops = DeviceName == ZTM7710 ? channelTopsZTM7710 : channelTops;
+    const auto &tops = HasOneFan() ? channelTopsZTM7710 : channelTops;
     const double rowHeight = Twips(channelHeight, *this);
     const double stretch = std::max(1.0, chkLog[0]->sizeHint().height() / rowHeight);
     int width = 0;
@@ -134,7 +120,7 @@ void frmLogging::PlaceChannels() {
 }
 
 void frmLogging::Form_Load() {
-    if (DeviceName == ZTM7710) {
+    if (HasOneFan()) {
         chkLog[2]->hide();
         chkLog[4]->hide();
         chkLog[1]->setText(tr("Remote"));
@@ -148,42 +134,35 @@ void frmLogging::Form_Load() {
     ShowNumber(*txtNumLogs, MaxLogEntries);
 }
 
-void frmLogging::cmdOK_Click() {
-    auto *mainWindow = LoadedForm<frmMain>();
+/// Asks for the file and starts the log.
+bool frmLogging::Apply() {
     const auto interval = WholeNumberIn(*txtLogInt);
     const auto entries = WholeNumberIn(*txtNumLogs);
     if (!interval) {
         Refuse(*txtLogInt, tr("The logging interval in ms"));
-        return;
+        return false;
     }
     if (!entries) {
         Refuse(*txtNumLogs, tr("The number of log entries"));
-        return;
+        return false;
     }
     const QString path = AskSaveFile(this, tr("Log Data To File"), tr("Text Files (*.xls)"));
-    if (path.isEmpty() || mainWindow == nullptr) {
-        return;
+    if (path.isEmpty()) {
+        return false;
     }
-    std::array<bool, ChannelCount> selected{};
+    LogSettings settings{{}, *interval, *entries};
     for (size_t channel = 0; channel < chkLog.size(); ++channel) {
-        selected[channel] = chkLog[channel]->isChecked();
+        settings.Selected[channel] = chkLog[channel]->isChecked();
     }
-    ControlPage &control = mainWindow->Control();
-    if (const QString problem = control.OpenLog(path, selected); !problem.isEmpty()) {
-        lblProblem->setText(tr("%1 could not be written: %2").arg(path, problem));
+    const std::string problem = StartLog(QFile::encodeName(path).toStdString(), settings);
+    if (!problem.empty()) {
+        lblProblem->setText(
+            tr("%1 could not be written: %2").arg(path, QString::fromLocal8Bit(problem.c_str())));
         lblProblem->show();
-        return;
+        return false;
     }
-    LogFileName = QFile::encodeName(path).toStdString();
-    LogSelected = selected;
-    LogInterval = *interval == 0 ? usualInterval : *interval;
-    MaxLogEntries = *entries;
-    control.StartLog();
-    cmdCancel_Click();
-}
-
-void frmLogging::cmdCancel_Click() {
-    Unload();
+    emit LogStarted();
+    return true;
 }
 
 } // namespace ztm

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "monitor/Channels.h"
-#include "ui/kit/Form.h"
+#include "ui/kit/Dialog.h"
 
 #include <array>
 
@@ -9,7 +9,6 @@ class QCheckBox;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
-class QPushButton;
 
 namespace ztm {
 
@@ -17,11 +16,15 @@ namespace ztm {
 /// written and when the log ends. OK asks for the file and starts the log. A negative interval
 /// or limit, or one of more than 2147483647, is refused with a message; a file that cannot be
 /// created leaves the dialog open with the reason in it, and nothing changed.
-class frmLogging final : public Form {
+class frmLogging final : public Dialog {
     Q_OBJECT
 
 public:
     frmLogging();
+
+signals:
+    /// OK has started a log.
+    void LogStarted();
 
 private:
     void SetupUi();
@@ -29,16 +32,12 @@ private:
     QGroupBox *NewOptionsFrame();
     void PlaceChannels();
     void Form_Load();
-
-    void cmdOK_Click();
-    void cmdCancel_Click();
+    bool Apply() override;
 
     std::array<QCheckBox *, ChannelCount> chkLog;
     QLineEdit *txtLogInt;
     QLineEdit *txtNumLogs;
     QLabel *lblProblem;
-    QPushButton *cmdOK;
-    QPushButton *cmdCancel;
 };
 
 } // namespace ztm

@@ -107,7 +107,7 @@ void frmManual::ConnectSignals() {
 
 void frmManual::Form_Load() {
     WritePending();
-    if (DeviceName == ZTM7710) {
+    if (HasOneFan()) {
         LayOutForOneFan();
     }
     ManualDialogOpen = true;

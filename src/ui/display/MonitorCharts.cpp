@@ -128,7 +128,7 @@ void MonitorCharts::ShowGraphType() {
 }
 
 void MonitorCharts::LayOutForVariant() {
-    if (DeviceName != ZTM7710) {
+    if (!HasOneFan()) {
         return;
     }
     const QString remote = ToQString(Channels[1].NameZTM7710);

@@ -2,20 +2,20 @@
 
 #include "common/NumberText.h"
 #include "common/Numbers.h"
+#include "link/LinkState.h"
 #include "link/Registers.h"
 #include "link/USBComms.h"
-#include "monitor/MeasurementHistory.h"
 #include "monitor/MonitorSettings.h"
 #include "ui/display/MonitorCharts.h"
 #include "ui/display/frmBigGraph.h"
 #include "ui/display/frmGraphOptions.h"
+#include "ui/display/frmSetupLog.h"
 #include "ui/instruments/Gauge.h"
 #include "ui/instruments/ToggleIndicator.h"
 #include "ui/kit/Controls.h"
 #include "ui/kit/Frame.h"
 #include "ui/kit/Messages.h"
 #include "ui/kit/Text.h"
-#include "ui/session/frmSetupLog.h"
 
 #include <QButtonGroup>
 #include <QGridLayout>
@@ -49,8 +49,7 @@ const Channel &ChannelAt(int channel) {
 
 /// What the variant of the session calls a channel.
 QString NameOf(int channel) {
-    return ToQString(DeviceName == ZTM7710 ? ChannelAt(channel).NameZTM7710
-                                           : ChannelAt(channel).Name);
+    return ToQString(HasOneFan() ? ChannelAt(channel).NameZTM7710 : ChannelAt(channel).Name);
 }
 
 void SetBands(Gauge &gauge, double start, double end) {
@@ -275,13 +274,8 @@ void VisualDisplayPage::UpdateGauge() {
                      QString::fromUtf8(kind.unit));
 }
 
-void VisualDisplayPage::ShowGraphType() {
-    charts->ShowGraphType();
-}
-
 void VisualDisplayPage::UpdateCharts() {
     charts->ShowGraphType();
-    RecordMeasurements();
     charts->HistoryChanged();
     if (auto *bigGraph = BigGraphEnabled ? LoadedForm<frmBigGraph>() : nullptr) {
         bigGraph->UpdateCharts();
@@ -299,7 +293,8 @@ void VisualDisplayPage::cmdEasySetup_Click() {
 }
 
 void VisualDisplayPage::cmdGraphOptions_Click() {
-    ShowForm<frmGraphOptions>();
+    connect(&ShowForm<frmGraphOptions>(), &frmGraphOptions::Applied, charts,
+            &MonitorCharts::ShowGraphType, Qt::UniqueConnection);
 }
 
 void VisualDisplayPage::cmdSetUpLog_Click() {

@@ -32,11 +32,8 @@ public:
     void UpdateAlerts();
     void UpdateGauge();
 
-    /// Adds the measurements to the history and shows it in the charts.
+    /// Shows in the charts what has been added to the history.
     void UpdateCharts();
-
-    /// Shows the chart that `GraphType` asks for.
-    void ShowGraphType();
 
 signals:
     /// The first visit asks for the monitor timer's period.

@@ -10,7 +10,6 @@
 #include "ui/kit/Frame.h"
 #include "ui/kit/Messages.h"
 #include "ui/kit/Text.h"
-#include "ui/session/frmMain.h"
 
 #include <QCheckBox>
 #include <QGridLayout>
@@ -61,12 +60,8 @@ QWidget *NewBoxRow(QLineEdit *&box, const char *name, const QString &caption, QW
 
 } // namespace
 
-frmGraphOptions::frmGraphOptions() : Form(QStringLiteral("frmGraphOptions")) {
-    setWindowTitle(tr("Options"));
+frmGraphOptions::frmGraphOptions() : Dialog(QStringLiteral("frmGraphOptions"), tr("Options")) {
     SetupUi();
-    connect(cmdOK, &QPushButton::clicked, this, &frmGraphOptions::cmdOK_Click);
-    connect(cmdApply, &QPushButton::clicked, this, &frmGraphOptions::cmdApply_Click);
-    connect(cmdCancel, &QPushButton::clicked, this, &frmGraphOptions::cmdCancel_Click);
     Form_Load();
 }
 
@@ -76,10 +71,7 @@ void frmGraphOptions::SetupUi() {
     layout->addWidget(NewSmbusFrame(), 1, 0);
     layout->addWidget(NewEventsFrame(), 0, 1, 2, 1);
     layout->addWidget(NewGraphFrame(), 2, 0, 1, 2);
-    cmdOK = NewButton("cmdOK", tr("OK"), this);
-    cmdApply = NewButton("cmdApply", tr("Apply"), this);
-    cmdCancel = NewButton("cmdCancel", tr("Cancel"), this);
-    layout->addLayout(NewButtonRow({cmdOK, cmdApply, cmdCancel}), 3, 0, 1, 2);
+    layout->addLayout(NewOkApplyCancelRow(), 3, 0, 1, 2);
     layout->setRowStretch(2, 1);
 }
 
@@ -166,24 +158,8 @@ bool frmGraphOptions::Apply() {
     if (BigGraphEnabled) {
         ShowForm<frmBigGraph>();
     }
-    if (auto *mainWindow = LoadedForm<frmMain>()) {
-        mainWindow->ShowGraphType();
-    }
+    emit Applied();
     return true;
-}
-
-void frmGraphOptions::cmdApply_Click() {
-    Apply();
-}
-
-void frmGraphOptions::cmdOK_Click() {
-    if (Apply()) {
-        cmdCancel_Click();
-    }
-}
-
-void frmGraphOptions::cmdCancel_Click() {
-    Unload();
 }
 
 } // namespace ztm

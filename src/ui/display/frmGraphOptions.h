@@ -1,25 +1,28 @@
 #pragma once
 
-#include "ui/kit/Form.h"
+#include "ui/kit/Dialog.h"
 
 #include <array>
 
 class QCheckBox;
 class QGroupBox;
 class QLineEdit;
-class QPushButton;
 class QRadioButton;
 
 namespace ztm {
 
 /// The dialog "Options": how often the monitor runs, what it does and which chart is shown. It
-/// stores nothing before Apply or OK. A monitoring interval outside 1 to 32767 ms or a delay
-/// outside 0 to 32767 ms is refused with a message, and nothing is stored then.
-class frmGraphOptions final : public Form {
+/// stores nothing before Apply or OK. A monitoring interval outside 1 to 32767 ms or a negative
+/// delay is refused with a message, and nothing is stored then.
+class frmGraphOptions final : public Dialog {
     Q_OBJECT
 
 public:
     frmGraphOptions();
+
+signals:
+    /// Everything has been stored.
+    void Applied();
 
 private:
     void SetupUi();
@@ -29,10 +32,7 @@ private:
     QGroupBox *NewGraphFrame();
     void Form_Load();
 
-    bool Apply();
-    void cmdApply_Click();
-    void cmdOK_Click();
-    void cmdCancel_Click();
+    bool Apply() override;
 
     QLineEdit *txtInterval;
     QLineEdit *txtSMBusDelay;
@@ -44,9 +44,6 @@ private:
     QCheckBox *chkMonInRW;
     QCheckBox *chkBigGraph;
     std::array<QRadioButton *, 3> optGraphType; // temperature, fan speed, both
-    QPushButton *cmdOK;
-    QPushButton *cmdApply;
-    QPushButton *cmdCancel;
 };
 
 } // namespace ztm

@@ -1,7 +1,6 @@
 #include "ui/fan/ControlSourceBoxes.h"
 
-#include "fan/FanCodes.h"
-#include "link/GeneralSubs.h"
+#include "fan/ControlSources.h"
 #include "link/LinkState.h"
 #include "ui/kit/Controls.h"
 #include "ui/kit/Text.h"
@@ -11,11 +10,14 @@
 namespace ztm {
 namespace {
 
-constexpr int32_t sourceBits = 0x03;
-constexpr int sourceShift = 2; // of fan 2's bits
+void AddSources(QComboBox &box, std::span<const ControlSource> sources) {
+    for (const ControlSource &source : sources) {
+        box.addItem(ToQString(source.Text));
+    }
+}
 
-std::string TextOf(const QComboBox &box) {
-    return box.currentText().toStdString();
+void ShowSource(QComboBox &box, std::span<const ControlSource> sources, int32_t code) {
+    box.setCurrentIndex(static_cast<int>(PositionOf(sources, code)));
 }
 
 } // namespace
@@ -23,9 +25,7 @@ std::string TextOf(const QComboBox &box) {
 QComboBox *NewControlSourceBox(const QString &name, QWidget *parent) {
     auto *box = new QComboBox(parent);
     box->setObjectName(name);
-    for (const std::string_view source : ControlSources) {
-        box->addItem(ToQString(source));
-    }
+    AddSources(*box, ControlSources);
     return box;
 }
 
@@ -33,25 +33,25 @@ QComboBox *NewControlSource33Box(const QString &accessibleName, QWidget *parent)
     auto *box = Named(new QComboBox(parent), "cmbSource33");
     box->setAccessibleName(accessibleName);
     box->hide();
-    for (const ControlSource33 &source : ControlSources33) {
-        box->addItem(ToQString(source.Text));
-    }
+    AddSources(*box, OneRemoteControlSources);
     return box;
 }
 
 void ShowControlSources(int32_t behaviour, const std::array<QComboBox *, 2> &fans,
                         QComboBox &source33) {
-    const int32_t first = behaviour & sourceBits;
-    source33.setCurrentIndex(static_cast<int>(ControlSource33Item(first)));
-    fans[0]->setCurrentIndex(first);
-    fans[1]->setCurrentIndex(behaviour >> sourceShift & sourceBits);
+    ShowSource(source33, OneRemoteControlSources, ControlSourceFields[0].In(behaviour));
+    for (size_t fan = 0; fan < fans.size(); ++fan) {
+        ShowSource(*fans[fan], ControlSources, ControlSourceFields[fan].In(behaviour));
+    }
 }
 
 int32_t ChosenBehaviour(const std::array<QComboBox *, 2> &fans, const QComboBox &source33) {
-    if (DeviceName == ZTM7710) {
-        return ControlSource33Code(TextOf(source33));
+    const auto &[first, second] = ControlSourceFields;
+    if (HasOneFan()) {
+        return first.With(0, CodeOf(OneRemoteControlSources, TextOf(source33)));
     }
-    return ControlSourceCode(TextOf(*fans[1])) << sourceShift | ControlSourceCode(TextOf(*fans[0]));
+    return second.With(first.With(0, ControlSourceCode(TextOf(*fans[0]))),
+                       ControlSourceCode(TextOf(*fans[1])));
 }
 
 } // namespace ztm

@@ -1,6 +1,6 @@
 #include "ui/fan/LookupGraph.h"
 
-#include "fan/GraphSettings.h"
+#include "fan/LookupGraphScale.h"
 #include "link/LinkState.h"
 #include "ui/kit/Twips.h"
 

@@ -1,6 +1,6 @@
 #include "ui/fan/LookupGraphPanel.h"
 
-#include "fan/GraphSettings.h"
+#include "fan/LookupGraphScale.h"
 #include "ui/fan/LookupGraph.h"
 #include "ui/kit/Controls.h"
 #include "ui/kit/Text.h"

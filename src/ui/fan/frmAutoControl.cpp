@@ -1,7 +1,8 @@
 #include "ui/fan/frmAutoControl.h"
 
 #include "common/Numbers.h"
-#include "fan/GraphSettings.h"
+#include "fan/FanCodes.h"
+#include "fan/LookupGraphScale.h"
 #include "link/GeneralSubs.h"
 #include "link/LinkState.h"
 #include "link/Registers.h"
@@ -44,8 +45,8 @@ LookupPoint &PointAt(int point) {
 
 } // namespace
 
-frmAutoControl::frmAutoControl() : Form(QStringLiteral("frmAutoControl")) {
-    setWindowTitle(tr("Auto-Control Response"));
+frmAutoControl::frmAutoControl()
+    : Dialog(QStringLiteral("frmAutoControl"), tr("Auto-Control Response")) {
     SetupUi();
     ConnectSignals();
     Form_Load();
@@ -69,10 +70,7 @@ void frmAutoControl::SetupUi() {
     layout->addWidget(graphPanel, 0, 0);
     layout->addWidget(sldRange, 0, 1);
     layout->addLayout(settings, 0, 2);
-    cmdOK = NewButton("cmdOK", tr("OK"), this);
-    cmdApply = NewButton("cmdApply", tr("Apply"), this);
-    cmdCancel = NewButton("cmdCancel", tr("Cancel"), this);
-    layout->addLayout(NewButtonRow({cmdOK, cmdApply, cmdCancel}), 1, 0, 1, 3);
+    layout->addLayout(NewOkApplyCancelRow(), 1, 0, 1, 3);
     layout->setColumnStretch(0, 1);
     layout->setRowStretch(0, 1);
 }
@@ -80,16 +78,10 @@ void frmAutoControl::SetupUi() {
 QGroupBox *frmAutoControl::NewSourceFrame() {
     auto *frame = Named(new Frame(tr("Fan Control Source"), this), "Frame2");
     auto *layout = new QGridLayout(frame);
-    Label3 = Named(new QLabel(tr("Fan1"), frame), "Label3");
-    Label4 = Named(new QLabel(tr("Fan2"), frame), "Label4");
     cmbControl[0] = NewControlSourceBox(QStringLiteral("cmbControl(0)"), frame);
     cmbControl[1] = NewControlSourceBox(QStringLiteral("cmbControl(1)"), frame);
-    layout->addWidget(Label3, 0, 0);
-    layout->addWidget(cmbControl[0], 0, 1);
-    layout->addWidget(Label4, 1, 0);
-    layout->addWidget(cmbControl[1], 1, 1);
-    Label3->setBuddy(cmbControl[0]);
-    Label4->setBuddy(cmbControl[1]);
+    Label3 = Named(AddRow(*layout, 0, tr("Fan1"), cmbControl[0]), "Label3");
+    Label4 = Named(AddRow(*layout, 1, tr("Fan2"), cmbControl[1]), "Label4");
     cmbSource33 = NewControlSource33Box(tr("Fan Control Source"), frame);
     layout->addWidget(cmbSource33, 0, 1);
     layout->setColumnStretch(1, 1);
@@ -119,16 +111,14 @@ QGroupBox *frmAutoControl::NewPointFrame() {
     optControl[0]->setChecked(true);
     auto *layout = new QGridLayout(frame);
     layout->addLayout(points, 0, 0, 1, 2);
-    const auto addRow = [&](int row, const QString &caption, const char *labelName,
-                            const char *name, QLineEdit *&box, SpinRange spin) {
-        auto *spinBox = NewSpinBox(box, QLatin1String(name), spin, frame);
-        auto *label = Named(new QLabel(caption, frame), labelName);
-        label->setBuddy(box);
-        layout->addWidget(label, row, 0);
-        layout->addWidget(spinBox, row, 1, Qt::AlignLeft);
-    };
-    addRow(1, tr("Temperature"), "Label1", "txtTLookUp", txtTLookUp, temperatureSpin);
-    addRow(2, tr("RPM"), "Label2", "txtRPMLookup", txtRPMLookup, rpmSpin);
+    const NumberRow temperature =
+        AddNumberRow(*layout, 1, tr("Temperature"), QStringLiteral("txtTLookUp"), temperatureSpin);
+    const NumberRow rpm =
+        AddNumberRow(*layout, 2, tr("RPM"), QStringLiteral("txtRPMLookup"), rpmSpin);
+    Named(temperature.label, "Label1");
+    Named(rpm.label, "Label2");
+    txtTLookUp = temperature.box;
+    txtRPMLookup = rpm.box;
     WatchRange(*txtTLookUp, lowestCelsius, highestCelsius, tr("°C"));
     layout->setColumnStretch(1, 1);
     return frame;
@@ -152,9 +142,6 @@ void frmAutoControl::ConnectSignals() {
     connect(pctGraph, &LookupGraph::MouseMoved, this, &frmAutoControl::pctGraph_MouseMove);
     connect(pctGraph, &LookupGraph::MoveWanted, this, &frmAutoControl::MovePoint);
     connect(sldRange, &ValueSlider::ValueChanged, this, &frmAutoControl::sldRange_Change);
-    connect(cmdOK, &QPushButton::clicked, this, &frmAutoControl::cmdOK_Click);
-    connect(cmdApply, &QPushButton::clicked, this, &frmAutoControl::cmdApply_Click);
-    connect(cmdCancel, &QPushButton::clicked, this, &frmAutoControl::cmdCancel_Click);
 }
 
 void frmAutoControl::LayoutOneFan() {
@@ -167,7 +154,7 @@ void frmAutoControl::LayoutOneFan() {
 }
 
 void frmAutoControl::Form_Load() {
-    if (DeviceName == ZTM7710) {
+    if (HasOneFan()) {
         LayoutOneFan();
     }
     for (int point = 0; point < LookupPoints; ++point) {
@@ -273,7 +260,7 @@ void frmAutoControl::MovePoint(int celsius, int rpm) {
 /// Escape puts a carried point back to where it was, whichever control has the focus.
 void frmAutoControl::keyPressEvent(QKeyEvent *event) {
     if (event->key() != Qt::Key_Escape || !pctGraph->carriedAt) {
-        Form::keyPressEvent(event);
+        Dialog::keyPressEvent(event);
         return;
     }
     pctGraph->carriedAt.reset();
@@ -289,9 +276,8 @@ void frmAutoControl::sldRange_Change(double value) {
     PlotData();
 }
 
-void frmAutoControl::cmdApply_Click() {
-    WriteRegister(Configuration2,
-                  WithBit(ReadRegister(Configuration2), LinearBit, optLinear->isChecked()));
+bool frmAutoControl::Apply() {
+    WriteField(TransitionField, optLinear->isChecked());
     for (int point = 0; point < LookupPoints; ++point) {
         WritePointTemperature(point, PointAt(point).Temperature);
     }
@@ -299,15 +285,7 @@ void frmAutoControl::cmdApply_Click() {
         WritePointRpm(point, PointAt(point).RPM);
     }
     WriteRegister(FanBehaviour, ChosenBehaviour(cmbControl, *cmbSource33));
-}
-
-void frmAutoControl::cmdOK_Click() {
-    cmdApply_Click();
-    cmdCancel_Click();
-}
-
-void frmAutoControl::cmdCancel_Click() {
-    Unload();
+    return true;
 }
 
 /// Meanwhile the fan configuration may have selected the other table.
@@ -319,7 +297,7 @@ void frmAutoControl::changeEvent(QEvent *event) {
             PlotData();
         }
     }
-    Form::changeEvent(event);
+    Dialog::changeEvent(event);
 }
 
 } // namespace ztm

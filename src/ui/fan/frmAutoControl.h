@@ -1,7 +1,7 @@
 #pragma once
 
 #include "fan/LookupTable.h"
-#include "ui/kit/Form.h"
+#include "ui/kit/Dialog.h"
 
 #include <array>
 
@@ -9,7 +9,6 @@ class QComboBox;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
-class QPushButton;
 class QRadioButton;
 
 namespace ztm {
@@ -23,7 +22,7 @@ class ValueSlider;
 /// put down by the next one, typed, or moved by the arrow keys on the graph. Loading reads the
 /// table in use from the chip; nothing reaches the chip before Apply or OK. Numbers that the
 /// chip cannot hold are marked in place and limited when they are written.
-class frmAutoControl final : public Form {
+class frmAutoControl final : public Dialog {
     Q_OBJECT
 
 public:
@@ -53,9 +52,7 @@ private:
     void pctGraph_MouseMove(QPointF place);
     void MovePoint(int celsius, int rpm);
     void sldRange_Change(double value);
-    void cmdApply_Click();
-    void cmdOK_Click();
-    void cmdCancel_Click();
+    bool Apply() override;
 
     int SelectedPoint = 0;
     bool shownEightPointMode = false;              // which table the boxes show a point of
@@ -73,9 +70,6 @@ private:
     std::array<QRadioButton *, LookupPoints> optControl;
     QLineEdit *txtTLookUp;
     QLineEdit *txtRPMLookup;
-    QPushButton *cmdOK;
-    QPushButton *cmdApply;
-    QPushButton *cmdCancel;
 };
 
 } // namespace ztm

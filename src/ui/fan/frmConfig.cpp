@@ -1,18 +1,14 @@
 #include "ui/fan/frmConfig.h"
 
-#include "common/NumberText.h"
-#include "common/Numbers.h"
 #include "fan/FanCodes.h"
 #include "link/LinkState.h"
 #include "link/Registers.h"
 #include "link/USBComms.h"
-#include "ui/control/ControlPage.h"
 #include "ui/fan/ControlSourceBoxes.h"
 #include "ui/kit/Controls.h"
 #include "ui/kit/Frame.h"
 #include "ui/kit/Text.h"
 #include "ui/kit/Twips.h"
-#include "ui/session/frmMain.h"
 
 #include <QComboBox>
 #include <QGridLayout>
@@ -24,14 +20,6 @@ namespace ztm {
 namespace {
 
 constexpr int oneFanFrameLeft = 2040; // twips
-constexpr int32_t codeBits = 0x07;
-constexpr int32_t polesBits = 0x0F;
-constexpr int fanShift = 4; // of fan 2's field in the other registers
-
-/// The field of a fan in a register that has one in each half.
-int32_t HalfOf(int32_t value, size_t fan) {
-    return fan == 0 ? value : value >> fanShift;
-}
 
 template <class List>
 QComboBox *NewBox(const QString &name, const List &items, QWidget *page) {
@@ -43,38 +31,27 @@ QComboBox *NewBox(const QString &name, const List &items, QWidget *page) {
     return box;
 }
 
-std::string TextOf(const QComboBox &box) {
-    return box.currentText().toStdString();
-}
-
-/// Both fans' codes of a list in one register.
+/// The value of a register that holds one code of each fan and nothing else.
 template <class Code>
-int32_t BothFans(const std::array<QComboBox *, 2> &boxes, Code code) {
-    return code(TextOf(*boxes[1])) << fanShift | code(TextOf(*boxes[0]));
+int32_t BothFans(const std::array<RegisterField, 2> &fields,
+                 const std::array<QComboBox *, 2> &boxes, Code code) {
+    return fields[1].With(fields[0].With(0, code(TextOf(*boxes[0]))), code(TextOf(*boxes[1])));
 }
 
 /// Shows a number of poles, as an item of its own if the list does not have it.
-void ShowPoles(QComboBox &box, int32_t field) {
-    const QString text = ToQString(PolesText(field));
+void ShowPoles(QComboBox &box, int32_t code) {
+    const QString text = ToQString(PolesText(code));
     if (box.findText(text) < 0) {
         box.addItem(text);
     }
     box.setCurrentText(text);
 }
 
-int32_t PolesOf(const std::string &text) {
-    return ToInt32(NumericValue(text));
-}
-
 } // namespace
 
-frmConfig::frmConfig() : Form(QStringLiteral("frmConfig")) {
-    setWindowTitle(tr("Fan Configuration"));
+frmConfig::frmConfig() : Dialog(QStringLiteral("frmConfig"), tr("Fan Configuration")) {
     SetupUi();
     connect(SSTab1, &QTabWidget::currentChanged, this, &frmConfig::SSTab1_Click);
-    connect(cmdOK, &QPushButton::clicked, this, &frmConfig::cmdOK_Click);
-    connect(cmdApply, &QPushButton::clicked, this, &frmConfig::cmdApply_Click);
-    connect(cmdCancel, &QPushButton::clicked, this, &frmConfig::cmdCancel_Click);
     Form_Load();
 }
 
@@ -83,12 +60,9 @@ void frmConfig::SetupUi() {
     SSTab1->addTab(NewGeneralPage(), tr("General"));
     SSTab1->addTab(NewFanPage(0), tr("Fan1"));
     SSTab1->addTab(NewFanPage(1), tr("Fan2"));
-    cmdOK = NewButton("cmdOK", tr("OK"), this);
-    cmdApply = NewButton("cmdApply", tr("Apply"), this);
-    cmdCancel = NewButton("cmdCancel", tr("Cancel"), this);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(SSTab1);
-    layout->addLayout(NewButtonRow({cmdOK, cmdApply, cmdCancel}));
+    layout->addLayout(NewOkApplyCancelRow());
 }
 
 QWidget *frmConfig::NewGeneralPage() {
@@ -129,10 +103,7 @@ QWidget *frmConfig::NewFanPage(size_t fan) {
                                        {tr("Control Source"), cmbSource[fan]},
                                        {tr("RPM Mode Response"), cmbRPMResponse[fan]},
                                        {tr("Acoustic Ramp Rate"), cmbRamp[fan]}}) {
-        auto *label = new QLabel(caption, page);
-        label->setBuddy(box);
-        layout->addWidget(label, row, 0);
-        layout->addWidget(box, row, 1);
+        AddRow(*layout, row, caption, box);
         ++row;
     }
     if (fan == 0) {
@@ -156,26 +127,26 @@ void frmConfig::LayoutOneFan() {
 }
 
 void frmConfig::Form_Load() {
-    if (DeviceName == ZTM7710) {
+    if (HasOneFan()) {
         LayoutOneFan();
     }
-    const bool automatic = (ReadRegister(Configuration1) & SoftwareTableBit) != 0;
+    const bool automatic = ControlTypeField.In(ReadRegister(Configuration1)) != 0;
     (automatic ? optAuto : optManual)->setChecked(true);
-    const bool eightPoints = (ReadRegister(Configuration2) & EightPointBit) != 0;
+    const bool eightPoints = TableLayoutField.In(ReadRegister(Configuration2)) != 0;
     (eightPoints ? opt8Points : opt4Points)->setChecked(true);
     const int32_t poles = ReadRegister(Configuration3);
     const int32_t response = ReadRegister(FanResponse);
     ShowControlSources(ReadRegister(FanBehaviour), cmbSource, *cmbSource33);
     const int32_t ramp = ReadRegister(EnhanceAcoustics);
     for (size_t fan = 0; fan < cmbPoles.size(); ++fan) {
-        ShowPoles(*cmbPoles[fan], HalfOf(poles, fan) & polesBits);
-        cmbRPMResponse[fan]->setCurrentIndex(HalfOf(response, fan) & codeBits);
-        cmbRamp[fan]->setCurrentIndex(HalfOf(ramp, fan) & codeBits);
+        ShowPoles(*cmbPoles[fan], FanPolesFields[fan].In(poles));
+        cmbRPMResponse[fan]->setCurrentIndex(FanResponseFields[fan].In(response));
+        cmbRamp[fan]->setCurrentIndex(RampRateFields[fan].In(ramp));
     }
 }
 
 std::vector<QComboBox *> frmConfig::BoxesInTurn() const {
-    if (DeviceName == ZTM7710) {
+    if (HasOneFan()) {
         return {cmbPoles[0], cmbRPMResponse[0], cmbSource33, cmbRamp[0]};
     }
     std::vector<QComboBox *> boxes;
@@ -191,30 +162,18 @@ void frmConfig::SSTab1_Click() {
     for (QComboBox *box : BoxesInTurn()) {
         box->setFocus();
     }
-    cmdOK->setFocus();
+    OkButton().setFocus();
 }
 
-void frmConfig::cmdApply_Click() {
-    WriteRegister(Configuration1,
-                  WithBit(ReadRegister(Configuration1), SoftwareTableBit, optAuto->isChecked()));
-    if (auto *mainWindow = LoadedForm<frmMain>()) {
-        mainWindow->Control().ShowControlType(optAuto->isChecked());
-    }
-    WriteRegister(Configuration2,
-                  WithBit(ReadRegister(Configuration2), EightPointBit, opt8Points->isChecked()));
-    WriteRegister(Configuration3, BothFans(cmbPoles, PolesOf));
-    WriteRegister(FanResponse, BothFans(cmbRPMResponse, SetFanResponse));
-    WriteRegister(EnhanceAcoustics, BothFans(cmbRamp, SetRampRate));
+bool frmConfig::Apply() {
+    WriteField(ControlTypeField, optAuto->isChecked());
+    emit ControlTypeApplied(optAuto->isChecked());
+    WriteField(TableLayoutField, opt8Points->isChecked());
+    WriteRegister(Configuration3, BothFans(FanPolesFields, cmbPoles, PolesCode));
+    WriteRegister(FanResponse, BothFans(FanResponseFields, cmbRPMResponse, SetFanResponse));
+    WriteRegister(EnhanceAcoustics, BothFans(RampRateFields, cmbRamp, SetRampRate));
     WriteRegister(FanBehaviour, ChosenBehaviour(cmbSource, *cmbSource33));
-}
-
-void frmConfig::cmdOK_Click() {
-    cmdApply_Click();
-    cmdCancel_Click();
-}
-
-void frmConfig::cmdCancel_Click() {
-    Unload();
+    return true;
 }
 
 } // namespace ztm

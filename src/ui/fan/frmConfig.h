@@ -1,13 +1,12 @@
 #pragma once
 
-#include "ui/kit/Form.h"
+#include "ui/kit/Dialog.h"
 
 #include <array>
 #include <vector>
 
 class QComboBox;
 class QGroupBox;
-class QPushButton;
 class QRadioButton;
 class QTabWidget;
 
@@ -17,11 +16,15 @@ namespace ztm {
 /// its poles, control source, response and ramp rate. It reads six registers when it loads and
 /// writes the same six on Apply or OK. A number of poles that the list does not have is shown as
 /// it is, so that Apply writes it back.
-class frmConfig final : public Form {
+class frmConfig final : public Dialog {
     Q_OBJECT
 
 public:
     frmConfig();
+
+signals:
+    /// Apply has written the control type.
+    void ControlTypeApplied(bool automatic);
 
 private:
     void SetupUi();
@@ -31,10 +34,7 @@ private:
     void LayoutOneFan();
     void SSTab1_Click();
     std::vector<QComboBox *> BoxesInTurn() const;
-
-    void cmdApply_Click();
-    void cmdOK_Click();
-    void cmdCancel_Click();
+    bool Apply() override;
 
     QTabWidget *SSTab1;
     QGroupBox *Frame5;
@@ -48,9 +48,6 @@ private:
     QComboBox *cmbSource33;
     std::array<QComboBox *, 2> cmbRPMResponse;
     std::array<QComboBox *, 2> cmbRamp;
-    QPushButton *cmdOK;
-    QPushButton *cmdApply;
-    QPushButton *cmdCancel;
 };
 
 } // namespace ztm

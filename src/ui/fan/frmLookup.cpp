@@ -1,5 +1,6 @@
 #include "ui/fan/frmLookup.h"
 
+#include "common/At.h"
 #include "common/NumberText.h"
 #include "files/LutFile.h"
 #include "link/GeneralSubs.h"
@@ -71,8 +72,7 @@ bool ShowPiece(QLineEdit &box, const std::string &piece) {
 
 } // namespace
 
-frmLookup::frmLookup() : Form(QStringLiteral("frmLookup")) {
-    setWindowTitle(tr("Set Lookup Points"));
+frmLookup::frmLookup() : Dialog(QStringLiteral("frmLookup"), tr("Set Lookup Points")) {
     SetupUi();
     ConnectSignals();
     Form_Load();
@@ -118,17 +118,12 @@ QLayout *frmLookup::NewButtonColumn() {
     cmdTestData = NewButton("cmdTestData", tr("Generate Test Points"), this);
     cmdSaveLUT = NewButton("cmdSaveLUT", tr("Save Table"), this);
     cmdLoadLUT = NewButton("cmdLoadLUT", tr("Load Table"), this);
-    cmdOK = NewButton("cmdOK", tr("OK"), this);
-    cmdApply = NewButton("cmdApply", tr("Apply"), this);
-    cmdCancel = NewButton("cmdCancel", tr("Cancel"), this);
     auto *column = new QVBoxLayout;
     for (auto *button : {cmdTestData, cmdSaveLUT, cmdLoadLUT}) {
         column->addWidget(button);
     }
     column->addStretch();
-    for (auto *button : {cmdOK, cmdApply, cmdCancel}) {
-        column->addWidget(button);
-    }
+    AddOkApplyCancel(*column);
     return column;
 }
 
@@ -136,9 +131,6 @@ void frmLookup::ConnectSignals() {
     connect(cmdTestData, &QPushButton::clicked, this, &frmLookup::cmdTestData_Click);
     connect(cmdSaveLUT, &QPushButton::clicked, this, &frmLookup::cmdSaveLUT_Click);
     connect(cmdLoadLUT, &QPushButton::clicked, this, &frmLookup::cmdLoadLUT_Click);
-    connect(cmdOK, &QPushButton::clicked, this, &frmLookup::cmdOK_Click);
-    connect(cmdApply, &QPushButton::clicked, this, &frmLookup::cmdApply_Click);
-    connect(cmdCancel, &QPushButton::clicked, this, &frmLookup::cmdCancel_Click);
 }
 
 /// Numbers the points, anew for fan 2 where it has a table of its own.
@@ -225,22 +217,14 @@ void frmLookup::cmdLoadLUT_Click() {
     }
 }
 
-void frmLookup::cmdApply_Click() {
+bool frmLookup::Apply() {
     for (int point = 0; point < LookupPoints; ++point) {
-        WritePointTemperature(point, NumberIn(*txtTemp[static_cast<size_t>(point)]));
+        WritePointTemperature(point, NumberIn(*At(txtTemp, point)));
     }
     for (int point = 0; point < LookupPoints; ++point) {
-        WritePointRpm(point, NumberIn(*txtRPM[static_cast<size_t>(point)]));
+        WritePointRpm(point, NumberIn(*At(txtRPM, point)));
     }
-}
-
-void frmLookup::cmdOK_Click() {
-    cmdApply_Click();
-    cmdCancel_Click();
-}
-
-void frmLookup::cmdCancel_Click() {
-    Unload();
+    return true;
 }
 
 } // namespace ztm

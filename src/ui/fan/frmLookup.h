@@ -1,7 +1,7 @@
 #pragma once
 
 #include "fan/LookupTable.h"
-#include "ui/kit/Form.h"
+#include "ui/kit/Dialog.h"
 
 #include <array>
 
@@ -16,7 +16,7 @@ namespace ztm {
 /// chip when it loads and writes it on Apply or OK; test points and table files act on the boxes
 /// only. Numbers that the chip cannot hold are marked in place and limited when they are
 /// written. A file that cannot be written or read ends its action silently.
-class frmLookup final : public Form {
+class frmLookup final : public Dialog {
     Q_OBJECT
 
 public:
@@ -34,9 +34,7 @@ private:
     void cmdTestData_Click();
     void cmdSaveLUT_Click();
     void cmdLoadLUT_Click();
-    void cmdApply_Click();
-    void cmdOK_Click();
-    void cmdCancel_Click();
+    bool Apply() override;
 
     QGroupBox *Frame1;
     std::array<QLabel *, 2> lblFan; // headings of the layout with a table for each fan
@@ -46,9 +44,6 @@ private:
     QPushButton *cmdTestData;
     QPushButton *cmdSaveLUT;
     QPushButton *cmdLoadLUT;
-    QPushButton *cmdOK;
-    QPushButton *cmdApply;
-    QPushButton *cmdCancel;
 };
 
 } // namespace ztm

@@ -1,12 +1,11 @@
 #pragma once
 
-#include "ui/kit/Form.h"
+#include "ui/kit/Dialog.h"
 
 class QCheckBox;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
-class QPushButton;
 
 namespace ztm {
 
@@ -14,7 +13,7 @@ namespace ztm {
 /// disable bit. It reads the chip when it loads and writes it on OK. A limit outside −64 to
 /// 191 °C or a hysteresis outside 0 to 15 is marked in place; what is written is the nearest
 /// limit that has an encoding, and the lower four bits of the hysteresis.
-class frmThermTemp final : public Form {
+class frmThermTemp final : public Dialog {
     Q_OBJECT
 
 public:
@@ -26,8 +25,7 @@ private:
     QGroupBox *NewControlFrame();
     void Form_Load();
     void ApplyTempChanges();
-    void cmdOK_Click();
-    void cmdCancel_Click();
+    bool Apply() override;
 
     QLabel *Label2;
     QLabel *Label3;
@@ -37,8 +35,6 @@ private:
     QLineEdit *txtR2;
     QLineEdit *txtHyst;
     QCheckBox *chkBoost;
-    QPushButton *cmdOK;
-    QPushButton *cmdCancel;
 };
 
 } // namespace ztm

@@ -1,6 +1,7 @@
 #include "ui/fan/frmThermTimer.h"
 
 #include "common/Numbers.h"
+#include "fan/ThermFields.h"
 #include "link/LinkState.h"
 #include "link/Registers.h"
 #include "link/USBComms.h"
@@ -8,6 +9,7 @@
 #include "ui/kit/Controls.h"
 #include "ui/kit/Fields.h"
 #include "ui/kit/Frame.h"
+#include "ui/kit/Text.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -20,68 +22,43 @@
 namespace ztm {
 namespace {
 
-// Configuration4: THERM events per channel in bits 0 to 2, the time window in bits 6 to 4.
-constexpr int32_t localEventBit = 0x01;
-constexpr int32_t remote1EventBit = 0x02;
-constexpr int32_t remote2EventBit = 0x04;
-constexpr int32_t windowBits = 0x70;
-constexpr int windowShift = 4;
-constexpr int32_t referenceBit = 0x80;
-
 constexpr double largestPercent = 100;
 constexpr int percentDecimals = 2;
 
-/// The time windows, by their code.
-const QStringList &Windows() {
-    static const QStringList windows{QStringLiteral(".25 sec"), QStringLiteral(".5 sec"),
-                                     QStringLiteral("1 sec"),   QStringLiteral("2 sec"),
-                                     QStringLiteral("4 sec"),   QStringLiteral("8 sec")};
-    return windows;
-}
-
 } // namespace
 
-frmThermTimer::frmThermTimer() : Form(QStringLiteral("frmThermTimer")) {
-    setWindowTitle(tr("THERM Timer"));
+frmThermTimer::frmThermTimer() : Dialog(QStringLiteral("frmThermTimer"), tr("THERM Timer")) {
     SetupUi();
     connect(txtLimit, &QLineEdit::textChanged, this, &frmThermTimer::txtLimit_Change);
-    connect(cmdOK, &QPushButton::clicked, this, &frmThermTimer::cmdOK_Click);
-    connect(cmdCancel, &QPushButton::clicked, this, &frmThermTimer::cmdCancel_Click);
     Form_Load();
 }
 
 void frmThermTimer::SetupUi() {
     auto *timer = NewTimerFrame();
     auto *events = NewEventsFrame();
-    cmdOK = NewButton("cmdOK", tr("OK"), this);
-    cmdCancel = NewButton("cmdCancel", tr("Cancel"), this);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(timer);
     layout->addWidget(events);
     layout->addStretch();
-    layout->addLayout(NewButtonRow({cmdOK, cmdCancel}));
+    layout->addLayout(NewOkCancelRow());
 }
 
 QGroupBox *frmThermTimer::NewTimerFrame() {
     auto *frame = Named(new Frame(tr("Timer Control"), this), "Frame1");
     chkEnableTimer = Named(new QCheckBox(tr("Enable THERM Timer"), frame), "chkEnableTimer");
     cmbWindow = Named(new QComboBox(frame), "cmbWindow");
-    cmbWindow->addItems(Windows());
+    for (const std::string_view window : ThermWindows) {
+        cmbWindow->addItem(ToQString(window));
+    }
     txtLimit = Named(new QLineEdit(frame), "txtLimit");
     txtLimit->setFixedWidth(cmbWindow->sizeHint().width());
     WatchRange(*txtLimit, 0, largestPercent, QStringLiteral("%"));
     chkEnRef = Named(new QCheckBox(tr("Enable external THERM reference input (pin 8)"), frame),
                      "chkEnRef");
-    auto *window = Named(new QLabel(tr("Set THERM Time Window"), frame), "Label1");
-    window->setBuddy(cmbWindow);
-    auto *limit = Named(new QLabel(tr("Set THERM% Limit"), frame), "Label2");
-    limit->setBuddy(txtLimit);
     auto *layout = new QGridLayout(frame);
     layout->addWidget(chkEnableTimer, 0, 0, 1, 2, Qt::AlignLeft);
-    layout->addWidget(window, 1, 0);
-    layout->addWidget(cmbWindow, 1, 1, Qt::AlignLeft);
-    layout->addWidget(limit, 2, 0);
-    layout->addWidget(txtLimit, 2, 1, Qt::AlignLeft);
+    Named(AddRow(*layout, 1, tr("Set THERM Time Window"), cmbWindow, Qt::AlignLeft), "Label1");
+    Named(AddRow(*layout, 2, tr("Set THERM% Limit"), txtLimit, Qt::AlignLeft), "Label2");
     layout->addWidget(chkEnRef, 3, 0, 1, 2, Qt::AlignLeft);
     layout->setColumnStretch(1, 1);
     return frame;
@@ -89,29 +66,30 @@ QGroupBox *frmThermTimer::NewTimerFrame() {
 
 QGroupBox *frmThermTimer::NewEventsFrame() {
     auto *frame = Named(new Frame(tr("THERM Events"), this), "Frame2");
-    chkEnLocal = Named(new QCheckBox(tr("Enable Local THERM events"), frame), "chkEnLocal");
-    chkEnR1 = Named(new QCheckBox(tr("Enable Remote1 THERM events"), frame), "chkEnR1");
-    chkEnR2 = Named(new QCheckBox(tr("Enable Remote2 THERM events"), frame), "chkEnR2");
+    chkEvents = {
+        Named(new QCheckBox(tr("Enable Local THERM events"), frame), "chkEnLocal"),
+        Named(new QCheckBox(tr("Enable Remote1 THERM events"), frame), "chkEnR1"),
+        Named(new QCheckBox(tr("Enable Remote2 THERM events"), frame), "chkEnR2"),
+    };
     auto *layout = new QVBoxLayout(frame);
-    for (auto *box : {chkEnLocal, chkEnR1, chkEnR2}) {
+    for (auto *box : chkEvents) {
         layout->addWidget(box, 0, Qt::AlignLeft);
     }
     return frame;
 }
 
 void frmThermTimer::Form_Load() {
-    if (DeviceName == ZTM7710) {
-        chkEnR2->hide();
-        chkEnR1->setText(tr("Enable Remote THERM events"));
+    if (HasOneFan()) {
+        chkEvents[2]->hide();
+        chkEvents[1]->setText(tr("Enable Remote THERM events"));
     }
-    chkEnableTimer->setChecked((ReadRegister(Configuration1) & EnableTimerBit) != 0);
+    chkEnableTimer->setChecked(EnableThermTimerField.In(ReadRegister(Configuration1)) != 0);
     const int32_t settings = ReadRegister(Configuration4);
-    chkEnRef->setChecked((settings & referenceBit) != 0);
-    const int code = (settings & windowBits) >> windowShift;
-    cmbWindow->setCurrentIndex(std::min(code, cmbWindow->count() - 1));
-    chkEnLocal->setChecked((settings & localEventBit) != 0);
-    chkEnR1->setChecked((settings & remote1EventBit) != 0);
-    chkEnR2->setChecked((settings & remote2EventBit) != 0);
+    chkEnRef->setChecked(ThermReferenceField.In(settings) != 0);
+    cmbWindow->setCurrentIndex(std::min(ThermWindowField.In(settings), cmbWindow->count() - 1));
+    for (size_t channel = 0; channel < chkEvents.size(); ++channel) {
+        chkEvents[channel]->setChecked(ThermEventFields[channel].In(settings) != 0);
+    }
     const double percent = PercentOfByte(ReadRegister(ThermPercentLimit));
     ShowNumber(*txtLimit, RoundToDecimals(percent, percentDecimals));
 }
@@ -123,25 +101,20 @@ void frmThermTimer::txtLimit_Change() {
 }
 
 void frmThermTimer::ApplyTimerChanges() {
-    WriteRegister(Configuration1, WithBit(ReadRegister(Configuration1), EnableTimerBit,
-                                          chkEnableTimer->isChecked()));
+    WriteField(EnableThermTimerField, chkEnableTimer->isChecked());
     int32_t settings = ReadRegister(Configuration4);
-    settings = WithBit(settings, referenceBit, chkEnRef->isChecked());
-    settings = WithBit(settings, localEventBit, chkEnLocal->isChecked());
-    settings = WithBit(settings, remote1EventBit, chkEnR1->isChecked());
-    settings = WithBit(settings, remote2EventBit, chkEnR2->isChecked());
-    settings = (settings & ~windowBits) | cmbWindow->currentIndex() << windowShift;
+    settings = ThermReferenceField.With(settings, chkEnRef->isChecked());
+    for (size_t channel = 0; channel < chkEvents.size(); ++channel) {
+        settings = ThermEventFields[channel].With(settings, chkEvents[channel]->isChecked());
+    }
+    settings = ThermWindowField.With(settings, cmbWindow->currentIndex());
     WriteRegister(Configuration4, settings);
     WriteRegister(ThermPercentLimit, PercentByte(NumberIn(*txtLimit)));
 }
 
-void frmThermTimer::cmdOK_Click() {
+bool frmThermTimer::Apply() {
     ApplyTimerChanges();
-    cmdCancel_Click();
-}
-
-void frmThermTimer::cmdCancel_Click() {
-    Unload();
+    return true;
 }
 
 } // namespace ztm

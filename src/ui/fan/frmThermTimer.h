@@ -1,12 +1,13 @@
 #pragma once
 
-#include "ui/kit/Form.h"
+#include "ui/kit/Dialog.h"
+
+#include <array>
 
 class QCheckBox;
 class QComboBox;
 class QGroupBox;
 class QLineEdit;
-class QPushButton;
 
 namespace ztm {
 
@@ -14,7 +15,7 @@ namespace ztm {
 /// the external reference input and which channels raise THERM events. It reads the chip when it
 /// loads and writes it on OK. A limit above 100 becomes 100 while it is typed; one below 0 is
 /// marked in place and written as 0.
-class frmThermTimer final : public Form {
+class frmThermTimer final : public Dialog {
     Q_OBJECT
 
 public:
@@ -27,18 +28,13 @@ private:
     void Form_Load();
     void txtLimit_Change();
     void ApplyTimerChanges();
-    void cmdOK_Click();
-    void cmdCancel_Click();
+    bool Apply() override;
 
     QCheckBox *chkEnableTimer;
     QComboBox *cmbWindow;
     QLineEdit *txtLimit;
     QCheckBox *chkEnRef;
-    QCheckBox *chkEnLocal;
-    QCheckBox *chkEnR1;
-    QCheckBox *chkEnR2;
-    QPushButton *cmdOK;
-    QPushButton *cmdCancel;
+    std::array<QCheckBox *, 3> chkEvents; // chkEnLocal, chkEnR1, chkEnR2
 };
 
 } // namespace ztm

@@ -1,9 +1,16 @@
 #pragma once
 
+#include "ui/kit/SpinButton.h"
+
 #include <QHBoxLayout>
 #include <QPushButton>
 
 #include <initializer_list>
+#include <string>
+
+class QComboBox;
+class QGridLayout;
+class QLabel;
 
 namespace ztm {
 
@@ -15,20 +22,26 @@ Control *Named(Control *control, const char *name) {
 }
 
 /// A push button that also takes the Enter key when it has the focus.
-inline QPushButton *NewButton(const char *name, const QString &caption, QWidget *parent) {
-    auto *button = Named(new QPushButton(caption, parent), name);
-    button->setAutoDefault(true);
-    return button;
-}
+QPushButton *NewButton(const char *name, const QString &caption, QWidget *parent);
 
 /// The buttons that close a dialog, side by side at its right.
-inline QHBoxLayout *NewButtonRow(std::initializer_list<QPushButton *> buttons) {
-    auto *row = new QHBoxLayout;
-    row->addStretch();
-    for (QPushButton *button : buttons) {
-        row->addWidget(button);
-    }
-    return row;
-}
+QHBoxLayout *NewButtonRow(std::initializer_list<QPushButton *> buttons);
+
+/// Adds a row to a form: a label and the control that the keyboard reaches by it. Returns the
+/// label.
+QLabel *AddRow(QGridLayout &form, int row, const QString &caption, QWidget *control,
+               Qt::Alignment alignment = {});
+
+/// A row of a form with a box for a number and its spin button.
+struct NumberRow {
+    QLabel *label;
+    QLineEdit *box;
+    QWidget *spinBox; ///< the box with its button
+};
+NumberRow AddNumberRow(QGridLayout &form, int row, const QString &caption, const QString &name,
+                       SpinRange spin);
+
+/// The chosen text of a list as the core takes it.
+std::string TextOf(const QComboBox &list);
 
 } // namespace ztm

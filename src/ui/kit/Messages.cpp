@@ -1,7 +1,5 @@
 #include "ui/kit/Messages.h"
 
-#include "ui/kit/Text.h"
-
 #include <QApplication>
 #include <QLabel>
 #include <QScopedValueRollback>
@@ -16,10 +14,6 @@ bool messageShown = false;
 
 bool IsMessageShown() {
     return messageShown;
-}
-
-QString DefaultTitle() {
-    return FamilyText() + QStringLiteral(" Evaluation Software");
 }
 
 void ShowMessage(const QString &text, const QString &title, QMessageBox::Icon icon) {

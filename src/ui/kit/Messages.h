@@ -4,9 +4,6 @@
 
 namespace ztm {
 
-/// The program's default title for messages without one of their own.
-QString DefaultTitle();
-
 /// Whether a message is on screen: no monitor tick runs meanwhile.
 bool IsMessageShown();
 

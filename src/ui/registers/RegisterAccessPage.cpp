@@ -29,14 +29,6 @@ constexpr int bits = 8;
 constexpr double bitTopTwips = 240;
 constexpr double bitMarginTwips = 100;
 
-/// Adds a caption and the widget that it belongs to as one row.
-void AddRow(QGridLayout &layout, int row, const QString &caption, QWidget *widget) {
-    auto *label = new QLabel(caption, widget->parentWidget());
-    label->setBuddy(widget);
-    layout.addWidget(label, row, 0);
-    layout.addWidget(widget, row, 1);
-}
-
 /// Texts that are one whole number, the "h" behind an address included.
 const QRegularExpression hexadecimal(QStringLiteral("^[0-9A-Fa-f\\s]*[Hh]?\\s*$"));
 const QRegularExpression

@@ -1,5 +1,6 @@
 #include "ui/session/AboutPage.h"
 
+#include "link/LinkState.h"
 #include "ui/kit/Controls.h"
 #include "ui/kit/Text.h"
 #include "ui/session/ProductPicture.h"

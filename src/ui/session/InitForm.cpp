@@ -1,5 +1,6 @@
 #include "ui/session/InitForm.h"
 
+#include "link/LinkState.h"
 #include "ui/kit/Controls.h"
 #include "ui/kit/Frame.h"
 #include "ui/kit/Messages.h"
@@ -202,7 +203,7 @@ void InitForm::CollectPanels() {
 }
 
 void InitForm::SetTexts() {
-    const QString family = FamilyText();
+    const QString family = ToQString(FamilyName);
     setWindowTitle(tr("%1 Search Wizard").arg(family));
     WelcomeLBL->setText(tr("This %1 Search Wizard will find any %1s that can be controlled by "
                            "this software")
@@ -338,13 +339,13 @@ void InitForm::ShowSearchResults() {
         SearchResultsLIST->addItem(ToQString(*entry));
         SearchResultsLIST->setCurrentRow(0);
         SearchResultsLBL->setText(
-            tr("Please select one of the %1s found above.").arg(FamilyText()));
+            tr("Please select one of the %1s found above.").arg(ToQString(FamilyName)));
         SearchInsLBL->setText(tr("Click 'Finish' to Continue"));
         return;
     }
     SearchResultsLBL->setText(
         tr("Sorry, no %1s were found. Please check all connections and try again")
-            .arg(FamilyText()));
+            .arg(ToQString(FamilyName)));
     SearchInsLBL->setText(tr("Click Back to continue..."));
     FinishCMD->setEnabled(false);
 }

@@ -1,7 +1,9 @@
 #include "ui/session/Program.h"
 
 #include "link/CommFailure.h"
+#include "link/LinkState.h"
 #include "ui/kit/Messages.h"
+#include "ui/kit/Text.h"
 #include "ui/session/InitForm.h"
 #include "ui/session/ProductPicture.h"
 #include "ui/session/frmMain.h"
@@ -25,7 +27,8 @@ void EndAfterCommFailure() {
         if (auto *mainWindow = LoadedForm<frmMain>()) {
             mainWindow->StopMonitor();
         }
-        ShowMessage(QObject::tr("Communication Failure - Check USB connections"), DefaultTitle(),
+        ShowMessage(QObject::tr("Communication Failure - Check USB connections"),
+                    ToQString(FamilyName) + QObject::tr(" Evaluation Software"),
                     QMessageBox::Critical);
         UnloadAllForms();
     }

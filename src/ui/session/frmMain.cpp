@@ -1,14 +1,13 @@
 #include "ui/session/frmMain.h"
 
-#include "fan/GraphSettings.h"
+#include "fan/LookupGraphScale.h"
 #include "link/Heaters.h"
+#include "link/LinkState.h"
 #include "link/USBComms.h"
 #include "monitor/MeasurementLog.h"
 #include "monitor/MonitorSettings.h"
 #include "regmap/RegisterTree.h"
 #include "ui/control/ControlPage.h"
-#include "ui/control/frmHeaters.h"
-#include "ui/control/frmManual.h"
 #include "ui/display/VisualDisplayPage.h"
 #include "ui/kit/Messages.h"
 #include "ui/kit/Text.h"
@@ -66,7 +65,7 @@ void frmMain::InitMainWindow() {
     ResetMeasurementLog();
     SmbusDelayMs = DefaultSmbusDelayMs;
     SmbusDelayEnabled = true;
-    ResetGraphSettings();
+    ResetLookupGraphScale();
     about->ShowTitle();
     setWindowTitle(ToQString(DeviceName) + tr(" Evaluation Software"));
     for (const int32_t address : {1, 2, 3}) {
@@ -94,9 +93,6 @@ void frmMain::tmrMain_Timer() {
     }
     const QScopedValueRollback<bool> guard(ticking, true);
     monitorLoop.Tick();
-    if (auto *manual = LoadedForm<frmManual>()) {
-        manual->MonitorTicked();
-    }
 }
 
 void frmMain::SetTimerPeriod(int milliseconds) {
@@ -129,28 +125,20 @@ void frmMain::UpdateCharts() {
     visualDisplay->UpdateCharts();
 }
 
-void frmMain::ShowGraphType() {
-    visualDisplay->ShowGraphType();
-}
-
-void frmMain::WriteLogEntry(double startTime) {
-    control->WriteLogEntry(startTime);
-}
-
-void frmMain::StopLogging() {
-    control->cmdLogData_Click();
-}
-
 void frmMain::ShowFanSpeed(int fan, const std::string &text) {
-    if (auto *manual = LoadedForm<frmManual>()) {
-        manual->ShowFanSpeed(fan, ToQString(text));
-    }
+    control->ShowFanSpeed(fan, ToQString(text));
+}
+
+void frmMain::ShowLog() {
+    control->ShowLog();
 }
 
 void frmMain::ShowHeaterDuty(int heater, int duty) {
-    if (auto *heaters = LoadedForm<frmHeaters>()) {
-        heaters->ShowHeaterDuty(heater, duty);
-    }
+    control->ShowHeaterDuty(heater, duty);
+}
+
+void frmMain::TickDone() {
+    control->TickDone();
 }
 
 void frmMain::Form_Unload() {

@@ -27,10 +27,6 @@ public:
     void InitMainWindow();
 
     RegisterAccessPage &RegisterAccess() { return *registerAccess; }
-    ControlPage &Control() { return *control; }
-
-    /// Shows the chart that `GraphType` asks for.
-    void ShowGraphType();
 
     /// Lets no further tick come.
     void StopMonitor();
@@ -55,9 +51,9 @@ private:
     void UpdateGauge() override;
     void UpdateCharts() override;
     void ShowFanSpeed(int fan, const std::string &text) override;
-    void WriteLogEntry(double startTime) override;
-    void StopLogging() override;
+    void ShowLog() override;
     void ShowHeaterDuty(int heater, int duty) override;
+    void TickDone() override;
 
     QTabWidget *SSTab1;
     AboutPage *about;

@@ -1,6 +1,6 @@
 #include "ui/fan/frmAutoControl.h"
 
-#include "fan/GraphSettings.h"
+#include "fan/LookupGraphScale.h"
 #include "support/UiTest.h"
 #include "ui/fan/LookupGraph.h"
 #include "ui/instruments/ValueSlider.h"

@@ -1,4 +1,4 @@
-#include "fan/GraphSettings.h"
+#include "fan/LookupGraphScale.h"
 #include "link/Heaters.h"
 #include "monitor/MeasurementLog.h"
 #include "monitor/MonitorSettings.h"

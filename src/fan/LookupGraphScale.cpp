@@ -1,4 +1,4 @@
-#include "fan/GraphSettings.h"
+#include "fan/LookupGraphScale.h"
 
 namespace ztm {
 
@@ -10,7 +10,7 @@ constexpr float defaultGraphRpmRange = 8000;
 
 float GraphRpmRange = defaultGraphRpmRange;
 
-void ResetGraphSettings() {
+void ResetLookupGraphScale() {
     GraphRpmRange = defaultGraphRpmRange;
 }
 

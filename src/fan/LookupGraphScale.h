@@ -13,7 +13,7 @@ inline constexpr double GraphRangeHeight = 3600; ///< of `GraphRpmRange` above t
 extern float GraphRpmRange;
 
 /// Puts the start-of-session value back.
-void ResetGraphSettings();
+void ResetLookupGraphScale();
 
 double TempX(double celsius);
 double RPMY(double rpm);

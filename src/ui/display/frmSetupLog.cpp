@@ -1,4 +1,4 @@
-#include "ui/session/frmSetupLog.h"
+#include "ui/display/frmSetupLog.h"
 
 #include <QLabel>
 #include <QListWidget>

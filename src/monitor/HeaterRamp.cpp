@@ -1,0 +1,57 @@
+#include "monitor/HeaterRamp.h"
+
+#include "common/At.h"
+#include "common/Clock.h"
+#include "link/Heaters.h"
+#include "link/USBComms.h"
+
+#include <algorithm>
+
+namespace ztm {
+namespace {
+
+constexpr double pauseAfterReadSeconds = 0.005;
+constexpr double millisecondsPerSecond = 1000;
+
+/// A duty that a heater takes, whatever the settings of its ramp are.
+int LimitedDuty(int percent) {
+    return std::clamp(percent, 0, FullDuty);
+}
+
+} // namespace
+
+std::optional<int> HeaterRamp::Step(double now) {
+    const HeaterSettings &settings = At(Heaters, heater);
+    if (!settings.SoftwareControl ||
+        now - lastStepTime <= settings.IntervalMs / millisecondsPerSecond) {
+        return std::nullopt;
+    }
+    const int duty = LimitedDuty(Next());
+    SetHeaterDuty(heater == 0 ? duty : HeaterUnchanged, heater == 1 ? duty : HeaterUnchanged);
+    lastStepTime = now;
+    return duty;
+}
+
+/// Turns the ramp where it has come to an end.
+int HeaterRamp::Next() {
+    HeaterSettings &settings = At(Heaters, heater);
+    // Ends beyond what can be sent would never be reached, and the ramp never turn.
+    const int low = LimitedDuty(settings.LowPct);
+    const int high = LimitedDuty(settings.HighPct);
+    if (settings.StartPending) {
+        settings.StartPending = false;
+        return low;
+    }
+    ReadHeaterDuty();
+    Wait(pauseAfterReadSeconds);
+    const int step = settings.RampUp ? settings.IncrementPct : -settings.IncrementPct;
+    const int next = settings.Pwm + step;
+    const int end = settings.RampUp ? high : low;
+    const bool beforeEnd = settings.RampUp ? next < end : next > end;
+    if (!beforeEnd) {
+        settings.RampUp = !settings.RampUp;
+    }
+    return beforeEnd ? next : end;
+}
+
+} // namespace ztm

@@ -1,0 +1,52 @@
+#include "ui/kit/Dialog.h"
+
+#include "ui/kit/Controls.h"
+
+namespace ztm {
+
+Dialog::Dialog(const QString &name, const QString &title) : Form(name) {
+    setWindowTitle(title);
+}
+
+QPushButton *Dialog::AddButton(QBoxLayout &layout, const char *name, const QString &caption,
+                               void (Dialog::*handler)()) {
+    auto *button = NewButton(name, caption, this);
+    connect(button, &QPushButton::clicked, this, handler);
+    layout.addWidget(button);
+    return button;
+}
+
+QLayout *Dialog::NewOkCancelRow() {
+    auto *row = NewButtonRow({});
+    cmdOK = AddButton(*row, "cmdOK", tr("OK"), &Dialog::cmdOK_Click);
+    AddButton(*row, "cmdCancel", tr("Cancel"), &Dialog::cmdCancel_Click);
+    return row;
+}
+
+QLayout *Dialog::NewOkApplyCancelRow() {
+    auto *row = NewButtonRow({});
+    AddOkApplyCancel(*row);
+    return row;
+}
+
+void Dialog::AddOkApplyCancel(QBoxLayout &layout) {
+    cmdOK = AddButton(layout, "cmdOK", tr("OK"), &Dialog::cmdOK_Click);
+    AddButton(layout, "cmdApply", tr("Apply"), &Dialog::cmdApply_Click);
+    AddButton(layout, "cmdCancel", tr("Cancel"), &Dialog::cmdCancel_Click);
+}
+
+void Dialog::cmdOK_Click() {
+    if (Apply()) {
+        cmdCancel_Click();
+    }
+}
+
+void Dialog::cmdApply_Click() {
+    Apply();
+}
+
+void Dialog::cmdCancel_Click() {
+    Unload();
+}
+
+} // namespace ztm

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "ui/kit/Form.h"
+
+class QBoxLayout;
+class QLayout;
+class QPushButton;
+
+namespace ztm {
+
+/// A window in which the user changes settings. OK applies them and closes the window, Apply
+/// leaves it open, Cancel closes it and applies nothing.
+class Dialog : public Form {
+    Q_OBJECT
+
+protected:
+    Dialog(const QString &name, const QString &title);
+
+    /// Takes over what the controls hold; false when something in them was refused, and the
+    /// window stays open then.
+    virtual bool Apply() = 0;
+
+    // The buttons, to be made once, behind all other controls: in a row at the right, or added to
+    // a layout.
+    QLayout *NewOkCancelRow();
+    QLayout *NewOkApplyCancelRow();
+    void AddOkApplyCancel(QBoxLayout &layout);
+
+    QPushButton &OkButton() { return *cmdOK; }
+
+private:
+    QPushButton *AddButton(QBoxLayout &layout, const char *name, const QString &caption,
+                           void (Dialog::*handler)());
+    void cmdOK_Click();
+    void cmdApply_Click();
+    void cmdCancel_Click();
+
+    QPushButton *cmdOK = nullptr;
+};
+
+} // namespace ztm
