@@ -1,7 +1,10 @@
 #include "common/ChannelHistory.h"
 
+#include "common/At.h"
+
 #include <algorithm>
 #include <cmath>
+#include <ranges>
 
 namespace ztm {
 namespace {
@@ -17,16 +20,10 @@ constexpr uint64_t levelFactor = 8;
 
 /// The first index from `begin` up to `end` for which `isBefore` no longer holds.
 template <class Predicate>
-uint64_t Search(uint64_t begin, uint64_t end, const Predicate &isBefore) {
-    while (begin < end) {
-        const uint64_t middle = begin + (end - begin) / 2;
-        if (isBefore(middle)) {
-            begin = middle + 1;
-        } else {
-            end = middle;
-        }
-    }
-    return begin;
+uint64_t FirstNot(uint64_t begin, uint64_t end, const Predicate &isBefore) {
+    const auto indices = std::views::iota(begin, end);
+    return begin +
+           static_cast<uint64_t>(std::ranges::partition_point(indices, isBefore) - indices.begin());
 }
 
 } // namespace
@@ -167,19 +164,19 @@ double ChannelHistory::LastTime() const {
 }
 
 float ChannelHistory::LastValue(int channel) const {
-    return IsEmpty() ? Extent::gap : raw[rawCount - 1].values[static_cast<size_t>(channel)];
+    return IsEmpty() ? Extent::gap : At(raw[rawCount - 1].values, channel);
 }
 
 uint64_t ChannelHistory::FindRaw(double time) const {
-    return Search(FirstRaw(), rawCount, [&](uint64_t index) { return raw[index].time < time; });
+    return FirstNot(FirstRaw(), rawCount, [&](uint64_t index) { return raw[index].time < time; });
 }
 
 uint64_t ChannelHistory::FindBinStart(double time) const {
-    return Search(FirstBin(), binCount, [&](uint64_t index) { return bins[index].start < time; });
+    return FirstNot(FirstBin(), binCount, [&](uint64_t index) { return bins[index].start < time; });
 }
 
 uint64_t ChannelHistory::FindBinEnd(double time) const {
-    return Search(FirstBin(), binCount, [&](uint64_t index) { return bins[index].end < time; });
+    return FirstNot(FirstBin(), binCount, [&](uint64_t index) { return bins[index].end < time; });
 }
 
 bool ChannelHistory::IsRawFrom(double time) const {
@@ -256,11 +253,11 @@ float ChannelHistory::ValueAt(int channel, double time) const {
     }
     if (time >= raw[FirstRaw()].time) {
         const uint64_t after =
-            Search(FirstRaw(), rawCount, [&](uint64_t at) { return raw[at].time <= time; });
+            FirstNot(FirstRaw(), rawCount, [&](uint64_t at) { return raw[at].time <= time; });
         return raw[after - 1].values[index];
     }
     const uint64_t after =
-        Search(FirstBin(), binCount, [&](uint64_t at) { return bins[at].start <= time; });
+        FirstNot(FirstBin(), binCount, [&](uint64_t at) { return bins[at].start <= time; });
     return bins[after - 1].last[index];
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "common/At.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -89,7 +91,7 @@ public:
     /// The newest sample of the channel; not-a-number when that is a gap or there is none.
     float LastValue(int channel) const;
     /// Whether the channel has had any value since the last Clear().
-    bool HasValues(int channel) const { return seen[static_cast<size_t>(channel)]; }
+    bool HasValues(int channel) const { return At(seen, channel); }
 
     /// The samples with from <= time < to, extremes from the pyramids: the cost grows with the
     /// logarithm of their number.

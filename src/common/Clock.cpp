@@ -14,12 +14,6 @@ constexpr double secondsPerDay = 86400.0;
 /// Below this a sleep only costs, and a remainder lost in rounding would never pass.
 constexpr double shortestSleepSeconds = 0.0001;
 
-double EvenSeconds() {
-    timespec now{};
-    clock_gettime(CLOCK_BOOTTIME, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
-}
-
 double LocalTimeOfDay() {
     timespec now{};
     clock_gettime(CLOCK_REALTIME, &now);
@@ -35,9 +29,7 @@ public:
         return std::fmod(midnightOffset + EvenSeconds(), secondsPerDay);
     }
 
-    void Sleep(double seconds) override {
-        std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
-    }
+    void Sleep(double seconds) override { SleepSeconds(seconds); }
 
 private:
     const double midnightOffset =
@@ -53,6 +45,16 @@ Clock &CurrentClock() {
 }
 
 } // namespace
+
+double EvenSeconds() {
+    timespec now{};
+    clock_gettime(CLOCK_BOOTTIME, &now);
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
+}
+
+void SleepSeconds(double seconds) {
+    std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
+}
 
 Clock &SystemClock() {
     static MachineClock clock;

@@ -2,6 +2,13 @@
 
 namespace ztm {
 
+/// Seconds of a clock that runs evenly, from any origin: a change of the system time moves
+/// nothing, and it goes on while the machine is suspended.
+double EvenSeconds();
+
+/// Sleeps for that long.
+void SleepSeconds(double seconds);
+
 /// Where the program takes the time from. The waits and spacings of the program are built on
 /// these two calls alone, so that a test can put in a clock that advances by itself.
 class Clock {
@@ -12,13 +19,12 @@ public:
     /// at 0 at midnight.
     virtual double SecondsSinceMidnight() = 0;
 
-    /// Gives the core away for about that many seconds; may return earlier or later.
+    /// Sleeps for about that many seconds; may return earlier or later.
     virtual void Sleep(double seconds) = 0;
 };
 
-/// The clock of the machine. It takes the time of day once, at its first use, and follows a
-/// clock that runs evenly from there, so a change of the system time moves nothing; it goes on
-/// counting while the machine is suspended.
+/// The clock of the machine. It takes the time of day once, at its first use, and follows
+/// EvenSeconds from there.
 Clock &SystemClock();
 
 /// Puts another clock in; nullptr brings the machine's clock back.
@@ -38,7 +44,7 @@ double ElapsedSeconds(double start, double now);
 
 /// Returns once at least `seconds` have passed since `start` (seconds since midnight), at once
 /// if they already have, and after a day less a second at the latest. Lets no window event run,
-/// gives the core away meanwhile, and is neither stretched nor cut short by a midnight.
+/// sleeps meanwhile, and is neither stretched nor cut short by a midnight.
 void WaitSince(double start, double seconds);
 
 /// WaitSince, from now on.

@@ -36,8 +36,7 @@ int32_t PolesCode(std::string_view text) {
 std::string_view PolesText(int32_t code) {
     const int32_t item = ToInt32(code / 2.0 - 1);
     const bool listed = code > 0 && item < static_cast<int32_t>(FanPoles.size());
-    return listed ? FanPoles[static_cast<size_t>(item)]
-                  : numbers[static_cast<size_t>(code) % numbers.size()];
+    return listed ? At(FanPoles, item) : numbers[static_cast<size_t>(code) % numbers.size()];
 }
 
 } // namespace ztm

@@ -3,24 +3,21 @@
 #include "common/DateTimeText.h"
 #include "files/TextFile.h"
 
+#include <vector>
+
 namespace ztm {
 namespace {
 
 constexpr char endOfPoint = ';';
 constexpr size_t longestPoint = 65536;
 
-std::optional<std::string> NextPoint(TextFileReader &file) {
-    std::string point;
-    while (const auto character = file.Next()) {
-        if (*character == endOfPoint) {
-            return point;
-        }
-        if (point.size() == longestPoint) {
-            return std::nullopt;
-        }
-        point += *character;
+std::optional<std::string> NextPoint(std::istream &file) {
+    std::vector<char> text(longestPoint + 1);
+    file.getline(text.data(), static_cast<std::streamsize>(text.size()), endOfPoint);
+    if (!file.good()) {
+        return std::nullopt;
     }
-    return std::nullopt;
+    return std::string(text.data(), static_cast<size_t>(file.gcount()) - 1);
 }
 
 } // namespace
@@ -36,13 +33,13 @@ bool SaveLut(const std::string &path, const std::array<LutPoint, LutPoints> &poi
 }
 
 std::optional<std::array<std::string, LutPoints>> ReadLut(const std::string &path) {
-    TextFileReader file;
-    if (!file.Open(path) || !file.SkipPast(endOfPoint)) {
+    std::ifstream file = OpenText(path);
+    if (!SkipPast(file, endOfPoint)) {
         return std::nullopt;
     }
     std::array<std::string, LutPoints> points;
     for (std::string &point : points) {
-        if (!file.SkipPast('\n')) {
+        if (!SkipPast(file, '\n')) {
             return std::nullopt;
         }
         auto text = NextPoint(file);

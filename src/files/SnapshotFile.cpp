@@ -56,13 +56,13 @@ std::string SnapshotText() {
 /// The number of data lines behind the first mark; the empty line at the end is not counted.
 /// None when the file cannot be read that far or has no line end at its end.
 std::optional<int> CountLines(const std::string &path) {
-    TextFileReader file;
-    if (!file.Open(path) || !file.SkipPast(mark)) {
+    std::ifstream file = OpenText(path);
+    if (!SkipPast(file, mark)) {
         return std::nullopt;
     }
     int lines = 0;
-    while (!file.AtEnd() && lines <= mostLines + 1) {
-        if (!file.SkipPast('\n')) {
+    while (file.peek() != std::istream::traits_type::eof() && lines <= mostLines + 1) {
+        if (!SkipPast(file, '\n')) {
             return std::nullopt;
         }
         ++lines;
@@ -70,22 +70,15 @@ std::optional<int> CountLines(const std::string &path) {
     return lines - 1;
 }
 
-bool Skip(TextFileReader &file, int count) {
-    for (; count > 0; --count) {
-        if (!file.Next()) {
-            return false;
-        }
-    }
-    return true;
+bool Skip(std::istream &file, int count) {
+    return file.ignore(count).gcount() == count;
 }
 
-std::optional<int32_t> NextTwoHexDigits(TextFileReader &file) {
-    const auto first = file.Next();
-    const auto second = file.Next();
-    if (!first || !second) {
+std::optional<int32_t> NextTwoHexDigits(std::istream &file) {
+    std::array<char, 2> digits;
+    if (!file.read(digits.data(), digits.size())) {
         return std::nullopt;
     }
-    const std::array<char, 2> digits{*first, *second};
     return HexValue({digits.data(), digits.size()});
 }
 
@@ -102,8 +95,8 @@ bool RecallSnapshot(const std::string &path) {
     if (!lines || *lines > mostLines) {
         return false;
     }
-    TextFileReader file;
-    if (!file.Open(path) || !file.SkipPast(mark)) {
+    std::ifstream file = OpenText(path);
+    if (!SkipPast(file, mark)) {
         return false;
     }
     for (int line = 0; line < *lines; ++line) {
@@ -119,7 +112,7 @@ bool RecallSnapshot(const std::string &path) {
             return false;
         }
         WriteRegister(*address, *value);
-        if (!file.SkipPast('\n')) {
+        if (!SkipPast(file, '\n')) {
             return false;
         }
     }

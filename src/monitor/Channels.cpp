@@ -1,5 +1,6 @@
 #include "monitor/Channels.h"
 
+#include "common/At.h"
 #include "common/Numbers.h"
 #include "link/GeneralSubs.h"
 #include "link/LinkState.h"
@@ -57,7 +58,7 @@ void ResetMeasurements() {
 
 bool HasChannel(int channel) {
     return channel >= 0 && channel < ChannelCount &&
-           (!HasOneFan() || !Channels[static_cast<size_t>(channel)].NameZTM7710.empty());
+           (!HasOneFan() || !At(Channels, channel).NameZTM7710.empty());
 }
 
 void ReadMeasurement(int channel) {

@@ -1,5 +1,6 @@
 #include "monitor/MeasurementHistory.h"
 
+#include "common/At.h"
 #include "common/Clock.h"
 #include "monitor/Channels.h"
 #include "monitor/MonitorSettings.h"
@@ -56,7 +57,7 @@ void RecordMeasurements() {
     ChannelHistory::Values values = Measurements;
     for (int channel = 0; channel < ChannelCount; ++channel) {
         if (!HasChannel(channel)) {
-            values[static_cast<size_t>(channel)] = Extent::gap;
+            At(values, channel) = Extent::gap;
         }
     }
     history.Append(NextSampleTime(), values);

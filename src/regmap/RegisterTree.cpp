@@ -1,5 +1,6 @@
 #include "regmap/RegisterTree.h"
 
+#include "common/At.h"
 #include "link/LinkState.h"
 #include "regmap/RegMapStuff.h"
 #include "regmap/RegisterTable.h"
@@ -54,7 +55,7 @@ bool HasNode(int32_t address, ChipVariant variant) {
 
 std::string_view MapName(int32_t address) {
     const std::optional<int16_t> index = FindRegisterByAddress(address);
-    return index ? RegisterMap[static_cast<std::size_t>(*index)].Name : std::string_view{};
+    return index ? At(RegisterMap, *index).Name : std::string_view{};
 }
 
 } // namespace

@@ -22,16 +22,6 @@ protected:
         return BytesOf(folder.Path("written"));
     }
 
-    std::string ReadAll(const std::string &bytes) {
-        TextFileReader file;
-        EXPECT_TRUE(file.Open(folder.Put("read", bytes)));
-        std::string text;
-        while (const auto character = file.Next()) {
-            text += *character;
-        }
-        return text;
-    }
-
     test::TemporaryFolder folder;
 };
 
@@ -90,37 +80,22 @@ TEST_F(TextFileTest, ALineThatDoesNotFitIsTakenBack) {
     EXPECT_EQ(BytesOf(path), "12345\r\nabc\r\n");
 }
 
-TEST_F(TextFileTest, ReadsEveryByteOnce) {
-    std::string bytes;
-    for (int byte = 0; byte < 200'000; ++byte) {
-        bytes += static_cast<char>(byte * 7 % 251);
-    }
-    EXPECT_TRUE(ReadAll(bytes) == bytes);
-    EXPECT_EQ(ReadAll(""), "");
-    EXPECT_EQ(ReadAll(std::string("a\0\xFF\r\n", 5)), std::string("a\0\xFF\r\n", 5));
-}
-
 TEST_F(TextFileTest, SkipsPastACharacterHoweverFarItIs) {
     const std::string far(150'000, '.');
-    TextFileReader file;
-    ASSERT_TRUE(file.Open(folder.Put("file", far + "x1" + far + "xx2")));
-    EXPECT_TRUE(file.SkipPast('x'));
-    EXPECT_EQ(file.Next(), '1');
-    EXPECT_TRUE(file.SkipPast('x') && file.SkipPast('x'));
-    EXPECT_FALSE(file.AtEnd());
-    EXPECT_EQ(file.Next(), '2');
-    EXPECT_TRUE(file.AtEnd());
-    EXPECT_FALSE(file.SkipPast('x'));
-    EXPECT_EQ(file.Next(), std::nullopt);
+    std::ifstream file = OpenText(folder.Put("file", far + "x1" + far + "xx"));
+    EXPECT_TRUE(SkipPast(file, 'x'));
+    EXPECT_EQ(file.peek(), '1');
+    EXPECT_TRUE(SkipPast(file, 'x') && SkipPast(file, 'x')) << "the last character as well";
+    EXPECT_FALSE(SkipPast(file, 'x'));
 }
 
 TEST_F(TextFileTest, OpensOnlyFilesThatEnd) {
-    TextFileReader file;
-    EXPECT_FALSE(file.Open(folder.Path("missing")));
-    EXPECT_FALSE(file.Open(folder.Path("")));
-    EXPECT_FALSE(file.Open("/dev/zero"));
+    EXPECT_TRUE(OpenText(folder.Put("file", "")).is_open());
     ASSERT_EQ(mkfifo(folder.Path("pipe").c_str(), 0600), 0);
-    EXPECT_FALSE(file.Open(folder.Path("pipe"))) << "and does not wait for a writer";
+    for (const std::string &path :
+         {folder.Path("missing"), folder.Path(""), std::string("/dev/zero"), folder.Path("pipe")}) {
+        EXPECT_FALSE(OpenText(path).is_open()) << path << ", without waiting for a writer";
+    }
 }
 
 } // namespace

@@ -3,12 +3,9 @@
 #include "adapter/firmware/FirmwareFile.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cstddef>
 #include <cstdio>
-#include <ctime>
 #include <string>
-#include <thread>
 #include <utility>
 
 namespace ztm::sim {
@@ -42,16 +39,6 @@ const SimulatedBoard::Command SimulatedBoard::commands[] = {
     {0xDF, 0, 0, &SimulatedBoard::Handshake},      {0xDB, 0, 0, &SimulatedBoard::SetHeaterDuty},
     {0xDA, 1, 3, &SimulatedBoard::ReadHeaterDuty},
 };
-
-double SteadySeconds() {
-    timespec now{};
-    clock_gettime(CLOCK_BOOTTIME, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
-}
-
-void SleepSeconds(double seconds) {
-    std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
-}
 
 SimulatedBoard::SimulatedBoard(Variant variant, int32_t chipAddress, Clock clock, Sleep sleep)
     : clock(std::move(clock))

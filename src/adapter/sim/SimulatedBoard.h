@@ -3,18 +3,13 @@
 #include "adapter/sim/Bench.h"
 #include "adapter/sim/BoardControl.h"
 #include "adapter/sim/Chip.h"
+#include "common/Clock.h"
 
 #include <cstdint>
 #include <functional>
 #include <optional>
 
 namespace ztm::sim {
-
-/// Seconds of a clock that only moves forward, also while the machine is suspended.
-double SteadySeconds();
-
-/// Gives the core away for that long.
-void SleepSeconds(double seconds);
 
 /// An evaluation board with its USB adapter: everything behind the two entries of
 /// link/USBFunctions.h. The board starts in the state into which it settles with the heaters off,
@@ -33,7 +28,7 @@ public:
     /// `chipAddress` is the address on the adapter's bus at which the chip answers; the program
     /// looks at 0x50 and 0x51.
     explicit SimulatedBoard(Variant variant = Variant::ZTM7720,
-                            int32_t chipAddress = defaultChipAddress, Clock clock = SteadySeconds,
+                            int32_t chipAddress = defaultChipAddress, Clock clock = EvenSeconds,
                             Sleep sleep = SleepSeconds);
 
     /// Starts the adapter with the firmware in the Intel HEX file at `path`, and so switches

@@ -1,5 +1,6 @@
 #include "ui/control/frmHeaters.h"
 
+#include "common/At.h"
 #include "common/Numbers.h"
 #include "link/Heaters.h"
 #include "link/USBComms.h"
@@ -59,7 +60,7 @@ void frmHeaters::SetupUi() {
 QGroupBox *frmHeaters::NewHeaterFrame(int heater) {
     auto *frame = new Frame(tr("Heater%1 Control").arg(heater + 1), this);
     frame->setObjectName(IndexedName("fraHeater", heater));
-    HeaterControls &row = controls[static_cast<size_t>(heater)];
+    HeaterControls &row = At(controls, heater);
     auto *layout = new QGridLayout(frame);
     const auto addRow = [&](int line, const QString &caption, const char *name, QLineEdit *&box,
                             SpinRange spin, double least, double most, const QString &unit) {
@@ -67,7 +68,7 @@ QGroupBox *frmHeaters::NewHeaterFrame(int heater) {
         WatchRange(*box, least, most, unit);
     };
     const QString percent = QStringLiteral("%");
-    const SpinRange increment = incrementSpins[static_cast<size_t>(heater)];
+    const SpinRange increment = At(incrementSpins, heater);
     addRow(0, tr("PWM %"), "txtPWM", row.txtPWM, dutySpin, 0, FullDuty, percent);
     row.chkSWControl = new QCheckBox(tr("Software Control"), frame);
     row.chkSWControl->setObjectName(IndexedName("chkSWControl", heater));
@@ -97,7 +98,7 @@ void frmHeaters::Form_Load() {
 }
 
 void frmHeaters::ShowHeaterDuty(int heater, int duty) {
-    ShowNumber(*controls[static_cast<size_t>(heater)].txtPWM, duty);
+    ShowNumber(*At(controls, heater).txtPWM, duty);
 }
 
 void frmHeaters::Store(size_t heater) {

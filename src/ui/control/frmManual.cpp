@@ -1,5 +1,6 @@
 #include "ui/control/frmManual.h"
 
+#include "common/At.h"
 #include "common/Numbers.h"
 #include "link/GeneralSubs.h"
 #include "link/LinkState.h"
@@ -130,7 +131,7 @@ void frmManual::LayOutForOneFan() {
 }
 
 void frmManual::ShowFanSpeed(int fan, const QString &text) {
-    lblFanSpeed[static_cast<size_t>(fan)]->setText(text);
+    At(lblFanSpeed, fan)->setText(text);
 }
 
 void frmManual::sldFan_Change(size_t fan) {

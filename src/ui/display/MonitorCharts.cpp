@@ -1,5 +1,6 @@
 #include "ui/display/MonitorCharts.h"
 
+#include "common/At.h"
 #include "link/LinkState.h"
 #include "monitor/Channels.h"
 #include "monitor/MeasurementHistory.h"
@@ -37,7 +38,7 @@ void AddTitle(StripChartSetup &setup, const QString &text, StripChartSetup::Labe
 
 void AddTraces(StripChartSetup &setup, std::initializer_list<Row> rows, double rowHeight) {
     for (const Row &row : rows) {
-        const Channel &channel = Channels[static_cast<size_t>(row.channel)];
+        const Channel &channel = At(Channels, row.channel);
         const bool temperature = channel.Measures == Quantity::Temperature;
         const bool fan = channel.Measures == Quantity::FanSpeed;
         StripChartSetup::Trace trace;

@@ -1,5 +1,6 @@
 #include "ui/display/VisualDisplayPage.h"
 
+#include "common/At.h"
 #include "common/NumberText.h"
 #include "common/Numbers.h"
 #include "link/LinkState.h"
@@ -44,7 +45,7 @@ constexpr int temperatureGauge = static_cast<int>(Quantity::Temperature);
 constexpr int percentGauge = static_cast<int>(Quantity::ThermPercent);
 
 const Channel &ChannelAt(int channel) {
-    return Channels[static_cast<size_t>(channel)];
+    return At(Channels, channel);
 }
 
 /// What the variant of the session calls a channel.
@@ -93,8 +94,8 @@ QGroupBox *VisualDisplayPage::NewAlertsFrame() {
         group->addButton(option, channel);
         rows->addWidget(option, channel, 0, Qt::AlignLeft);
         rows->addWidget(indicator, channel, 1);
-        optMeasure[static_cast<size_t>(channel)] = option;
-        tglAlert[static_cast<size_t>(channel)] = indicator;
+        At(optMeasure, channel) = option;
+        At(tglAlert, channel) = indicator;
     }
     connect(group, &QButtonGroup::idClicked, this, &VisualDisplayPage::optMeasure_Click);
 
@@ -176,8 +177,8 @@ void VisualDisplayPage::SetupMonitorTab() {
 /// the rest the variant's names.
 void VisualDisplayPage::LayOutForVariant() {
     for (int channel = 0; channel < ChannelCount; ++channel) {
-        auto *option = optMeasure[static_cast<size_t>(channel)];
-        auto *indicator = tglAlert[static_cast<size_t>(channel)];
+        auto *option = At(optMeasure, channel);
+        auto *indicator = At(tglAlert, channel);
         option->setVisible(HasChannel(channel));
         indicator->setVisible(HasChannel(channel));
         if (HasChannel(channel)) {
@@ -191,7 +192,7 @@ void VisualDisplayPage::LayOutForVariant() {
 /// The first selected channel; -1 when none is.
 int VisualDisplayPage::SelectedChannel() const {
     for (int channel = 0; channel < ChannelCount; ++channel) {
-        if (optMeasure[static_cast<size_t>(channel)]->isChecked()) {
+        if (At(optMeasure, channel)->isChecked()) {
             return channel;
         }
     }
@@ -199,11 +200,11 @@ int VisualDisplayPage::SelectedChannel() const {
 }
 
 Gauge &VisualDisplayPage::GaugeOf(int channel) const {
-    return *Limits[static_cast<size_t>(ChannelAt(channel).Measures)];
+    return *At(Limits, ChannelAt(channel).Measures);
 }
 
 void VisualDisplayPage::optMeasure_Click(int channel) {
-    lblBargraph->setText(optMeasure[static_cast<size_t>(channel)]->text());
+    lblBargraph->setText(At(optMeasure, channel)->text());
     for (auto *gauge : Limits) {
         gauge->setVisible(gauge == &GaugeOf(channel));
     }
@@ -268,8 +269,8 @@ void VisualDisplayPage::UpdateGauge() {
         ReadMeasurement(channel);
     }
     Gauge &gauge = GaugeOf(channel);
-    const GaugeKind &kind = gaugeKinds[static_cast<size_t>(ChannelAt(channel).Measures)];
-    gauge.SetNeedle(Measurements[static_cast<size_t>(channel)]);
+    const GaugeKind &kind = At(gaugeKinds, ChannelAt(channel).Measures);
+    gauge.SetNeedle(At(Measurements, channel));
     gauge.SetCaption(ToQString(NumberText(RoundToDecimals(gauge.Needle(), kind.decimals))) +
                      QString::fromUtf8(kind.unit));
 }

@@ -1,5 +1,6 @@
 #include "ui/fan/LookupGraph.h"
 
+#include "common/At.h"
 #include "fan/LookupGraphScale.h"
 #include "link/LinkState.h"
 #include "ui/kit/Twips.h"
@@ -33,7 +34,7 @@ constexpr int largeRpm = 500;
 
 /// Where a point of the table in use is drawn.
 QPointF PlaceOf(int point) {
-    const LookupPoint &drawn = TableInUse()[static_cast<size_t>(point)];
+    const LookupPoint &drawn = At(TableInUse(), point);
     return {TempX(drawn.Temperature), RPMY(drawn.RPM)};
 }
 

@@ -1,5 +1,6 @@
 #include "ui/fan/LookupGraphPanel.h"
 
+#include "common/At.h"
 #include "fan/LookupGraphScale.h"
 #include "ui/fan/LookupGraph.h"
 #include "ui/kit/Controls.h"
@@ -35,13 +36,13 @@ QFrame *NewLine(const char *name, const char *colour, QWidget *parent) {
 LookupGraphPanel::LookupGraphPanel(QWidget *parent)
     : QWidget(parent), pctGraph(Named(new LookupGraph(this), "pctGraph")) {
     for (int label = 0; label < temperatureLabels; ++label) {
-        lblTemp[static_cast<size_t>(label)] =
+        At(lblTemp, label) =
             NewLabel(IndexedName("lblTemp", label), QString::number(celsiusPerLabel * label));
     }
     for (int label = firstRpmLabel; label <= lastRpmLabel; ++label) {
         auto *text = NewLabel(IndexedName("lblRPM", label), QStringLiteral("0"));
         text->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-        lblRPM[static_cast<size_t>(label)] = text;
+        At(lblRPM, label) = text;
     }
     lblTempAxis = NewLabel(QStringLiteral("lblTempAxis"), tr("Temperature (°C)"));
     lblRPMAxis = NewLabel(QStringLiteral("lblRPMAxis"), tr("RPM"));
@@ -77,7 +78,7 @@ void LookupGraphPanel::HideLegend() {
 void LookupGraphPanel::UpdateRPMLabels() {
     for (int line = 1; line <= rpmLines; ++line) {
         const double rpm = line * static_cast<double>(GraphRpmRange) / rpmLines;
-        lblRPM[static_cast<size_t>(lastRpmLabel - line)]->setText(QString::number(std::floor(rpm)));
+        At(lblRPM, lastRpmLabel - line)->setText(QString::number(std::floor(rpm)));
     }
 }
 
@@ -122,7 +123,7 @@ void LookupGraphPanel::SetUpTempLabels(const QRect &graph) {
         if (label > 0 && celsiusPerLabel * label < 100) {
             left += Twips(twoDigitShift, *this);
         }
-        lblTemp[static_cast<size_t>(label)]->move(left, graph.bottom() + 2);
+        At(lblTemp, label)->move(left, graph.bottom() + 2);
     }
     lblTempAxis->resize(lblTempAxis->sizeHint());
     lblTempAxis->move(graph.center().x() - lblTempAxis->width() / 2,
@@ -134,7 +135,7 @@ void LookupGraphPanel::SetUpRPMLabels(const QRect &graph) {
     const double spacing = GraphRangeHeight / rpmLines * graph.height() / GraphHeight;
     const int height = lblTemp.front()->height();
     for (int label = firstRpmLabel; label <= lastRpmLabel; ++label) {
-        auto *text = lblRPM[static_cast<size_t>(label)];
+        auto *text = At(lblRPM, label);
         text->setFont(lblTemp.front()->font());
         const int line = graph.bottom() - qRound((lastRpmLabel - label) * spacing);
         text->setGeometry(0, line - height / 2, right, height);

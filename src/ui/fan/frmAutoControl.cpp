@@ -1,5 +1,6 @@
 #include "ui/fan/frmAutoControl.h"
 
+#include "common/At.h"
 #include "common/Numbers.h"
 #include "fan/FanCodes.h"
 #include "fan/LookupGraphScale.h"
@@ -40,7 +41,7 @@ constexpr int largeRangeStep = 1000;
 constexpr int largestPointRpm = std::numeric_limits<int16_t>::max();
 
 LookupPoint &PointAt(int point) {
-    return TableInUse()[static_cast<size_t>(point)];
+    return At(TableInUse(), point);
 }
 
 } // namespace
@@ -105,7 +106,7 @@ QGroupBox *frmAutoControl::NewPointFrame() {
     for (int point = 0; point < LookupPoints; ++point) {
         auto *option = new QRadioButton(QString::number(point + 1), frame);
         option->setObjectName(IndexedName("optControl", point));
-        optControl[static_cast<size_t>(point)] = option;
+        At(optControl, point) = option;
         points->addWidget(option, point / PointsPerFan, point % PointsPerFan, Qt::AlignLeft);
     }
     optControl[0]->setChecked(true);
@@ -126,12 +127,11 @@ QGroupBox *frmAutoControl::NewPointFrame() {
 
 void frmAutoControl::ConnectSignals() {
     for (int point = 0; point < LookupPoints; ++point) {
-        connect(optControl[static_cast<size_t>(point)], &QRadioButton::toggled, this,
-                [this, point](bool checked) {
-                    if (checked) {
-                        optControl_Click(point);
-                    }
-                });
+        connect(At(optControl, point), &QRadioButton::toggled, this, [this, point](bool checked) {
+            if (checked) {
+                optControl_Click(point);
+            }
+        });
     }
     for (auto *option : {optDiscrete, optLinear}) {
         connect(option, &QRadioButton::toggled, this, &frmAutoControl::PlotData);
@@ -160,7 +160,7 @@ void frmAutoControl::Form_Load() {
     for (int point = 0; point < LookupPoints; ++point) {
         PointAt(point).Temperature = ReadPointTemperature(point);
         PointAt(point).RPM = PointRpm(ReadRPM(SpeedRegister(point)));
-        loadedRpm[static_cast<size_t>(point)] = PointAt(point).RPM;
+        At(loadedRpm, point) = PointAt(point).RPM;
     }
     ShowSelectedPoint();
     (IsConfig2Bit2Set() ? optLinear : optDiscrete)->setChecked(true);
@@ -189,8 +189,8 @@ void frmAutoControl::ShowSelectedPoint() {
 /// as 75 RPM, which no count is written for.
 void frmAutoControl::MarkRpm() {
     const double rpm = RoundHalfToEven(NumberIn(*txtRPMLookup));
-    const bool held = (IsLookupRpm(rpm) && rpm <= largestPointRpm) ||
-                      rpm == loadedRpm[static_cast<size_t>(SelectedPoint)];
+    const bool held =
+        (IsLookupRpm(rpm) && rpm <= largestPointRpm) || rpm == At(loadedRpm, SelectedPoint);
     MarkField(*txtRPMLookup,
               held ? QString()
                    : tr("0, or %1 to %2 RPM").arg(SlowestLookupRpm).arg(largestPointRpm));
@@ -235,7 +235,7 @@ void frmAutoControl::pctGraph_MouseMove(QPointF place) {
     const double celsius = X2Temp(place.x());
     for (int point = LookupPoints - 1; point >= 0; --point) {
         if (std::abs(celsius - PointAt(point).Temperature) < 1) {
-            optControl[static_cast<size_t>(point)]->setChecked(true);
+            At(optControl, point)->setChecked(true);
             break;
         }
     }

@@ -94,7 +94,7 @@ QGroupBox *frmLookup::NewTableFrame() {
         auto *label = new QLabel(tr("Fan%1").arg(fan + 1), Frame1);
         label->setObjectName(IndexedName("lblFan", fan));
         label->hide();
-        lblFan[static_cast<size_t>(fan)] = label;
+        At(lblFan, fan) = label;
         layout->addWidget(label, RowOf(fan * PointsPerFan) - 1, 0);
     }
     for (int point = 0; point < LookupPoints; ++point) {
@@ -155,10 +155,10 @@ void frmLookup::ShowLayout() {
 void frmLookup::Form_Load() {
     ShowLayout();
     for (int point = 0; point < LookupPoints; ++point) {
-        ShowNumber(*txtTemp[static_cast<size_t>(point)], ReadPointTemperature(point));
+        ShowNumber(*At(txtTemp, point), ReadPointTemperature(point));
     }
     for (int point = 0; point < LookupPoints; ++point) {
-        ShowNumber(*txtRPM[static_cast<size_t>(point)], ReadRPM(SpeedRegister(point)));
+        ShowNumber(*At(txtRPM, point), ReadRPM(SpeedRegister(point)));
     }
 }
 

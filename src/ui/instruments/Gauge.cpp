@@ -3,6 +3,7 @@
 #include <QAccessible>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 
 #include <cmath>
 
@@ -13,6 +14,24 @@ constexpr int fastSteps = 10;
 
 bool IsArrow(int key) {
     return key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_Left || key == Qt::Key_Right;
+}
+
+/// How many steps a key means, upwards; 0 for another key.
+int StepsOf(const QKeyEvent &event) {
+    if ((event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) != 0) {
+        return 0;
+    }
+    const int size = (event.modifiers() & Qt::ShiftModifier) != 0 ? fastSteps : 1;
+    switch (event.key()) {
+    case Qt::Key_Up:
+    case Qt::Key_Right:
+        return size;
+    case Qt::Key_Down:
+    case Qt::Key_Left:
+        return -size;
+    default:
+        return 0;
+    }
 }
 
 } // namespace
@@ -34,31 +53,31 @@ QSize Gauge::minimumSizeHint() const {
     return {side, side};
 }
 
-void Gauge::Show(double &shown, double value) {
-    if (shown != value && !std::isnan(value)) {
-        shown = value;
+void Gauge::Show(double &value, double newValue) {
+    if (value != newValue && !std::isnan(newValue)) {
+        value = newValue;
         update();
     }
 }
 
 void Gauge::SetNeedle(double value) {
-    Show(needle, Clamped(value));
+    Show(shown.needle, face.Clamped(value));
 }
 
 void Gauge::SetBand0Start(double value) {
-    Show(band0.start, value);
+    Show(shown.band0.start, value);
 }
 
 void Gauge::SetBand0End(double value) {
-    Show(band0.end, value);
+    Show(shown.band0.end, value);
 }
 
 void Gauge::SetBand1Start(double value) {
-    Show(band1.start, value);
+    Show(shown.band1.start, value);
 }
 
 void Gauge::SetBand1End(double value) {
-    Show(band1.end, value);
+    Show(shown.band1.end, value);
 }
 
 void Gauge::SetLowPointer(double value) {
@@ -70,48 +89,46 @@ void Gauge::SetHighPointer(double value) {
 }
 
 void Gauge::SetPointer(int pointer, double value) {
-    Show(Pointer(pointer), Clamped(value));
+    Show(shown.Pointer(pointer), face.Clamped(value));
     UpdateDescription();
 }
 
 void Gauge::SetMinimum(double value) {
-    SetRange(value, qMax(value, maximum));
+    SetRange(value, qMax(value, Maximum()));
 }
 
 void Gauge::SetMaximum(double value) {
-    SetRange(qMin(value, minimum), value);
+    SetRange(qMin(value, Minimum()), value);
 }
 
 void Gauge::SetRange(double from, double to) {
-    if (!std::isfinite(from) || !std::isfinite(to) || (from == minimum && to == maximum)) {
+    if (!std::isfinite(from) || !std::isfinite(to) || (from == Minimum() && to == Maximum())) {
         return;
     }
-    minimum = from;
-    maximum = to;
-    SetNeedle(needle);
-    SetLowPointer(low);
-    SetHighPointer(high);
-    UpdateFace();
+    face.SetRange(from, to);
+    SetNeedle(Needle());
+    SetLowPointer(LowPointer());
+    SetHighPointer(HighPointer());
     update();
 }
 
 void Gauge::SetLowPointerVisible(bool visible) {
-    if (lowVisible == visible) {
+    if (shown.lowVisible == visible) {
         return;
     }
     if (move.pointer == lowPointerNumber) {
         move = {};
     }
-    lowVisible = visible;
+    shown.lowVisible = visible;
     selected = visible ? lowPointerNumber : highPointerNumber;
     UpdateDescription();
     update();
 }
 
 void Gauge::SetCaption(const QString &text) {
-    if (caption != text) {
-        caption = text;
-        UpdateCaptionFont();
+    if (shown.caption != text) {
+        shown.caption = text;
+        face.FitCaption(text);
         UpdateDescription();
         update();
     }
@@ -122,9 +139,10 @@ void Gauge::UpdateDescription() {
     if (!QAccessible::isActive()) {
         return;
     }
-    const QString highText = tr("high %1").arg(high);
-    const QString text = lowVisible ? tr("%1, low %2, %3").arg(caption).arg(low).arg(highText)
-                                    : tr("%1, %2").arg(caption, highText);
+    const QString highText = tr("high %1").arg(shown.high);
+    const QString text = shown.lowVisible
+                             ? tr("%1, low %2, %3").arg(shown.caption).arg(shown.low).arg(highText)
+                             : tr("%1, %2").arg(shown.caption, highText);
     if (text != accessibleDescription()) {
         setAccessibleDescription(text);
     }
@@ -134,18 +152,17 @@ void Gauge::Begin(Means means, int pointer) {
     move = {};
     move.means = means;
     move.pointer = pointer;
-    move.start = Pointer(pointer);
+    move.start = shown.Pointer(pointer);
     if (selected != pointer) {
         selected = pointer;
         update();
     }
 }
 
-/// Moves the pointer in hand, up to the other one. A pointer that the program has set past the
-/// other can only come back.
+/// Moves the pointer in hand, within the scale.
 void Gauge::MoveTo(double value) {
-    const double bounded = Clamped(value);
-    if (bounded != Pointer(move.pointer)) {
+    const double bounded = face.Clamped(value);
+    if (bounded != shown.Pointer(move.pointer)) {
         move.moved = true;
         SetPointer(move.pointer, bounded);
         emit PointerMoving();
@@ -155,8 +172,8 @@ void Gauge::MoveTo(double value) {
 void Gauge::DragTo(const QPointF &position) {
     // A click on a handle is no move.
     if (move.moved || position != move.pressed) {
-        const double degrees = DegreesAt(move.pointer, position) + move.heldDegrees;
-        MoveTo(ValueAt(degrees, Pointer(move.pointer)));
+        const double degrees = face.DegreesAt(move.pointer, position) + move.heldDegrees;
+        MoveTo(face.ValueAt(degrees, shown.Pointer(move.pointer)));
     }
 }
 
@@ -181,7 +198,7 @@ void Gauge::Interrupt() {
 void Gauge::PutBack() {
     const Move ended = move;
     move = {};
-    if (Pointer(ended.pointer) != ended.start) {
+    if (shown.Pointer(ended.pointer) != ended.start) {
         SetPointer(ended.pointer, ended.start);
         emit PointerMoving();
     }
@@ -189,7 +206,7 @@ void Gauge::PutBack() {
 
 void Gauge::SelectPointer(int pointer) {
     Finish();
-    if (lowVisible && selected != pointer) {
+    if (shown.lowVisible && selected != pointer) {
         selected = pointer;
         update();
     }
@@ -235,8 +252,22 @@ void Gauge::resizeEvent(QResizeEvent * /*event*/) {
     UpdateFace();
 }
 
+void Gauge::UpdateFace() {
+    face.SetSize(rect(), font());
+    face.FitCaption(shown.caption);
+}
+
+void Gauge::paintEvent(QPaintEvent * /*event*/) {
+    QPainter painter(this);
+    face.Paint(painter, shown, {palette(), isEnabled(), hasFocus() ? selected : 0});
+}
+
+QPointF Gauge::PointerPosition(int pointer, double value) const {
+    return face.PointerPosition(pointer, value);
+}
+
 void Gauge::mousePressEvent(QMouseEvent *event) {
-    const int pointer = PointerAt(event->position());
+    const int pointer = face.PointerAt(event->position(), shown);
     if (event->button() != Qt::LeftButton || pointer == 0 || move.means == Means::Mouse) {
         event->ignore();
         return;
@@ -246,9 +277,10 @@ void Gauge::mousePressEvent(QMouseEvent *event) {
     move.pressed = event->position();
     // A handle taken off its middle keeps its distance from the mouse, so that it does not jump.
     // Within a pixel, the middle is meant.
-    const QPointF middle = HandleMiddle(pointer);
+    const QPointF middle = PointerPosition(pointer, shown.Pointer(pointer));
     if (QLineF(middle, move.pressed).length() > 1) {
-        move.heldDegrees = DegreesOf(Pointer(pointer)) - DegreesAt(pointer, move.pressed);
+        move.heldDegrees =
+            face.DegreesOf(shown.Pointer(pointer)) - face.DegreesAt(pointer, move.pressed);
     }
     UpdateCursor(event->position());
 }
@@ -275,28 +307,10 @@ void Gauge::mouseReleaseEvent(QMouseEvent *event) {
 void Gauge::UpdateCursor(const QPointF &position) {
     if (move.means == Means::Mouse) {
         setCursor(Qt::ClosedHandCursor);
-    } else if (PointerAt(position) != 0) {
+    } else if (face.PointerAt(position, shown) != 0) {
         setCursor(Qt::OpenHandCursor);
     } else {
         unsetCursor();
-    }
-}
-
-/// How many steps a key means, upwards; 0 for another key.
-int Gauge::StepsOf(const QKeyEvent &event) const {
-    if ((event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) != 0) {
-        return 0;
-    }
-    const int size = (event.modifiers() & Qt::ShiftModifier) != 0 ? fastSteps : 1;
-    switch (event.key()) {
-    case Qt::Key_Up:
-    case Qt::Key_Right:
-        return size;
-    case Qt::Key_Down:
-    case Qt::Key_Left:
-        return -size;
-    default:
-        return 0;
     }
 }
 
@@ -311,7 +325,7 @@ void Gauge::keyPressEvent(QKeyEvent *event) {
         if (move.means == Means::None) {
             Begin(Means::Keys, selected);
         }
-        MoveTo(Pointer(selected) + steps * singleStep);
+        MoveTo(shown.Pointer(selected) + steps * singleStep);
     } else if (plain && event->key() == Qt::Key_Space) {
         SelectPointer(selected == lowPointerNumber ? highPointerNumber : lowPointerNumber);
     } else if (plain && event->key() == Qt::Key_L) {

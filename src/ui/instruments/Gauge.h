@@ -1,11 +1,8 @@
 #pragma once
 
-#include <QFont>
-#include <QLineF>
-#include <QList>
-#include <QWidget>
+#include "ui/instruments/GaugeFace.h"
 
-#include <algorithm>
+#include <QWidget>
 
 namespace ztm {
 
@@ -36,37 +33,33 @@ class Gauge : public QWidget {
     Q_PROPERTY(QString caption READ Caption WRITE SetCaption)
 
 public:
-    /// The numbers of the two pointers.
-    static constexpr int lowPointerNumber = 2;
-    static constexpr int highPointerNumber = 3;
-
     /// A scale from 0 to 100, with the pointers at its ends.
     explicit Gauge(QWidget *parent = nullptr);
 
-    double Needle() const { return needle; }
+    double Needle() const { return shown.needle; }
     void SetNeedle(double value);
 
-    double LowPointer() const { return low; }
+    double LowPointer() const { return shown.low; }
     void SetLowPointer(double value);
-    double HighPointer() const { return high; }
+    double HighPointer() const { return shown.high; }
     void SetHighPointer(double value);
 
     /// The thick band on the scale.
-    double Band0Start() const { return band0.start; }
+    double Band0Start() const { return shown.band0.start; }
     void SetBand0Start(double value);
-    double Band0End() const { return band0.end; }
+    double Band0End() const { return shown.band0.end; }
     void SetBand0End(double value);
 
     /// The thin band inside the scale.
-    double Band1Start() const { return band1.start; }
+    double Band1Start() const { return shown.band1.start; }
     void SetBand1Start(double value);
-    double Band1End() const { return band1.end; }
+    double Band1End() const { return shown.band1.end; }
     void SetBand1End(double value);
 
     /// The ends of the scale. An end set beyond the other takes the other along.
-    double Minimum() const { return minimum; }
+    double Minimum() const { return face.Minimum(); }
     void SetMinimum(double value);
-    double Maximum() const { return maximum; }
+    double Maximum() const { return face.Maximum(); }
     void SetMaximum(double value);
 
     /// How far an arrow key moves a pointer.
@@ -74,10 +67,10 @@ public:
     void SetSingleStep(double step) { singleStep = step; }
 
     /// A hidden low pointer keeps its value and cannot be moved by the user.
-    bool IsLowPointerVisible() const { return lowVisible; }
+    bool IsLowPointerVisible() const { return shown.lowVisible; }
     void SetLowPointerVisible(bool visible);
 
-    QString Caption() const { return caption; }
+    QString Caption() const { return shown.caption; }
     void SetCaption(const QString &text);
 
     /// Where the middle of a pointer's handle (2 low, 3 high) stands for a value, in widget
@@ -107,26 +100,6 @@ protected:
     void keyReleaseEvent(QKeyEvent *event) override;
 
 private:
-    struct Band {
-        double start = 0;
-        double end = 0;
-    };
-
-    /// What the size, the font and the ends of the scale decide.
-    struct Face {
-        struct Number {
-            QPointF baseline;
-            QString text;
-        };
-        QPointF centre;
-        double unit = 1; // a hundredth of the diameter
-        QFont numberFont;
-        QFont letterFont;
-        QList<QLineF> majorTicks;
-        QList<QLineF> minorTicks;
-        QList<Number> numbers;
-    };
-
     enum class Means { None, Mouse, Keys };
 
     /// The user's move of a pointer, while it lasts.
@@ -139,11 +112,10 @@ private:
         bool moved = false;
     };
 
-    double Clamped(double value) const { return std::clamp(value, minimum, maximum); }
-    double &Pointer(int number) { return number == lowPointerNumber ? low : high; }
-    void Show(double &shown, double value);
+    void Show(double &value, double newValue);
     void SetRange(double from, double to);
     void SetPointer(int pointer, double value);
+    void UpdateFace();
     void UpdateDescription();
 
     void Begin(Means means, int pointer);
@@ -154,38 +126,10 @@ private:
     void PutBack();
     void SelectPointer(int pointer);
     void UpdateCursor(const QPointF &position);
-    int StepsOf(const QKeyEvent &event) const;
 
-    double DegreesOf(double value) const;
-    double DegreesAt(int pointer, const QPointF &position) const;
-    double ValueAt(double degrees, double current) const;
-    QPointF HandleMiddle(int pointer) const;
-    int PointerAt(const QPointF &position) const;
-
-    void UpdateFace();
-    void AddTicks();
-    void AddNumber(double value);
-    void UpdateCaptionFont();
-    QPointF OnFace(double degrees, double radius) const;
-    void DrawArc(QPainter &painter, const Band &band, double radius, double thickness,
-                 const QColor &colour) const;
-    void DrawScale(QPainter &painter) const;
-    void DrawNeedle(QPainter &painter) const;
-    void DrawHandle(QPainter &painter, int pointer) const;
-    void DrawCaption(QPainter &painter) const;
-
-    double minimum = 0;
-    double maximum = 100;
+    GaugeReadings shown;
+    GaugeFace face;
     double singleStep = 1;
-    double needle = 0;
-    double low = 0;
-    double high = 100;
-    bool lowVisible = true;
-    Band band0;
-    Band band1;
-    QString caption;
-    QFont captionFont;
-    Face face;
     Move move;
     int selected = lowPointerNumber;
 };

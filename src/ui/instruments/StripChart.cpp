@@ -1,5 +1,8 @@
 #include "ui/instruments/StripChart.h"
 
+#include "common/At.h"
+#include "ui/instruments/Colours.h"
+#include "ui/instruments/StripChartLabels.h"
 #include "ui/instruments/StripChartPlot.h"
 
 #include <QAccessible>
@@ -12,49 +15,8 @@
 namespace ztm {
 namespace {
 
-using Label = StripChartSetup::Label;
-
 constexpr int focusFrame = 2;
-constexpr double readableContrast = 4.5;
 constexpr qint64 millisecondsBetweenDescriptions = 2000;
-
-/// Relative luminance, 0 to 1.
-double Luminance(const QColor &colour) {
-    const auto linear = [](double part) {
-        return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
-           0.0722 * linear(colour.blueF());
-}
-
-/// The colour, as much lighter or darker as it takes to stand out from the ground.
-QColor Readable(const QColor &colour, const QColor &ground) {
-    const double groundLuminance = Luminance(ground);
-    const bool lighter = groundLuminance < 0.18;
-    QColor result = colour;
-    for (int step = 0; step < 20; ++step) {
-        const auto [low, high] = std::minmax({Luminance(result), groundLuminance});
-        if ((high + 0.05) / (low + 0.05) >= readableContrast) {
-            break;
-        }
-        const double target = lighter ? 1.0 : 0.0;
-        const auto nearer = [&](double part) {
-            return static_cast<float>(part + (target - part) * 0.12);
-        };
-        result = QColor::fromRgbF(nearer(result.redF()), nearer(result.greenF()),
-                                  nearer(result.blueF()));
-    }
-    return result;
-}
-
-QColor Mix(const QColor &first, const QColor &second, double share) {
-    const auto mixed = [share](float from, float to) {
-        return from + (to - from) * static_cast<float>(share);
-    };
-    return QColor::fromRgbF(mixed(first.redF(), second.redF()),
-                            mixed(first.greenF(), second.greenF()),
-                            mixed(first.blueF(), second.blueF()));
-}
 
 } // namespace
 
@@ -62,9 +24,9 @@ StripChart::StripChart(const ChannelHistory &source, StripChartSetup shown, QWid
     : QWidget(parent)
     , history(source)
     , setup(std::move(shown))
+    , timeWindow(source, setup.visibleSeconds)
     , columns(std::make_unique<StripChartColumns>(source))
-    , plot(new StripChartPlot(*columns, this))
-    , windowSpan(setup.visibleSeconds) {
+    , plot(new StripChartPlot(*columns, this)) {
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     // Every event comes to this widget; the plot only paints.
@@ -76,11 +38,11 @@ StripChart::StripChart(const ChannelHistory &source, StripChartSetup shown, QWid
     plot->setLocale(QLocale::c());
     SetupAxes();
     SetupTraces();
-    SetupLabels();
+    labels = std::make_unique<StripChartLabels>(*plot, setup);
     ApplyPalette();
     connect(plot, &QCustomPlot::beforeReplot, this, &StripChart::BeforeReplot);
     connect(plot, &QCustomPlot::afterLayout, this, [this] {
-        PlaceLabels();
+        labels->Place();
         // Tick labels of another width have moved the plot's edges: the columns follow.
         if (columns->Count() != ColumnCount()) {
             Redraw();
@@ -122,48 +84,6 @@ void StripChart::SetupTraces() {
     }
 }
 
-void StripChart::SetupLabels() {
-    // Below the traces: no label ever covers a value.
-    plot->addLayer(QStringLiteral("labels"), plot->layer(QStringLiteral("grid")));
-    for (const auto &label : setup.labels) {
-        QCPItemText *item = nullptr;
-        if (label.place == Label::Place::AtPosition) {
-            item = new QCPItemText(plot);
-            item->setClipToAxisRect(false);
-            item->setPadding(QMargins(3, 0, 3, 0));
-            item->setLayer(QStringLiteral("labels"));
-            item->setPositionAlignment(Qt::AlignLeft | Qt::AlignTop);
-            item->position->setType(QCPItemPosition::ptAbsolute);
-        }
-        labelItems.push_back(item);
-    }
-    for (int entry = 0; entry < static_cast<int>(setup.labels.size()); ++entry) {
-        SetLabel(entry, setup.labels[static_cast<size_t>(entry)].text);
-    }
-}
-
-/// After a layout that has moved the plot, or where the labels are others.
-void StripChart::PlaceLabels() {
-    const QRectF room = plot->axisRect()->rect();
-    if (room == labelRoom) {
-        return;
-    }
-    labelRoom = room;
-    const auto within = [](double wanted, double low, double high) {
-        return std::max(low, std::min(wanted, high));
-    };
-    for (size_t index = 0; index < labelItems.size(); ++index) {
-        if (auto *item = labelItems[index]) {
-            const QPointF wanted = setup.labels[index].position;
-            const QPointF size =
-                item->bottomRight->pixelPosition() - item->topLeft->pixelPosition();
-            item->position->setCoords(
-                within(wanted.x() * plot->width(), room.left(), room.right() - size.x()),
-                within(wanted.y() * plot->height(), room.top(), room.bottom() - size.y()));
-        }
-    }
-}
-
 QStringList StripChart::Labels() const {
     QStringList texts;
     for (const auto &label : setup.labels) {
@@ -173,32 +93,27 @@ QStringList StripChart::Labels() const {
 }
 
 void StripChart::SetLabel(int entry, const QString &text) {
-    const auto index = static_cast<size_t>(entry);
-    Label &label = setup.labels.at(index);
-    label.text = text;
-    if (auto *item = labelItems[index]) {
-        item->setText(text);
-        item->setVisible(!text.isEmpty());
-    } else {
-        (label.place == Label::Place::LeftAxisTitle ? plot->yAxis : plot->yAxis2)->setLabel(text);
-    }
-    labelRoom = {};
+    At(setup.labels, entry).text = text;
+    labels->ShowText(static_cast<size_t>(entry));
     Redraw();
 }
 
+void StripChart::SetTraceName(int trace, const QString &name) {
+    At(setup.traces, trace).name = name;
+}
+
 void StripChart::SetLabelVerticalPosition(int entry, double fraction) {
-    const auto index = static_cast<size_t>(entry);
-    setup.labels.at(index).position.setY(fraction);
-    labelRoom = {};
+    At(setup.labels, entry).position.setY(fraction);
+    labels->Invalidate();
     Redraw();
 }
 
 double StripChart::LabelVerticalPosition(int entry) const {
-    return setup.labels.at(static_cast<size_t>(entry)).position.y();
+    return At(setup.labels, entry).position.y();
 }
 
 double StripChart::LastValue(int trace) const {
-    return history.LastValue(setup.traces.at(static_cast<size_t>(trace)).channel);
+    return history.LastValue(At(setup.traces, trace).channel);
 }
 
 void StripChart::HistoryChanged() {
@@ -218,7 +133,7 @@ void StripChart::DescribeLastValues() {
     for (const auto &trace : setup.traces) {
         const float value = history.LastValue(trace.channel);
         if (!std::isnan(value)) {
-            values.append(NameOf(trace) + QLatin1Char(' ') +
+            values.append(setup.NameOf(trace) + QLatin1Char(' ') +
                           QString::number(value, 'f', trace.decimals) + trace.unit);
         }
     }
@@ -243,9 +158,6 @@ void StripChart::Follow() {
     if (!CanBeSeen() || columns->Count() == 0) {
         return;
     }
-    if (live) {
-        windowEnd = LiveEnd();
-    }
     const int count = columns->Count();
     const double width = columns->Width();
     if (FirstColumn(width, count) != columns->Begin()) {
@@ -266,7 +178,7 @@ int StripChart::ColumnCount() const {
 
 /// The leftmost of `count` columns that end with the window.
 int64_t StripChart::FirstColumn(double width, int count) const {
-    return static_cast<int64_t>(std::floor(windowEnd / width)) + 1 - count;
+    return static_cast<int64_t>(std::floor(timeWindow.End() / width)) + 1 - count;
 }
 
 void StripChart::BeforeReplot() {
@@ -278,22 +190,19 @@ void StripChart::BeforeReplot() {
     const QRectF rect = PlotRect();
     const int count = ColumnCount();
     if (count == 0) {
-        columns->Update(windowSpan, 0, 0);
+        columns->Update(timeWindow.Span(), 0, 0);
         return;
     }
-    const double width = windowSpan / count;
-    if (live) {
-        windowEnd = LiveEnd();
-    }
+    const double width = timeWindow.Span() / count;
     const int64_t begin = FirstColumn(width, count);
     plot->TracesChanged(columns->Update(width, begin, count));
     const double start = static_cast<double>(begin) * width;
-    plot->xAxis->setRange(start, start + windowSpan);
+    plot->xAxis->setRange(start, start + timeWindow.Span());
     plot->xAxis->ticker()->setTickCount(std::max(2, static_cast<int>(rect.width()) / 90));
     for (QCPAxis *axis : {plot->yAxis, plot->yAxis2}) {
         axis->ticker()->setTickCount(std::max(2, static_cast<int>(rect.height()) / 45));
     }
-    plot->Overlay().SetNotice(live ? QString() : tr("Not live: double click or End to return"));
+    plot->Overlay().SetNotice(IsLive() ? QString() : tr("Not live: double click or End to return"));
     UpdateCursor();
 }
 
@@ -313,17 +222,7 @@ void StripChart::ApplyPalette() {
     for (size_t index = 0; index < setup.traces.size(); ++index) {
         plot->Traces()[index]->setPen(Readable(setup.traces[index].colour, ground));
     }
-    QFont bold = font();
-    bold.setBold(true);
-    for (size_t index = 0; index < labelItems.size(); ++index) {
-        if (auto *item = labelItems[index]) {
-            const QColor colour = setup.labels[index].colour;
-            item->setColor(colour.isValid() ? Readable(colour, ground) : ink);
-            item->setBrush(ground);
-            item->setFont(bold);
-        }
-    }
-    labelRoom = {};
+    labels->SetPalette(palette(), font());
     plot->Overlay().SetPalette(palette(), font());
     Redraw();
 }

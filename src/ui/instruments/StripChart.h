@@ -1,59 +1,26 @@
 #pragma once
 
-#include "common/ChannelHistory.h"
+#include "ui/instruments/StripChartDrag.h"
+#include "ui/instruments/StripChartSetup.h"
+#include "ui/instruments/TimeWindow.h"
 
-#include <QColor>
 #include <QElapsedTimer>
-#include <QPointF>
 #include <QPointer>
 #include <QStringList>
 #include <QWidget>
 
+#include <memory>
 #include <optional>
-#include <vector>
 
 class QCPAxis;
-class QCPItemText;
 class QCPRange;
 class QMenu;
 
 namespace ztm {
 
 class StripChartColumns;
+class StripChartLabels;
 class StripChartPlot;
-
-/// What a strip chart shows.
-struct StripChartSetup {
-    struct Trace {
-        int channel = 0; ///< of the history
-        QString name;
-        QColor colour; ///< made lighter or darker where the ground asks for it
-        bool rightAxis = false;
-        QString unit;
-        int decimals = 1; ///< of read-outs
-        int label = -1;   ///< the label entry whose text, where not empty, stands for the name
-    };
-    struct ValueAxis {
-        double minimum = 0;
-        double maximum = 100;
-    };
-    struct Label {
-        enum class Place { AtPosition, LeftAxisTitle, RightAxisTitle };
-
-        QString text;
-        Place place = Place::AtPosition;
-        /// Top left corner in fractions of the chart's width and height. Where there is little
-        /// room the label keeps to the plot.
-        QPointF position;
-        QColor colour; ///< invalid: that of the chart's text
-    };
-
-    std::vector<Trace> traces;
-    ValueAxis left;
-    std::optional<ValueAxis> right;
-    std::vector<Label> labels;
-    double visibleSeconds = 60;
-};
 
 /// A chart of measured values over time, drawn from a history that it shares with others and
 /// that outlives it. It follows the newest sample until the user moves it away; while it is not
@@ -92,7 +59,7 @@ public:
     /// To be called after each Append() to, or Clear() of, the history.
     void HistoryChanged();
 
-    bool IsLive() const { return live; }
+    bool IsLive() const { return timeWindow.IsLive(); }
     /// The times at the left and right edge, in seconds.
     double VisibleFrom() const;
     double VisibleTo() const;
@@ -139,29 +106,8 @@ protected:
     void wheelEvent(QWheelEvent *event) override;
 
 private:
-    enum class Part { None, Plot, TimeAxis, LeftAxis, RightAxis };
-    enum class Grip { Middle, LowerEnd, UpperEnd };
-
-    struct Place {
-        Part part = Part::None;
-        Grip grip = Grip::Middle;
-    };
-
-    /// What a drag began with.
-    struct Drag {
-        Place place;
-        QPointF start;
-        bool moved = false;
-        double end = 0;
-        double span = 0;
-        double lower = 0;
-        double upper = 0;
-    };
-
     void SetupAxes();
     void SetupTraces();
-    void SetupLabels();
-    void PlaceLabels();
     void ApplyPalette();
     bool CanBeSeen() const;
     void Redraw();
@@ -171,52 +117,32 @@ private:
     int64_t FirstColumn(double width, int count) const;
     void DescribeLastValues();
 
-    // The time in sight
-    double LiveEnd() const;
-    void SetWindow(double end, double span);
-    void ZoomTimeAt(double factor, double fraction);
-    void ZoomTime(double factor);
-    void PanTime(double seconds);
-    static double ValueSpan(double span);
-    void ZoomValues(QCPAxis *axis, double factor, double fraction);
-    void PanValues(double fraction);
-
-    // Input
     QRectF PlotRect() const;
-    Place PlaceAt(QPointF point) const;
-    QCPAxis *AxisOf(Part part) const;
-    QPointF FractionOf(QPointF point) const;
-    void DragTo(QPointF point);
-    void DragTime(QPointF point);
-    void DragValues(QPointF point);
+    StripChartPlace PlaceOf(QPointF point) const;
+    QCPAxis *AxisOf(StripChartPlace place) const;
+    void PanValues(double fraction);
     void ShowPointer(QPointF point);
     void MoveCursor(double pixels);
     bool MoveByKey(const QKeyEvent &event);
 
-    // The read-out
     bool UpdateCursor();
     void RedrawCursor();
-    QString NameOf(const StripChartSetup::Trace &trace) const;
     QString ReadingOf(const StripChartSetup::Trace &trace, int column) const;
 
-    // The menu
     void FillMenu(QMenu &menu);
     void AskAndSavePicture();
     void AskAndSaveVisibleRange();
 
     const ChannelHistory &history;
     StripChartSetup setup;
+    TimeWindow timeWindow;
     std::unique_ptr<StripChartColumns> columns;
     StripChartPlot *plot;
-    std::vector<QCPItemText *> labelItems; // owned by the plot; nullptr for the title of an axis
-    QRectF labelRoom;                      // the plot that the labels have been placed in
+    std::unique_ptr<StripChartLabels> labels;
     QPointer<QMenu> menu;
-    std::optional<Drag> drag;
+    std::optional<StripChartDrag> drag;
     std::optional<double> cursorX; // pixels from the left of the plot
     QElapsedTimer sinceDescribed;
-    double windowEnd = 0;
-    double windowSpan;
-    bool live = true;
 };
 
 } // namespace ztm

@@ -1,5 +1,7 @@
 #include "ui/instruments/StripChartColumns.h"
 
+#include "common/At.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -67,7 +69,7 @@ int64_t StripChartColumns::Update(double width, int64_t begin, int count) {
 Extent StripChartColumns::Whole(int channel) const {
     Extent whole;
     for (const auto &column : extents) {
-        const Extent &extent = column[static_cast<size_t>(channel)];
+        const Extent &extent = ztm::At(column, channel);
         whole.any = whole.any || extent.any;
         whole.low = std::fmin(whole.low, extent.low);
         whole.high = std::fmax(whole.high, extent.high);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/At.h"
 #include "common/ChannelHistory.h"
 
 #include <cstdint>
@@ -34,7 +35,7 @@ public:
 
     /// A channel in column `index`, 0 being the leftmost one.
     const Extent &At(int channel, int index) const {
-        return extents[Slot(first + index)][static_cast<size_t>(channel)];
+        return ztm::At(extents[Slot(first + index)], channel);
     }
 
     /// The channel's extremes over all columns.

@@ -1,7 +1,14 @@
+// What the user does to a chart: mouse, wheel, keys and menu.
+
 #include "ui/instruments/StripChart.h"
 #include "ui/instruments/StripChartPlot.h"
+#include "ui/instruments/StripChartSaving.h"
+#include "ui/kit/FileDialogs.h"
+#include "ui/kit/Messages.h"
 
+#include <QContextMenuEvent>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QWheelEvent>
 
@@ -11,76 +18,45 @@
 namespace ztm {
 namespace {
 
-constexpr double zoomStep = 1.25;      // per notch of the wheel or press of a key
-constexpr double notch = 120;          // of a wheel, in eighths of a degree
-constexpr double panStep = 0.1;        // of what is in sight
-constexpr double cursorStep = 4;       // pixels
-constexpr double gripPixels = 24;      // of the arrow at the end of an axis
-constexpr double leastFraction = 0.05; // of an axis that a dragged end leaves
+using Part = StripChartPlace::Part;
+
+constexpr int notch = QWheelEvent::DefaultDeltasPerStep;
+constexpr double zoomStep = 1.25; // per notch of the wheel or press of a key
+constexpr double panStep = 0.1;   // of what is in sight
+constexpr double cursorStep = 4;  // pixels
 
 } // namespace
 
-StripChart::Place StripChart::PlaceAt(QPointF point) const {
-    const QRectF rect = PlotRect();
-    const auto gripOf = [](double fromLower, double length) {
-        const double grip = std::min(gripPixels, length / 4);
-        return fromLower < grip            ? Grip::LowerEnd
-               : fromLower > length - grip ? Grip::UpperEnd
-                                           : Grip::Middle;
-    };
-    if (rect.contains(point)) {
-        return {Part::Plot, Grip::Middle};
-    }
-    // The corners belong to the axis whose end is nearer, the value axes.
-    const double fromBottom = rect.bottom() - point.y();
-    const double fromLeft = point.x() - rect.left();
-    if (fromLeft < 0 && fromBottom > -gripPixels / 2) {
-        return {Part::LeftAxis, gripOf(fromBottom, rect.height())};
-    }
-    if (fromLeft > rect.width() && fromBottom > -gripPixels / 2 && setup.right) {
-        return {Part::RightAxis, gripOf(fromBottom, rect.height())};
-    }
-    if (fromBottom < 0) {
-        return {Part::TimeAxis, gripOf(fromLeft, rect.width())};
-    }
-    return {};
+StripChartPlace StripChart::PlaceOf(QPointF point) const {
+    return PlaceAt(point, PlotRect(), setup.right.has_value());
 }
 
-QCPAxis *StripChart::AxisOf(Part part) const {
-    return part == Part::LeftAxis ? plot->yAxis : part == Part::RightAxis ? plot->yAxis2 : nullptr;
-}
-
-/// The point in fractions of the plot, from its lower left corner.
-QPointF StripChart::FractionOf(QPointF point) const {
-    const QRectF rect = PlotRect();
-    return {(point.x() - rect.left()) / std::max(rect.width(), 1.0),
-            (rect.bottom() - point.y()) / std::max(rect.height(), 1.0)};
+QCPAxis *StripChart::AxisOf(StripChartPlace place) const {
+    return !place.IsValueAxis()           ? nullptr
+           : place.part == Part::LeftAxis ? plot->yAxis
+                                          : plot->yAxis2;
 }
 
 void StripChart::ShowPointer(QPointF point) {
-    const Place place = PlaceAt(point);
-    const bool isTime = place.part == Part::TimeAxis;
+    const StripChartPlace place = PlaceOf(point);
     setCursor(place.part == Part::None || place.part == Part::Plot ? Qt::ArrowCursor
-              : place.grip == Grip::Middle                         ? Qt::OpenHandCursor
-              : isTime                                             ? Qt::SizeHorCursor
-                                                                   : Qt::SizeVerCursor);
+              : place.grip == StripChartPlace::Grip::Middle        ? Qt::OpenHandCursor
+              : place.IsValueAxis()                                ? Qt::SizeVerCursor
+                                                                   : Qt::SizeHorCursor);
 }
 
 void StripChart::mousePressEvent(QMouseEvent *event) {
-    const Place place = PlaceAt(event->position());
-    if (event->button() != Qt::LeftButton || place.part == Part::None) {
-        return;
-    }
-    drag = Drag{place, event->position(), false, VisibleTo(), windowSpan, 0, 0};
-    if (const QCPAxis *axis = AxisOf(place.part)) {
-        drag->lower = axis->range().lower;
-        drag->upper = axis->range().upper;
+    const StripChartPlace place = PlaceOf(event->position());
+    if (event->button() == Qt::LeftButton && place.part != Part::None) {
+        drag.emplace(place, event->position(), timeWindow, VisibleTo(), AxisOf(place));
     }
 }
 
 void StripChart::mouseMoveEvent(QMouseEvent *event) {
     if (drag && event->buttons().testFlag(Qt::LeftButton)) {
-        DragTo(event->position());
+        if (drag->To(event->position(), PlotRect(), timeWindow)) {
+            Redraw();
+        }
         return;
     }
     drag.reset();
@@ -113,64 +89,18 @@ void StripChart::mouseDoubleClickEvent(QMouseEvent *event) {
     }
 }
 
-void StripChart::DragTo(QPointF point) {
-    if (!drag->moved && (point - drag->start).manhattanLength() < 3) {
-        return; // a click that trembles
-    }
-    drag->moved = true;
-    if (AxisOf(drag->place.part) != nullptr) {
-        DragValues(point);
-    } else {
-        DragTime(point);
-    }
-    Redraw();
-}
-
-/// The value or time under the pointer goes with it: all of the axis moves, or the end at hand
-/// while the other stays.
-void StripChart::DragValues(QPointF point) {
-    const double was = FractionOf(drag->start).y();
-    const double now = FractionOf(point).y();
-    const double span = drag->upper - drag->lower;
-    QCPAxis *axis = AxisOf(drag->place.part);
-    if (drag->place.grip == Grip::UpperEnd) {
-        const double zoomed = ValueSpan(span * was / std::max(now, leastFraction));
-        axis->setRange(drag->lower, drag->lower + zoomed);
-    } else if (drag->place.grip == Grip::LowerEnd) {
-        const double zoomed = ValueSpan(span * (1 - was) / std::max(1 - now, leastFraction));
-        axis->setRange(drag->upper - zoomed, drag->upper);
-    } else {
-        axis->setRange(QCPRange(drag->lower, drag->upper) + span * (was - now));
-    }
-}
-
-void StripChart::DragTime(QPointF point) {
-    const double was = FractionOf(drag->start).x();
-    const double now = FractionOf(point).x();
-    const double start = drag->end - drag->span;
-    if (drag->place.grip == Grip::UpperEnd) {
-        const double span = drag->span * was / std::max(now, leastFraction);
-        SetWindow(start + span, span);
-    } else if (drag->place.grip == Grip::LowerEnd) {
-        SetWindow(drag->end, drag->span * (1 - was) / std::max(1 - now, leastFraction));
-    } else {
-        live = false;
-        SetWindow(drag->end + (was - now) * drag->span, drag->span);
-    }
-}
-
 void StripChart::wheelEvent(QWheelEvent *event) {
-    const Place place = PlaceAt(event->position());
+    const StripChartPlace place = PlaceOf(event->position());
     const QPoint delta = event->angleDelta();
-    const double turns = (delta.y() != 0 ? delta.y() : delta.x()) / notch;
+    const double turns = static_cast<double>(delta.y() != 0 ? delta.y() : delta.x()) / notch;
     const double factor = std::pow(zoomStep, -turns);
-    const QPointF fraction = FractionOf(event->position());
-    if (QCPAxis *axis = AxisOf(place.part)) {
-        ZoomValues(axis, factor, fraction.y());
-    } else if (place.part == Part::TimeAxis && live) {
-        ZoomTime(factor);
+    const QPointF fraction = FractionOf(event->position(), PlotRect());
+    if (QCPAxis *axis = AxisOf(place)) {
+        ZoomValues(*axis, factor, fraction.y());
+    } else if (place.part == Part::TimeAxis && IsLive()) {
+        timeWindow.Zoom(factor);
     } else if (place.part != Part::None) {
-        ZoomTimeAt(factor, fraction.x());
+        timeWindow.Zoom(factor, fraction.x());
     }
     event->accept();
     Redraw();
@@ -184,10 +114,10 @@ void StripChart::keyPressEvent(QKeyEvent *event) {
     case Qt::Key_Minus: {
         const double factor = event->key() == Qt::Key_Minus ? zoomStep : 1 / zoomStep;
         if (control) {
-            ZoomValues(plot->yAxis, factor, 0.5);
-            ZoomValues(plot->yAxis2, factor, 0.5);
+            ZoomValues(*plot->yAxis, factor, 0.5);
+            ZoomValues(*plot->yAxis2, factor, 0.5);
         } else {
-            ZoomTime(factor);
+            timeWindow.Zoom(factor);
         }
         break;
     }
@@ -210,16 +140,16 @@ bool StripChart::MoveByKey(const QKeyEvent &event) {
     const bool control = event.modifiers().testFlag(Qt::ControlModifier);
     switch (event.key()) {
     case Qt::Key_Left:
-        control ? MoveCursor(-cursorStep) : PanTime(-panStep * windowSpan);
+        control ? MoveCursor(-cursorStep) : timeWindow.Pan(-panStep * timeWindow.Span());
         return true;
     case Qt::Key_Right:
-        control ? MoveCursor(cursorStep) : PanTime(panStep * windowSpan);
+        control ? MoveCursor(cursorStep) : timeWindow.Pan(panStep * timeWindow.Span());
         return true;
     case Qt::Key_PageUp:
-        PanTime(-windowSpan);
+        timeWindow.Pan(-timeWindow.Span());
         return true;
     case Qt::Key_PageDown:
-        PanTime(windowSpan);
+        timeWindow.Pan(timeWindow.Span());
         return true;
     case Qt::Key_Up:
         PanValues(panStep);
@@ -258,6 +188,55 @@ void StripChart::focusInEvent(QFocusEvent *event) {
 void StripChart::focusOutEvent(QFocusEvent *event) {
     QWidget::focusOutEvent(event);
     update();
+}
+
+void StripChart::contextMenuEvent(QContextMenuEvent *event) {
+    if (menu) {
+        return; // asked twice, by key and by the window system
+    }
+    drag.reset();
+    menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    FillMenu(*menu);
+    menu->popup(event->globalPos());
+    event->accept();
+}
+
+void StripChart::FillMenu(QMenu &target) {
+    const auto add = [&](const QString &text, const QKeySequence &key, auto handler) {
+        QAction *action = target.addAction(text, this, handler);
+        action->setShortcut(key); // shown only: keyPressEvent acts on it
+        action->setShortcutContext(Qt::WidgetShortcut);
+        return action;
+    };
+    const bool any = !history.IsEmpty();
+    add(tr("&Fit Values"), Qt::Key_Home, &StripChart::Fit)->setEnabled(any);
+    target.addAction(tr("Show &Whole History"), this, &StripChart::ShowWholeHistory)
+        ->setEnabled(any);
+    target.addAction(tr("&Original Scales"), this, &StripChart::RestoreScales);
+    add(tr("Back to &Live"), Qt::Key_End, &StripChart::BackToLive)->setEnabled(!IsLive());
+    target.addSeparator();
+    target.addAction(tr("&Copy Picture"), this, &StripChart::CopyPicture);
+    target.addAction(tr("&Save Picture..."), this, &StripChart::AskAndSavePicture);
+    target.addAction(tr("Save Visible &Range..."), this, &StripChart::AskAndSaveVisibleRange)
+        ->setEnabled(any);
+}
+
+void StripChart::AskAndSavePicture() {
+    const QString path = AskSaveFileOfKind(this, tr("Save Picture"), PictureKinds());
+    if (!path.isEmpty() && !SavePicture(path)) {
+        ShowMessage(tr("The picture could not be saved as\n%1").arg(path), tr("Save Picture"),
+                    QMessageBox::Warning);
+    }
+}
+
+void StripChart::AskAndSaveVisibleRange() {
+    const QString path =
+        AskSaveFileOfKind(this, tr("Save Visible Range"), tr("Tab-separated text (*.txt *.tsv)"));
+    if (!path.isEmpty() && !SaveVisibleRange(path)) {
+        ShowMessage(tr("The values could not be saved as\n%1").arg(path), tr("Save Visible Range"),
+                    QMessageBox::Warning);
+    }
 }
 
 } // namespace ztm

@@ -1,31 +1,26 @@
 #include "ui/instruments/StripChartPlottable.h"
 
+#include <QTime>
+
 #include <algorithm>
 #include <cmath>
 
 namespace ztm {
 namespace {
 
-constexpr int secondsPerDay = 86400;
+constexpr int64_t millisecondsPerDay = 86'400'000;
 
 } // namespace
 
-QString TimeOfDayText(double seconds, QChar separator) {
-    const auto whole = static_cast<int64_t>(std::floor(seconds + 1e-6));
-    const auto ofDay = static_cast<int>((whole % secondsPerDay + secondsPerDay) % secondsPerDay);
-    const auto twoDigits = [](int number) {
-        return QStringLiteral("%1").arg(number, 2, 10, QLatin1Char('0'));
-    };
-    return twoDigits(ofDay / 3600) + separator + twoDigits(ofDay / 60 % 60) + separator +
-           twoDigits(ofDay % 60);
-}
-
 QString TimeOfDayText(double seconds, QChar separator, int decimals) {
     const double scale = std::pow(10.0, decimals);
-    const double rounded = std::floor(seconds * scale + 0.5) / scale;
-    const auto fraction = qRound((rounded - std::floor(rounded)) * scale);
-    return TimeOfDayText(rounded, separator) + QLatin1Char('.') +
-           QStringLiteral("%1").arg(fraction, decimals, 10, QLatin1Char('0'));
+    // A tick of the axis may lie a rounding error before its whole second.
+    const double shown = decimals == 0 ? std::floor(seconds + 1e-6) : std::round(seconds * scale);
+    const int64_t milliseconds = std::llround(shown / scale * 1000) % millisecondsPerDay;
+    const auto ofDay = static_cast<int>((milliseconds + millisecondsPerDay) % millisecondsPerDay);
+    const QString text =
+        QTime::fromMSecsSinceStartOfDay(ofDay).toString(QStringLiteral("HH:mm:ss.zzz"));
+    return text.chopped(decimals == 0 ? 4 : 3 - decimals).replace(QLatin1Char(':'), separator);
 }
 
 double TimeOfDayTicker::getTickStep(const QCPRange &range) {

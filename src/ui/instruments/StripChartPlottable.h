@@ -6,10 +6,9 @@
 
 namespace ztm {
 
-/// Time of day of a number of seconds since a midnight, "HH MM SS" or with any other separator.
-QString TimeOfDayText(double seconds, QChar separator);
-/// The same with decimals of a second, at least one.
-QString TimeOfDayText(double seconds, QChar separator, int decimals);
+/// Time of day of a number of seconds since a midnight, "HH MM SS" or with any other separator;
+/// with 0 to 3 decimals of a second.
+QString TimeOfDayText(double seconds, QChar separator, int decimals = 0);
 
 /// Labels a time axis in seconds since a midnight with "HH MM SS" of the time of day.
 class TimeOfDayTicker final : public QCPAxisTickerTime {

@@ -2,6 +2,10 @@
 
 #include "ui/instruments/StripChart.h"
 #include "ui/instruments/StripChartPlot.h"
+#include "ui/instruments/StripChartSaving.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
 
 #include <algorithm>
 #include <cmath>
@@ -9,10 +13,6 @@
 namespace ztm {
 namespace {
 
-constexpr double shortestSpan = 1;         // seconds
-constexpr double longestSpan = 48 * 3600;  // seconds, more than the history holds
-constexpr double smallestValueSpan = 1e-3; // of a value axis
-constexpr double largestValueSpan = 1e9;
 constexpr double fitMargin = 0.05;
 
 } // namespace
@@ -20,10 +20,6 @@ constexpr double fitMargin = 0.05;
 QRectF StripChart::PlotRect() const {
     const QRect rect = plot->axisRect()->rect();
     return QRectF(rect).translated(plot->pos());
-}
-
-double StripChart::LiveEnd() const {
-    return history.IsEmpty() ? windowSpan : history.LastTime();
 }
 
 double StripChart::VisibleFrom() const {
@@ -43,48 +39,6 @@ QPointF StripChart::PointOf(double time, double value, bool rightAxis) const {
     const QCPRange values = ValueRange(rightAxis);
     return {rect.left() + (time - VisibleFrom()) / (VisibleTo() - VisibleFrom()) * rect.width(),
             rect.bottom() - (value - values.lower) / values.size() * rect.height()};
-}
-
-/// The window ends at the newest sample at the latest, and never leaves the history.
-void StripChart::SetWindow(double end, double span) {
-    windowSpan = std::clamp(span, shortestSpan, longestSpan);
-    const double earliest = history.IsEmpty() ? 0 : history.FirstTime();
-    windowEnd = std::clamp(end, std::min(earliest, LiveEnd()), LiveEnd());
-}
-
-void StripChart::ZoomTimeAt(double factor, double fraction) {
-    const double span = std::clamp(windowSpan * factor, shortestSpan, longestSpan);
-    const double end = live ? LiveEnd() : windowEnd;
-    const double pivot = end - windowSpan * (1 - fraction);
-    const double newEnd = pivot + span * (1 - fraction);
-    // Zooming out of the live view would reach into the future; it stays live instead.
-    live = live && newEnd >= end - span * 0.005;
-    SetWindow(newEnd, span);
-}
-
-void StripChart::ZoomTime(double factor) {
-    ZoomTimeAt(factor, live ? 1.0 : 0.5);
-}
-
-void StripChart::PanTime(double seconds) {
-    const double end = live ? LiveEnd() : windowEnd;
-    if (live && seconds > 0) {
-        return; // there is nothing beyond
-    }
-    live = false;
-    SetWindow(end + seconds, windowSpan);
-}
-
-/// The span that a value axis takes when one is asked for.
-double StripChart::ValueSpan(double span) {
-    return std::clamp(span, smallestValueSpan, largestValueSpan);
-}
-
-void StripChart::ZoomValues(QCPAxis *axis, double factor, double fraction) {
-    const QCPRange old = axis->range();
-    const double span = ValueSpan(old.size() * factor);
-    const double pivot = old.lower + old.size() * fraction;
-    axis->setRange(pivot - span * fraction, pivot + span * (1 - fraction));
 }
 
 void StripChart::PanValues(double fraction) {
@@ -118,34 +72,18 @@ void StripChart::RestoreScales() {
     if (setup.right) {
         plot->yAxis2->setRange(setup.right->minimum, setup.right->maximum);
     }
-    windowSpan = setup.visibleSeconds;
+    timeWindow.SetSpan(setup.visibleSeconds);
     Redraw();
 }
 
 void StripChart::ShowWholeHistory() {
-    if (!history.IsEmpty()) {
-        live = true;
-        // The column of the newest sample may reach beyond it.
-        const double count = std::max(columns->Count(), 2);
-        SetWindow(LiveEnd(), (history.LastTime() - history.FirstTime()) * count / (count - 1));
-    }
+    timeWindow.ShowAll(columns->Count());
     Redraw();
 }
 
 void StripChart::BackToLive() {
-    live = true;
+    timeWindow.GoLive();
     Redraw();
-}
-
-void StripChart::SetTraceName(int trace, const QString &name) {
-    setup.traces.at(static_cast<size_t>(trace)).name = name;
-}
-
-QString StripChart::NameOf(const StripChartSetup::Trace &trace) const {
-    const auto label = static_cast<size_t>(trace.label);
-    const bool hasLabel =
-        trace.label >= 0 && label < setup.labels.size() && !setup.labels[label].text.isEmpty();
-    return hasLabel ? setup.labels[label].text : trace.name;
 }
 
 QString StripChart::ReadingOf(const StripChartSetup::Trace &trace, int column) const {
@@ -185,8 +123,8 @@ bool StripChart::UpdateCursor() {
     for (size_t index = 0; index < setup.traces.size(); ++index) {
         const auto &trace = setup.traces[index];
         if (history.HasValues(trace.channel)) {
-            rows.push_back(
-                {NameOf(trace), ReadingOf(trace, column), plot->Traces()[index]->pen().color()});
+            rows.push_back({setup.NameOf(trace), ReadingOf(trace, column),
+                            plot->Traces()[index]->pen().color()});
         }
     }
     return plot->Overlay().ShowCursor(x, std::move(rows));
@@ -204,6 +142,25 @@ QStringList StripChart::CursorText() const {
         lines.append(row.reading.isEmpty() ? row.name : row.name + QLatin1Char(' ') + row.reading);
     }
     return lines;
+}
+
+void StripChart::CopyPicture() const {
+    QGuiApplication::clipboard()->setPixmap(
+        plot->toPixmap(plot->width(), plot->height(), plot->bufferDevicePixelRatio()));
+}
+
+bool StripChart::SavePicture(const QString &path) const {
+    return ztm::SavePicture(*plot, path);
+}
+
+bool StripChart::SaveVisibleRange(const QString &path) const {
+    std::vector<SavedTrace> shown;
+    for (const auto &trace : setup.traces) {
+        if (history.HasValues(trace.channel)) {
+            shown.push_back({trace.channel, setup.NameOf(trace)});
+        }
+    }
+    return SaveRange(history, VisibleFrom(), VisibleTo(), shown, path);
 }
 
 } // namespace ztm

@@ -14,8 +14,6 @@
 namespace ztm {
 namespace {
 
-constexpr int angleOfAStep = 120; // of one notch, in eighths of a degree
-
 // Lengths are in heights of a line of text.
 constexpr double handleWidth = 1.5;
 constexpr double handleHeight = 0.75;
@@ -233,9 +231,7 @@ void ValueSlider::mouseReleaseEvent(QMouseEvent *event) {
 }
 
 void ValueSlider::wheelEvent(QWheelEvent *event) {
-    wheelAngle += event->angleDelta().y();
-    if (const int steps = wheelAngle / angleOfAStep; steps != 0) {
-        wheelAngle -= steps * angleOfAStep;
+    if (const int steps = wheel.Take(*event); steps != 0) {
         MoveTo(value + steps * smallStep);
     }
 }

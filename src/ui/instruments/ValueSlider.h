@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/instruments/Scale.h"
+#include "ui/kit/WheelSteps.h"
 
 #include <QFont>
 #include <QWidget>
@@ -113,7 +114,7 @@ private:
     bool moved = false; // since the mouse was pressed
     QPointF pressed;    // where the mouse took the handle
     double held = 0;    // from the middle of the handle down to there
-    int wheelAngle = 0; // turned but not yet enough for a step
+    WheelSteps wheel;
 };
 
 } // namespace ztm

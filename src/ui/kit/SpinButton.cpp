@@ -14,7 +14,6 @@
 namespace ztm {
 namespace {
 
-constexpr int angleOfAStep = 120; // of one notch, in eighths of a degree
 constexpr int shownCharacters = 8;
 
 } // namespace
@@ -75,9 +74,7 @@ bool SpinButton::eventFilter(QObject *watched, QEvent *event) {
 }
 
 bool SpinButton::StepByWheel(QWheelEvent &event) {
-    wheelAngle += event.angleDelta().y();
-    if (const int steps = wheelAngle / angleOfAStep; steps != 0) {
-        wheelAngle -= steps * angleOfAStep;
+    if (const int steps = wheel.Take(event); steps != 0) {
         Step(steps);
     }
     return true;

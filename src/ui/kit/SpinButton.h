@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/kit/WheelSteps.h"
+
 #include <QWidget>
 
 class QLineEdit;
@@ -40,7 +42,7 @@ private:
 
     QLineEdit &box;
     SpinRange range;
-    int wheelAngle = 0; // turned but not yet enough for a step
+    WheelSteps wheel;
 };
 
 /// A text box and its spin button side by side, to stand in a layout as one.

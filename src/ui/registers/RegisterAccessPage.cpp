@@ -1,5 +1,6 @@
 #include "ui/registers/RegisterAccessPage.h"
 
+#include "common/At.h"
 #include "common/NumberText.h"
 #include "common/Numbers.h"
 #include "link/USBComms.h"
@@ -120,13 +121,13 @@ QGroupBox *RegisterAccessPage::NewBitFrame() {
         auto *label = new BitLabel(fraBits);
         label->setObjectName(IndexedName("lblBit", bit));
         label->setText(QStringLiteral("0"));
-        lblBit[static_cast<size_t>(bit)] = label;
+        At(lblBit, bit) = label;
     }
     for (int place = 0; place < bits; ++place) {
         auto *label = new QLabel(fraBits);
         label->setObjectName(IndexedName("lblInfo", place));
         label->setAlignment(Qt::AlignCenter);
-        lblInfo[static_cast<size_t>(place)] = label;
+        At(lblInfo, place) = label;
     }
     fraBits->installEventFilter(this);
     return fraBits;
@@ -162,7 +163,7 @@ void RegisterAccessPage::ConnectSignals() {
         box->installEventFilter(this);
     }
     for (int bit = 0; bit < bits; ++bit) {
-        const BitLabel *label = lblBit[static_cast<size_t>(bit)];
+        const BitLabel *label = At(lblBit, bit);
         connect(label, &BitLabel::Click, this, [this, bit] { lblBit_Click(bit); });
         connect(label, &BitLabel::MouseMove, this, [this, bit] { lblBit_MouseMove(bit); });
     }
@@ -191,7 +192,7 @@ void RegisterAccessPage::ShowAddress(int32_t address) {
 
 void RegisterAccessPage::ShowBitNames(const QStringList &names) {
     for (int place = 0; place < bits; ++place) {
-        lblInfo[static_cast<size_t>(place)]->setText(names.value(place));
+        At(lblInfo, place)->setText(names.value(place));
     }
 }
 
@@ -203,12 +204,11 @@ void RegisterAccessPage::ShowValue(int16_t value) {
 
 void RegisterAccessPage::ShowBitValues(int16_t value) {
     for (int bit = bits - 1; bit >= 0; --bit) {
-        BitLabel *label = lblBit[static_cast<size_t>(bit)];
+        BitLabel *label = At(lblBit, bit);
         label->setText(QString::number((value >> bit) & 1));
-        label->setAccessibleName(tr("Bit %1, %2: %3")
-                                     .arg(QString::number(bit),
-                                          lblInfo[static_cast<size_t>(bits - 1 - bit)]->text(),
-                                          label->text()));
+        label->setAccessibleName(
+            tr("Bit %1, %2: %3")
+                .arg(QString::number(bit), At(lblInfo, bits - 1 - bit)->text(), label->text()));
     }
 }
 
@@ -226,8 +226,8 @@ void RegisterAccessPage::LayoutBitLabels() {
         // Each edge is rounded for itself, so that the row fills its frame to the pixel.
         const int left = qRound(fraBits->width() - ((bit + 1) * width + margin));
         const int right = qRound(fraBits->width() - (bit * width + margin));
-        lblBit[static_cast<size_t>(bit)]->setGeometry(left, top, right - left, height);
-        QLabel *name = lblInfo[static_cast<size_t>(bits - 1 - bit)];
+        At(lblBit, bit)->setGeometry(left, top, right - left, height);
+        QLabel *name = At(lblInfo, bits - 1 - bit);
         name->resize(nameSize);
         name->move((left + right - name->width()) / 2, nameTop);
     }
@@ -313,12 +313,12 @@ void RegisterAccessPage::chkContRead_Click() {
 }
 
 void RegisterAccessPage::lblBit_Click(int bit) {
-    BitLabel *clicked = lblBit[static_cast<size_t>(bit)];
+    BitLabel *clicked = At(lblBit, bit);
     clicked->setText(clicked->text() == QLatin1String("0") ? QStringLiteral("1")
                                                            : QStringLiteral("0"));
     int32_t value = 0;
     for (int place = 0; place < bits; ++place) {
-        const BitLabel *label = lblBit[static_cast<size_t>(place)];
+        const BitLabel *label = At(lblBit, place);
         value += label->text() == QLatin1String("0") ? 0 : 1 << place;
     }
     WriteRegister(AddressInBox(), value);
@@ -326,8 +326,7 @@ void RegisterAccessPage::lblBit_Click(int bit) {
 }
 
 void RegisterAccessPage::lblBit_MouseMove(int bit) {
-    lblBit[static_cast<size_t>(bit)]->setToolTip(
-        lblInfo[static_cast<size_t>(bits - 1 - bit)]->text());
+    At(lblBit, bit)->setToolTip(At(lblInfo, bits - 1 - bit)->text());
 }
 
 void RegisterAccessPage::TreeView1_NodeClick(int index) {

@@ -18,8 +18,8 @@ namespace {
 using testing::DoubleNear;
 
 constexpr int side = 250;
-constexpr int lowNumber = Gauge::lowPointerNumber;
-constexpr int highNumber = Gauge::highPointerNumber;
+constexpr int lowNumber = lowPointerNumber;
+constexpr int highNumber = highPointerNumber;
 
 class GaugeTest : public testing::Test {
 protected:

@@ -1,6 +1,9 @@
-#include "ui/instruments/Gauge.h"
+#include "ui/instruments/GaugeFace.h"
+
+#include "ui/instruments/Colours.h"
 #include "ui/instruments/Scale.h"
 
+#include <QCoreApplication>
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QPainterPath>
@@ -53,16 +56,10 @@ constexpr QColor bandColour(46, 160, 67);
 constexpr QColor lowColour(0, 104, 168);
 constexpr QColor highColour(186, 74, 0);
 
-QColor Blend(const QColor &first, const QColor &second, float share) {
-    const auto mix = [share](float from, float to) { return from + (to - from) * share; };
-    return QColor::fromRgbF(mix(first.redF(), second.redF()), mix(first.greenF(), second.greenF()),
-                            mix(first.blueF(), second.blueF()));
-}
-
 /// The low handle lies before its value and the high one after it, so that neither covers the
 /// other when they meet.
 double Side(int pointer) {
-    return pointer == Gauge::lowPointerNumber ? -1 : 1;
+    return pointer == lowPointerNumber ? -1 : 1;
 }
 
 double HandleDegrees(int pointer) {
@@ -71,35 +68,28 @@ double HandleDegrees(int pointer) {
 
 } // namespace
 
-double Gauge::DegreesOf(double value) const {
+double GaugeFace::DegreesOf(double value) const {
     const double range = maximum - minimum;
     return range > 0 ? sweepDegrees * (Clamped(value) - minimum) / range : 0;
 }
 
-QPointF Gauge::OnFace(double degrees, double radius) const {
+QPointF GaugeFace::OnFace(double degrees, double radius) const {
     const double angle = qDegreesToRadians(firstDegrees + degrees);
-    return face.centre + radius * face.unit * QPointF(std::cos(angle), std::sin(angle));
+    return centre + radius * unit * QPointF(std::cos(angle), std::sin(angle));
 }
 
-QPointF Gauge::PointerPosition(int pointer, double value) const {
+QPointF GaugeFace::PointerPosition(int pointer, double value) const {
     return OnFace(DegreesOf(value) + HandleDegrees(pointer),
                   std::hypot(handleMiddle, handleWidth / 2));
 }
 
-QPointF Gauge::HandleMiddle(int pointer) const {
-    return PointerPosition(pointer, pointer == lowPointerNumber ? low : high);
-}
-
-/// The degrees along the scale that a handle with its middle in that direction stands for.
-double Gauge::DegreesAt(int pointer, const QPointF &position) const {
-    const QPointF away = position - face.centre;
+double GaugeFace::DegreesAt(int pointer, const QPointF &position) const {
+    const QPointF away = position - centre;
     return qRadiansToDegrees(std::atan2(away.y(), away.x())) - HandleDegrees(pointer) -
            firstDegrees;
 }
 
-/// The value at any angle. Below the scale it is the nearer end, except that a pointer which is
-/// about at an end (`current`) goes there, and does not jump to the other.
-double Gauge::ValueAt(double degrees, double current) const {
+double GaugeFace::ValueAt(double degrees, double current) const {
     const double along = std::fmod(degrees + 2 * fullTurn, fullTurn);
     if (along > sweepDegrees) {
         const bool between = along > sweepDegrees + endDegrees && along < fullTurn - endDegrees;
@@ -114,21 +104,20 @@ double Gauge::ValueAt(double degrees, double current) const {
     }
     const double value = minimum + (maximum - minimum) * along / sweepDegrees;
     // The mouse gives a value to the pixel: no more decimals than that is worth.
-    const double pixels = qDegreesToRadians(sweepDegrees) * handleMiddle * face.unit;
+    const double pixels = qDegreesToRadians(sweepDegrees) * handleMiddle * unit;
     const double decimals = std::ceil(1 - std::log10((maximum - minimum) / pixels));
     const double perUnit = std::pow(10, qMax(0.0, decimals));
     return std::isfinite(perUnit) ? std::round(value * perUnit) / perUnit : value;
 }
 
-/// The pointer whose handle is at a position, or 0.
-int Gauge::PointerAt(const QPointF &position) const {
+int GaugeFace::PointerAt(const QPointF &position, const GaugeReadings &readings) const {
     int nearest = 0;
     double least = INFINITY;
     for (const int pointer : {highPointerNumber, lowPointerNumber}) {
-        const QPointF away = position - HandleMiddle(pointer);
+        const QPointF away = position - PointerPosition(pointer, readings.Pointer(pointer));
         const double distance = std::hypot(away.x(), away.y());
-        const double radius = (handleOuter - handleShoulder) / 2 * face.unit + reach;
-        const bool shown = pointer == highPointerNumber || lowVisible;
+        const double radius = (handleOuter - handleShoulder) / 2 * unit + reach;
+        const bool shown = pointer == highPointerNumber || readings.lowVisible;
         if (shown && distance <= radius && distance < least) {
             nearest = pointer;
             least = distance;
@@ -137,37 +126,45 @@ int Gauge::PointerAt(const QPointF &position) const {
     return nearest;
 }
 
-void Gauge::UpdateFace() {
-    face = {};
-    face.centre = rect().toRectF().center();
-    face.unit = qMax(1, qMin(width(), height())) / 100.0;
-    face.numberFont = font();
-    face.numberFont.setPixelSize(qMax(1, qRound(numberSize * face.unit)));
-    face.letterFont = font();
-    face.letterFont.setBold(true);
-    face.letterFont.setPixelSize(qMax(1, qRound(letterSize * face.unit)));
-    UpdateCaptionFont();
-    AddTicks();
+void GaugeFace::SetRange(double from, double to) {
+    minimum = from;
+    maximum = to;
+    UpdateMarks();
 }
 
-void Gauge::AddTicks() {
+void GaugeFace::SetSize(const QRectF &room, const QFont &textFont) {
+    centre = room.center();
+    unit = qMax(1.0, qMin(room.width(), room.height())) / 100.0;
+    font = textFont;
+    numberFont = font;
+    numberFont.setPixelSize(qMax(1, qRound(numberSize * unit)));
+    letterFont = font;
+    letterFont.setBold(true);
+    letterFont.setPixelSize(qMax(1, qRound(letterSize * unit)));
+    UpdateMarks();
+}
+
+void GaugeFace::UpdateMarks() {
+    majorTicks.clear();
+    minorTicks.clear();
+    numbers.clear();
     const ScaleMarks marks = MarksFor(minimum, maximum);
     for (const double value : marks.numbered) {
         AddNumber(value);
         if (maximum > minimum) {
-            face.majorTicks.append(
+            majorTicks.append(
                 {OnFace(DegreesOf(value), ringInner), OnFace(DegreesOf(value), ringOuter)});
         }
     }
     for (const double value : marks.small) {
-        face.minorTicks.append({OnFace(DegreesOf(value), ringInner),
-                                OnFace(DegreesOf(value), ringInner + minorTickLength)});
+        minorTicks.append({OnFace(DegreesOf(value), ringInner),
+                           OnFace(DegreesOf(value), ringInner + minorTickLength)});
     }
 }
 
 /// Adds a number that touches the circle of numbers from inside.
-void Gauge::AddNumber(double value) {
-    const QFontMetricsF metrics(face.numberFont);
+void GaugeFace::AddNumber(double value) {
+    const QFontMetricsF metrics(numberFont);
     const QString text = QString::number(value, 'g', 10);
     const double halfWidth = metrics.horizontalAdvance(text) / 2;
     const double halfHeight = metrics.capHeight() / 2;
@@ -175,35 +172,34 @@ void Gauge::AddNumber(double value) {
     const QPointF outward(std::cos(angle), std::sin(angle));
     // From the middle of the text to its edge, in that direction, of an ellipse around it.
     const double extent = std::hypot(halfWidth * outward.x(), halfHeight * outward.y());
-    const QPointF middle = face.centre + (numberRadius * face.unit - extent) * outward;
-    face.numbers.append({middle + QPointF(-halfWidth, halfHeight), text});
+    const QPointF middle = centre + (numberRadius * unit - extent) * outward;
+    numbers.append({middle + QPointF(-halfWidth, halfHeight), text});
 }
 
-void Gauge::UpdateCaptionFont() {
-    captionFont = font();
+void GaugeFace::FitCaption(const QString &caption) {
+    captionFont = font;
     captionFont.setBold(true);
-    captionFont.setPixelSize(qMax(1, qRound(captionSize * face.unit)));
+    captionFont.setPixelSize(qMax(1, qRound(captionSize * unit)));
     const double width = QFontMetricsF(captionFont).horizontalAdvance(caption);
-    const double room = captionWidth * face.unit;
+    const double room = captionWidth * unit;
     if (width > room) {
-        captionFont.setPixelSize(qMax(1, qFloor(captionSize * face.unit * room / width)));
+        captionFont.setPixelSize(qMax(1, qFloor(captionSize * unit * room / width)));
     }
 }
 
-void Gauge::paintEvent(QPaintEvent * /*event*/) {
-    QPainter painter(this);
+void GaugeFace::Paint(QPainter &painter, const GaugeReadings &readings, const Look &look) const {
     painter.setRenderHint(QPainter::Antialiasing);
-    DrawScale(painter);
-    DrawCaption(painter);
-    DrawNeedle(painter);
-    if (lowVisible) {
-        DrawHandle(painter, lowPointerNumber);
+    DrawScale(painter, readings, look);
+    DrawCaption(painter, readings.caption, look.palette);
+    DrawNeedle(painter, readings.needle, look.palette);
+    if (readings.lowVisible) {
+        DrawHandle(painter, lowPointerNumber, readings.low, look);
     }
-    DrawHandle(painter, highPointerNumber);
+    DrawHandle(painter, highPointerNumber, readings.high, look);
 }
 
-void Gauge::DrawArc(QPainter &painter, const Band &band, double radius, double thickness,
-                    const QColor &colour) const {
+void GaugeFace::DrawArc(QPainter &painter, const GaugeReadings::Band &band, double radius,
+                        double thickness, const QColor &colour) const {
     const double from = DegreesOf(band.start);
     const double to = DegreesOf(band.end);
     if (!(from < to)) {
@@ -211,8 +207,8 @@ void Gauge::DrawArc(QPainter &painter, const Band &band, double radius, double t
     }
     // A filled outline costs a good deal less than a wide stroke. Qt's arcs run the other way.
     const auto square = [this](double half) {
-        const QPointF corner(half * face.unit, half * face.unit);
-        return QRectF(face.centre - corner, face.centre + corner);
+        const QPointF corner(half * unit, half * unit);
+        return QRectF(centre - corner, centre + corner);
     };
     QPainterPath path(OnFace(from, radius + thickness / 2));
     path.arcTo(square(radius + thickness / 2), -firstDegrees - from, from - to);
@@ -220,39 +216,39 @@ void Gauge::DrawArc(QPainter &painter, const Band &band, double radius, double t
     painter.fillPath(path, colour);
 }
 
-void Gauge::DrawScale(QPainter &painter) const {
-    const QColor ink = palette().color(QPalette::WindowText);
-    const QColor track = Blend(palette().color(QPalette::Window), ink, 0.2F);
-    const QColor colour = isEnabled() ? bandColour : Blend(track, ink, 0.3F);
+void GaugeFace::DrawScale(QPainter &painter, const GaugeReadings &readings,
+                          const Look &look) const {
+    const QColor ink = look.palette.color(QPalette::WindowText);
+    const QColor track = Mix(look.palette.color(QPalette::Window), ink, 0.2);
+    const QColor colour = look.enabled ? bandColour : Mix(track, ink, 0.3);
     const double ringMiddle = (ringInner + ringOuter) / 2;
     DrawArc(painter, {minimum, maximum}, ringMiddle, ringThickness, track);
-    DrawArc(painter, band0, ringMiddle, ringThickness, colour);
-    DrawArc(painter, band1, thinBandRadius, thinBandThickness, colour);
+    DrawArc(painter, readings.band0, ringMiddle, ringThickness, colour);
+    DrawArc(painter, readings.band1, thinBandRadius, thinBandThickness, colour);
 
-    painter.setPen(QPen(ink, 0.35 * face.unit));
-    painter.drawLines(face.minorTicks);
-    painter.setPen(QPen(ink, 0.75 * face.unit));
-    painter.drawLines(face.majorTicks);
-    painter.setFont(face.numberFont);
-    for (const Face::Number &number : face.numbers) {
+    painter.setPen(QPen(ink, 0.35 * unit));
+    painter.drawLines(minorTicks);
+    painter.setPen(QPen(ink, 0.75 * unit));
+    painter.drawLines(majorTicks);
+    painter.setFont(numberFont);
+    for (const Number &number : numbers) {
         painter.drawText(number.baseline, number.text);
     }
 }
 
-void Gauge::DrawNeedle(QPainter &painter) const {
+void GaugeFace::DrawNeedle(QPainter &painter, double needle, const QPalette &palette) const {
     const double degrees = DegreesOf(needle);
-    const QPointF along = OnFace(degrees, 1) - face.centre;
+    const QPointF along = OnFace(degrees, 1) - centre;
     const QPointF across(-along.y(), along.x());
     const auto draw = [&](double rim, QPalette::ColorRole role) {
-        painter.setBrush(palette().color(role));
-        const QPointF tip = face.centre + (needleLength + rim) * along;
+        painter.setBrush(palette.color(role));
+        const QPointF tip = centre + (needleLength + rim) * along;
         const QPointF tipSide = (needleTipHalfWidth + rim) * across;
         const QPointF side = (needleHalfWidth + rim) * across;
-        const std::array corners{tip - tipSide, tip + tipSide, face.centre + side,
-                                 face.centre - side};
+        const std::array corners{tip - tipSide, tip + tipSide, centre + side, centre - side};
         painter.drawConvexPolygon(corners.data(), static_cast<int>(corners.size()));
-        const double radius = (hubRadius + rim) * face.unit;
-        painter.drawEllipse(face.centre, radius, radius);
+        const double radius = (hubRadius + rim) * unit;
+        painter.drawEllipse(centre, radius, radius);
     };
     painter.setPen(Qt::NoPen);
     // The rim sets the needle off from the numbers below it.
@@ -261,46 +257,48 @@ void Gauge::DrawNeedle(QPainter &painter) const {
 }
 
 /// A flag whose straight edge stands on the value, with a tip on the scale.
-void Gauge::DrawHandle(QPainter &painter, int pointer) const {
+void GaugeFace::DrawHandle(QPainter &painter, int pointer, double value, const Look &look) const {
     const bool isLow = pointer == lowPointerNumber;
     const double width = Side(pointer) * handleWidth;
     const std::array shape{QPointF(handleInner, 0), QPointF(handleOuter, 0),
                            QPointF(handleOuter, width), QPointF(handleShoulder, width)};
-    const QColor ink = palette().color(QPalette::WindowText);
-    const QColor ground = palette().color(QPalette::Window);
+    const QColor ink = look.palette.color(QPalette::WindowText);
+    const QColor ground = look.palette.color(QPalette::Window);
     const QColor fill = isLow ? lowColour : highColour;
 
     painter.save();
-    painter.translate(face.centre);
-    painter.rotate(firstDegrees + DegreesOf(isLow ? low : high));
-    painter.scale(face.unit, face.unit);
-    if (hasFocus() && pointer == selected) {
-        const QColor ring = palette().color(QPalette::Highlight);
+    painter.translate(centre);
+    painter.rotate(firstDegrees + DegreesOf(value));
+    painter.scale(unit, unit);
+    if (pointer == look.focusedPointer) {
+        const QColor ring = look.palette.color(QPalette::Highlight);
         painter.setPen(QPen(ring, 3.2, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
         painter.drawPolygon(shape.data(), static_cast<int>(shape.size()));
         painter.setPen(QPen(ground, 1.2, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
         painter.drawPolygon(shape.data(), static_cast<int>(shape.size()));
     }
     painter.setPen(Qt::NoPen);
-    painter.setBrush(isEnabled() ? fill : Blend(ground, ink, 0.5F));
+    painter.setBrush(look.enabled ? fill : Mix(ground, ink, 0.5));
     painter.drawConvexPolygon(shape.data(), static_cast<int>(shape.size()));
     painter.restore();
 
-    const double half = handleWidth * face.unit;
-    const QPointF middle = HandleMiddle(pointer);
-    painter.setFont(face.letterFont);
-    painter.setPen(isEnabled() ? QColor(Qt::white) : ground);
+    const double half = handleWidth * unit;
+    const QPointF middle = PointerPosition(pointer, value);
+    painter.setFont(letterFont);
+    painter.setPen(look.enabled ? QColor(Qt::white) : ground);
     painter.drawText(QRectF(middle - QPointF(half, half), middle + QPointF(half, half)),
-                     Qt::AlignCenter, isLow ? tr("L") : tr("H"));
+                     Qt::AlignCenter,
+                     isLow ? QCoreApplication::translate("ztm::Gauge", "L")
+                           : QCoreApplication::translate("ztm::Gauge", "H"));
 }
 
-void Gauge::DrawCaption(QPainter &painter) const {
-    const QPointF corner(-captionWidth / 2 * face.unit, captionTop * face.unit);
-    const QSizeF size(captionWidth * face.unit, captionHeight * face.unit);
+void GaugeFace::DrawCaption(QPainter &painter, const QString &caption,
+                            const QPalette &palette) const {
+    const QPointF corner(-captionWidth / 2 * unit, captionTop * unit);
+    const QSizeF size(captionWidth * unit, captionHeight * unit);
     painter.setFont(captionFont);
-    painter.setPen(palette().color(QPalette::WindowText));
-    painter.drawText(QRectF(face.centre + corner, size), Qt::AlignCenter | Qt::TextDontClip,
-                     caption);
+    painter.setPen(palette.color(QPalette::WindowText));
+    painter.drawText(QRectF(centre + corner, size), Qt::AlignCenter | Qt::TextDontClip, caption);
 }
 
 } // namespace ztm

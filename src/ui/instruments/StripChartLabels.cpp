@@ -1,0 +1,80 @@
+#include "ui/instruments/StripChartLabels.h"
+
+#include "ui/instruments/Colours.h"
+
+#include <qcustomplot.h>
+
+#include <algorithm>
+
+namespace ztm {
+
+using Label = StripChartSetup::Label;
+
+StripChartLabels::StripChartLabels(QCustomPlot &chart, const StripChartSetup &shown)
+    : plot(chart), setup(shown) {
+    plot.addLayer(QStringLiteral("labels"), plot.layer(QStringLiteral("grid")));
+    for (const Label &label : setup.labels) {
+        QCPItemText *item = nullptr;
+        if (label.place == Label::Place::AtPosition) {
+            item = new QCPItemText(&plot);
+            item->setClipToAxisRect(false);
+            item->setPadding(QMargins(3, 0, 3, 0));
+            item->setLayer(QStringLiteral("labels"));
+            item->setPositionAlignment(Qt::AlignLeft | Qt::AlignTop);
+            item->position->setType(QCPItemPosition::ptAbsolute);
+        }
+        items.push_back(item);
+        ShowText(items.size() - 1);
+    }
+}
+
+void StripChartLabels::ShowText(size_t entry) {
+    const Label &label = setup.labels[entry];
+    if (auto *item = items[entry]) {
+        item->setText(label.text);
+        item->setVisible(!label.text.isEmpty());
+    } else {
+        const bool isLeft = label.place == Label::Place::LeftAxisTitle;
+        (isLeft ? plot.yAxis : plot.yAxis2)->setLabel(label.text);
+    }
+    Invalidate();
+}
+
+void StripChartLabels::SetPalette(const QPalette &palette, const QFont &font) {
+    const QColor ground = palette.color(QPalette::Base);
+    QFont bold = font;
+    bold.setBold(true);
+    for (size_t entry = 0; entry < items.size(); ++entry) {
+        if (auto *item = items[entry]) {
+            const QColor colour = setup.labels[entry].colour;
+            item->setColor(colour.isValid() ? Readable(colour, ground)
+                                            : palette.color(QPalette::Text));
+            item->setBrush(ground);
+            item->setFont(bold);
+        }
+    }
+    Invalidate();
+}
+
+void StripChartLabels::Place() {
+    const QRectF now = plot.axisRect()->rect();
+    if (now == room) {
+        return;
+    }
+    room = now;
+    const auto within = [](double wanted, double low, double high) {
+        return std::max(low, std::min(wanted, high));
+    };
+    for (size_t entry = 0; entry < items.size(); ++entry) {
+        if (auto *item = items[entry]) {
+            const QPointF wanted = setup.labels[entry].position;
+            const QPointF size =
+                item->bottomRight->pixelPosition() - item->topLeft->pixelPosition();
+            item->position->setCoords(
+                within(wanted.x() * plot.width(), room.left(), room.right() - size.x()),
+                within(wanted.y() * plot.height(), room.top(), room.bottom() - size.y()));
+        }
+    }
+}
+
+} // namespace ztm

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QColor>
+#include <QPointF>
+#include <QString>
+
+#include <optional>
+#include <vector>
+
+namespace ztm {
+
+/// What a strip chart shows.
+struct StripChartSetup {
+    struct Trace {
+        int channel = 0; ///< of the history
+        QString name;
+        QColor colour; ///< made lighter or darker where the ground asks for it
+        bool rightAxis = false;
+        QString unit;
+        int decimals = 1; ///< of read-outs
+        int label = -1;   ///< the label entry whose text, where not empty, stands for the name
+    };
+    struct ValueAxis {
+        double minimum = 0;
+        double maximum = 100;
+    };
+    struct Label {
+        enum class Place { AtPosition, LeftAxisTitle, RightAxisTitle };
+
+        QString text;
+        Place place = Place::AtPosition;
+        /// Top left corner in fractions of the chart's width and height. Where there is little
+        /// room the label keeps to the plot.
+        QPointF position;
+        QColor colour; ///< invalid: that of the chart's text
+    };
+
+    std::vector<Trace> traces;
+    ValueAxis left;
+    std::optional<ValueAxis> right;
+    std::vector<Label> labels;
+    double visibleSeconds = 60;
+
+    /// The name of a trace in read-outs and files.
+    QString NameOf(const Trace &trace) const {
+        const auto label = static_cast<size_t>(trace.label);
+        const bool hasLabel =
+            trace.label >= 0 && label < labels.size() && !labels[label].text.isEmpty();
+        return hasLabel ? labels[label].text : trace.name;
+    }
+};
+
+} // namespace ztm
