@@ -2,7 +2,6 @@
 
 #include "adapter/usb/UsbIds.h"
 
-#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <functional>
@@ -69,18 +68,15 @@ public:
     void Unplug();
     /// Whether every program has closed the device, soon if not at once.
     bool IsClosedByAll();
-    /// How many handles to the device have ever been opened.
-    int Opened() const { return opened; }
-    /// Where on this machine the file of a device is kept; that of the last one when none is given.
-    std::string Node(const std::string &file = {}) const;
-
-    /// The folder that the bus is kept in.
-    std::string Folder() const;
+    /// Where on this machine the file of the device is kept.
+    std::string Node() const;
 
     static constexpr const char *preload = "libumockdev-preload.so.0";
 
 private:
     friend class VirtualPort;
+    /// The folder that the bus is kept in.
+    std::string Folder() const;
     void After(std::chrono::milliseconds delay, std::function<void()> action);
     void ComeBackAs(UsbId id);
 
@@ -88,7 +84,6 @@ private:
     std::recursive_mutex busLock;
     std::vector<std::unique_ptr<VirtualPort>> ports; ///< past ones too; the last one may be plugged
     Device device;
-    std::atomic<int> opened = 0;
     std::mutex timersLock;
     std::vector<std::thread> timers;
 };
