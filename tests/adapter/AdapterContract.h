@@ -42,10 +42,14 @@ inline void PrintTo(const AdapterUnderTest &adapter, std::ostream *out) {
 
 /// A request as it is always sent, but for its value and index.
 struct Request {
-    const char *what;
     int16_t code;
     int16_t direction;
     int16_t length;
+
+    bool operator==(const Request &) const = default;
+    friend std::ostream &operator<<(std::ostream &out, const Request &request) {
+        return out << request.code << ", " << request.direction << ", " << request.length;
+    }
 };
 
 /// The suite. Each test begins with an adapter that has just been plugged in.

@@ -8,8 +8,8 @@
 #include <iterator>
 #include <linux/ioctl.h>
 #include <linux/usbdevice_fs.h>
-#include <map>
 #include <ostream>
+#include <set>
 #include <stdexcept>
 #include <sys/stat.h>
 #include <umockdev.h>
@@ -23,8 +23,6 @@ using std::chrono::milliseconds;
 constexpr milliseconds untilItHasLeft{3};
 constexpr milliseconds untilItIsBack{20};
 constexpr milliseconds longestClose{2000};
-constexpr int firstNumber = 2;
-constexpr size_t numberCount = 126;
 
 constexpr const char *devicePath = "/devices/usb1";
 constexpr int setupBytes = 8;
@@ -89,7 +87,7 @@ std::ostream &operator<<(std::ostream &out, const Transfer &setup) {
 /// a waiting libusb sleeps. Lives as long as the process.
 class VirtualPort {
 public:
-    /// `number` is the device's number on the bus, 2 to 127, a new one for every stay.
+    /// `number` is the device's number on the bus, a new one for every stay.
     VirtualPort(VirtualUsb &bus, int number, UsbId id)
         : bus(bus), file(Format("/dev/bus/usb/001/%03d", number)) {
         UMockdevIoctlBase *base = umockdev_ioctl_base_new();
@@ -128,9 +126,9 @@ public:
         umockdev_testbed_detach_ioctl(bus.testbed, file.c_str(), nullptr);
         unlink((bus.Folder() + file).c_str());
     }
-    size_t OpenHandles() {
+    bool IsClosed() {
         const std::lock_guard guard(lock);
-        return hasClaimed.size();
+        return clients.empty();
     }
 
     VirtualUsb &bus;
@@ -140,16 +138,17 @@ private:
     static void OnConnected(UMockdevIoctlBase * /*base*/, UMockdevIoctlClient *client, void *port) {
         auto *self = static_cast<VirtualPort *>(port);
         const std::lock_guard guard(self->lock);
-        self->hasClaimed[client] = false;
+        self->clients.insert(client);
         g_object_weak_ref(G_OBJECT(client), OnClosed, self);
     }
 
     static void OnClosed(void *port, GObject *object) {
         auto *self = static_cast<VirtualPort *>(port);
-        const auto *closed = reinterpret_cast<UMockdevIoctlClient *>(object);
+        auto *client = reinterpret_cast<UMockdevIoctlClient *>(object);
         const std::lock_guard guard(self->lock);
-        std::erase_if(self->urbs, [=](const Urb &urb) { return urb.owner == closed; });
-        std::erase_if(self->hasClaimed, [=](const auto &entry) { return entry.first == closed; });
+        std::erase_if(self->urbs, [=](const Urb &urb) { return urb.owner == client; });
+        self->clients.erase(client);
+        self->Release(client);
     }
 
     static gboolean OnIoctl(UMockdevIoctlBase * /*base*/, UMockdevIoctlClient *client, void *port) {
@@ -176,14 +175,13 @@ private:
             return 0;
         }
         case USBDEVFS_CLAIMINTERFACE:
-            if (std::any_of(hasClaimed.begin(), hasClaimed.end(),
-                            [](const auto &entry) { return entry.second; })) {
+            if (holder) {
                 return EBUSY;
             }
-            hasClaimed[client] = true;
+            holder = client;
             return 0;
         case USBDEVFS_RELEASEINTERFACE:
-            hasClaimed[client] = false;
+            Release(client);
             return 0;
         case USBDEVFS_SUBMITURB:
             Submit(client, argument);
@@ -193,6 +191,10 @@ private:
         default:
             return ENOTTY;
         }
+    }
+
+    void Release(const UMockdevIoctlClient *client) {
+        holder = holder == client ? nullptr : holder;
     }
 
     void Submit(UMockdevIoctlClient *client, UMockdevIoctlData *argument) {
@@ -235,13 +237,14 @@ private:
     }
 
     int Discard(gulong address) {
-        for (const Urb &urb : urbs) {
-            if (urb.data->client_addr == address && !urb.isDone) {
-                Finish(urb.ticket, -ENOENT, {});
-                return 0;
-            }
+        const auto found = std::find_if(urbs.begin(), urbs.end(), [=](const Urb &urb) {
+            return urb.data->client_addr == address && !urb.isDone;
+        });
+        if (found == urbs.end()) {
+            return EINVAL;
         }
-        return EINVAL;
+        Finish(found->ticket, -ENOENT, {});
+        return 0;
     }
 
     /// Ends the transfer of that ticket, if it is still in flight, and keeps it to be collected.
@@ -252,11 +255,11 @@ private:
                 continue;
             }
             const Transfer setup = urb.Setup();
-            size_t length = status != 0 ? 0 : setup.length;
-            if (length != 0 && (setup.type & fromDevice) != 0) {
-                length = std::min(length, reply.size());
-                std::copy_n(reply.begin(), length, urb.buffer->data + setupBytes);
-            }
+            const bool isReply = (setup.type & fromDevice) != 0;
+            const size_t length = status != 0 ? 0
+                                  : isReply   ? std::min<size_t>(setup.length, reply.size())
+                                              : setup.length;
+            std::copy_n(reply.begin(), isReply ? length : 0, urb.buffer->data + setupBytes);
             urb.Fields().status = status;
             urb.Fields().actual_length = static_cast<int>(length);
             urb.isDone = true;
@@ -288,7 +291,8 @@ private:
 
     int fifo = -1;
     std::recursive_mutex lock;
-    std::map<const UMockdevIoctlClient *, bool> hasClaimed; ///< of each open handle
+    std::set<const UMockdevIoctlClient *> clients; ///< one for each open handle
+    const UMockdevIoctlClient *holder = nullptr;   ///< that has claimed the interface
     std::vector<Urb> urbs;
     int tickets = 0;
     bool gone = false;
@@ -299,19 +303,7 @@ private:
 VirtualUsb::VirtualUsb() : testbed(umockdev_testbed_new()) {}
 
 VirtualUsb::~VirtualUsb() {
-    for (;;) { // an action may lead to further ones
-        std::vector<std::thread> running;
-        {
-            const std::lock_guard guard(timersLock);
-            running.swap(timers);
-        }
-        if (running.empty()) {
-            break;
-        }
-        for (std::thread &timer : running) {
-            timer.join();
-        }
-    }
+    timers.clear(); // waits for them
     Unplug();
     // umockdev tells on a thread of its own that a handle was closed, at times after all of this.
     static auto &keptForGood = *new std::vector<std::unique_ptr<VirtualPort>>;
@@ -325,7 +317,7 @@ void VirtualUsb::Plug(UsbId id, Device answering) {
         device = std::move(answering);
     }
     Unplug();
-    const int number = firstNumber + static_cast<int>(ports.size() % numberCount);
+    const int number = static_cast<int>(ports.size()) + 2; // 1 is the hub
     ports.push_back(std::make_unique<VirtualPort>(*this, number, id));
 }
 
@@ -338,19 +330,17 @@ void VirtualUsb::Unplug() {
 
 bool VirtualUsb::IsClosedByAll() {
     const auto end = std::chrono::steady_clock::now() + longestClose;
-    for (;;) {
-        size_t handles = 0;
+    const auto isClosed = [](const auto &port) { return port->IsClosed(); };
+    while (std::chrono::steady_clock::now() < end) {
         {
             const std::lock_guard guard(busLock);
-            for (const auto &port : ports) {
-                handles += port->OpenHandles();
+            if (std::all_of(ports.begin(), ports.end(), isClosed)) {
+                return true;
             }
-        }
-        if (handles == 0 || std::chrono::steady_clock::now() > end) {
-            return handles == 0;
         }
         std::this_thread::sleep_for(milliseconds(1));
     }
+    return false;
 }
 
 std::string VirtualUsb::Node() const {
@@ -366,7 +356,7 @@ std::string VirtualUsb::Folder() const {
 
 void VirtualUsb::After(milliseconds delay, std::function<void()> action) {
     const std::lock_guard guard(timersLock);
-    timers.emplace_back([delay, action = std::move(action)] {
+    timers.emplace_back([=] {
         std::this_thread::sleep_for(delay);
         action();
     });

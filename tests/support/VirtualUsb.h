@@ -85,7 +85,7 @@ private:
     std::vector<std::unique_ptr<VirtualPort>> ports; ///< past ones too; the last one may be plugged
     Device device;
     std::mutex timersLock;
-    std::vector<std::thread> timers;
+    std::vector<std::jthread> timers;
 };
 
 } // namespace ztm::test

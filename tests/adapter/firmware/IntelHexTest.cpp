@@ -23,6 +23,9 @@ std::optional<Blocks> Take(const std::string &text, std::string &whyNot) {
 }
 
 TEST(IntelHexTest, ReadsTheDataOfSoundFiles) {
+    const Blocks abc = {{0x10, {0xAA, 0xBB, 0xCC}}};
+    const std::vector<uint8_t> longest(255, 7);
+    const std::string segment = Record(2, 0, {0x12, 0x34});
     const struct {
         const char *what;
         std::string text;
@@ -30,27 +33,18 @@ TEST(IntelHexTest, ReadsTheDataOfSoundFiles) {
     } files[] = {
         {"no data", endOfFile, {}},
         {"longest file", endOfFile + std::string(longestFile - endOfFile.size(), '\n'), {}},
-        {"a written-out record", ":03001000AABBCCBC\n" + endOfFile, {{0x10, {0xAA, 0xBB, 0xCC}}}},
-        {"lower case, CR LF, no last line end",
-         ":03001000aabbccbc\r\n:00000001ff",
-         {{0x10, {0xAA, 0xBB, 0xCC}}}},
-        {"empty lines after the end",
-         ":03001000AABBCCBC\n" + endOfFile + "\r\n\n",
-         {{0x10, {0xAA, 0xBB, 0xCC}}}},
+        {"a written-out record", ":03001000AABBCCBC\n" + endOfFile, abc},
+        {"lower case, CR LF, no last end", ":03001000aabbccbc\r\n:00000001ff", abc},
+        {"empty lines after the end", ":03001000AABBCCBC\n" + endOfFile + "\r\n\n", abc},
         {"out of order and adjoining",
          Record(0, 0x20, {3}) + Record(0, 0x11, {2}) + Record(0, 0x10, {1}) + endOfFile,
          {{0x10, {1, 2}}, {0x20, {3}}}},
-        {"longest record",
-         Record(0, 0, std::vector<uint8_t>(255, 7)) + endOfFile,
-         {{0, std::vector<uint8_t>(255, 7)}}},
-        {"segment address",
-         Record(2, 0, {0x12, 0x34}) + Record(0, 5, {9}) + endOfFile,
-         {{0x12345, {9}}}},
+        {"longest record", Record(0, 0, longest) + endOfFile, {{0, longest}}},
+        {"segment address", segment + Record(0, 5, {9}) + endOfFile, {{0x12345, {9}}}},
         {"linear address replaces segment address",
-         Record(2, 0, {0x12, 0x34}) + Record(4, 0, {0xFF, 0xFF}) + Record(0, 0xFFFF, {9}) +
-             endOfFile,
+         segment + Record(4, 0, {0xFF, 0xFF}) + Record(0, 0xFFFF, {9}) + endOfFile,
          {{0xFFFFFFFF, {9}}}},
-        {"start addresses are no data",
+        {"start addresses",
          Record(3, 0, {1, 2, 3, 4}) + Record(5, 0, {1, 2, 3, 4}) + endOfFile,
          {}},
     };
