@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
+#include <cstdio>
 #include <fcntl.h>
 #include <filesystem>
 #include <iterator>
@@ -105,8 +105,6 @@ public:
             throw std::runtime_error("no device file: " + node.string());
         }
     }
-    VirtualPort(const VirtualPort &) = delete;
-    VirtualPort &operator=(const VirtualPort &) = delete;
 
     /// Ends what is in flight as a device does that is gone, and tells of its departure. Without
     /// effect when it has already left.
@@ -169,11 +167,10 @@ private:
             return ENODEV;
         }
         switch (request) {
-        case USBDEVFS_GET_CAPABILITIES: {
-            const uint32_t capabilities = USBDEVFS_CAP_REAP_AFTER_DISCONNECT;
-            std::memcpy(Resolve(argument, 0, 4)->data, &capabilities, sizeof capabilities);
+        case USBDEVFS_GET_CAPABILITIES:
+            *reinterpret_cast<uint32_t *>(Resolve(argument, 0, sizeof(uint32_t))->data) =
+                USBDEVFS_CAP_REAP_AFTER_DISCONNECT;
             return 0;
-        }
         case USBDEVFS_CLAIMINTERFACE:
             if (holder) {
                 return EBUSY;
@@ -279,14 +276,11 @@ private:
     void ShowReadiness() {
         const bool wanted = gone || std::any_of(urbs.begin(), urbs.end(),
                                                 [](const Urb &urb) { return urb.isDone; });
-        if (wanted == ready) {
-            return;
-        }
-        ready = wanted;
         char byte = 0;
-        if ((ready ? read(fifo, &byte, 1) : write(fifo, &byte, 1)) != 1) {
+        if (wanted != ready && (wanted ? read(fifo, &byte, 1) : write(fifo, &byte, 1)) != 1) {
             std::abort();
         }
+        ready = wanted;
     }
 
     int fifo = -1;

@@ -59,8 +59,6 @@ public:
 
     VirtualUsb();
     ~VirtualUsb();
-    VirtualUsb(const VirtualUsb &) = delete;
-    VirtualUsb &operator=(const VirtualUsb &) = delete;
 
     /// Takes away what was plugged. The device keeps answering when it comes back under another id.
     void Plug(UsbId id, Device device);

@@ -68,8 +68,7 @@ struct TestBoard {
         board.Look();
     }
     /// The seconds until `condition` holds, 100 at most.
-    template <class Condition>
-    double SecondsUntil(Condition condition) {
+    double SecondsUntil(const auto &condition) {
         const double start = seconds;
         while (!condition() && seconds < start + 100) {
             Pass(Bench::tickSeconds);
