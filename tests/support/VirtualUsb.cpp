@@ -24,7 +24,6 @@ constexpr milliseconds untilItHasLeft{3};
 constexpr milliseconds untilItIsBack{20};
 constexpr milliseconds longestClose{2000};
 
-constexpr const char *devicePath = "/devices/usb1";
 constexpr int setupBytes = 8;
 constexpr uint8_t fromDevice = 0x80;
 
@@ -37,13 +36,14 @@ std::string Format(const char *format, auto... values) {
 /// How libusb and the testbed are told of the device. Its descriptors, as hexadecimal digits: one
 /// configuration, whose interface 0 is vendor specific and has no end points.
 std::string Description(UsbId id, int number, const std::string &file) {
-    return Format("P: %s\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\nE: BUSNUM=001\nE: DEVNUM=%03d\n"
-                  "E: DEVNAME=%s\nA: dev=189:%d\nA: busnum=1\\n\nA: devnum=%d\\n\n"
-                  "A: bConfigurationValue=1\\n\nA: speed=12\\n\n"
-                  "H: descriptors=12010002FF000040%02X%02X%02X%02X000100000001"
-                  "0902120001010080320904000000FF000000\n",
-                  devicePath, number, file.c_str(), number - 1, number, id.vendor & 0xFF,
-                  id.vendor >> 8, id.product & 0xFF, id.product >> 8);
+    return Format(
+        "P: /devices/usb1\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\nE: BUSNUM=001\nE: DEVNUM=%03d\n"
+        "E: DEVNAME=%s\nA: dev=189:%d\nA: busnum=1\\n\nA: devnum=%d\\n\n"
+        "A: bConfigurationValue=1\\n\nA: speed=12\\n\n"
+        "H: descriptors=12010002FF000040%02X%02X%02X%02X000100000001"
+        "0902120001010080320904000000FF000000\n",
+        number, file.c_str(), number - 1, number, id.vendor & 0xFF, id.vendor >> 8,
+        id.product & 0xFF, id.product >> 8);
 }
 
 /// A piece of the memory of a program that uses the bus.
@@ -118,7 +118,7 @@ public:
             announced = false;
             close(fifo); // stays as ready as it is for those who hold it open
         }
-        const std::string path = Format("/sys%s", devicePath);
+        const std::string path = "/sys/devices/usb1";
         umockdev_testbed_uevent(bus.testbed, path.c_str(), "remove");
         umockdev_testbed_remove_device(bus.testbed, path.c_str());
         umockdev_testbed_detach_ioctl(bus.testbed, file.c_str(), nullptr);

@@ -105,15 +105,14 @@ TEST(ChipTest, ConvertsAtItsRateAndWaitsForNoSlowerOnesEnd) {
 }
 
 TEST(ChipTest, ReadingsAreAliveAndPlausibleAndAveragingCalmsThem) {
-    constexpr int plain = 0x01; // Configuration1
-    constexpr int averaging = 0x03;
+    constexpr int averaging = 0x03; // Configuration1
     const struct {
         int low, configuration1;
         double seconds, lowest, highest, leastSpread, mostSpread;
     } channels[] = {
-        {local, plain, 600, 27, 31, 0.4, 4},       {remote1, plain, 600, 32, 39, 1, 7},
-        {remote2, plain, 600, 32, 39, 1, 7},       {tach1, plain, 600, 2000, 3000, 50, 1000},
-        {tach2, plain, 600, 2000, 3000, 50, 1000}, {local, plain, 5, 27, 31, 0.08, 4},
+        {local, 0x01, 600, 27, 31, 0.4, 4},        {remote1, 0x01, 600, 32, 39, 1, 7},
+        {remote2, 0x01, 600, 32, 39, 1, 7},        {tach1, 0x01, 600, 2000, 3000, 50, 1000},
+        {tach2, 0x01, 600, 2000, 3000, 50, 1000},  {local, 0x01, 5, 27, 31, 0.08, 4},
         {local, averaging, 5, 27, 31, 0.01, 0.06},
     };
     for (const auto &c : channels) {

@@ -56,10 +56,8 @@ TEST(SimulatedBoardTest, ShowsTheSameHoweverOftenItIsAsked) {
 TEST(SimulatedBoardTest, SettlesToTheSameAfterAnyGap) {
     TestBoard watched;
     watched.SetHeaters(50, 10);
-    for (int i = 0; i < 16; ++i) {
-        watched.Pass(1800);
-    }
-    for (const double gapSeconds : {3600.0, 8 * 3600.0, 30 * 86400.0, 1e12, 1e30}) {
+    watched.Pass(3600); // of which nothing is left out
+    for (const double gapSeconds : {8 * 3600.0, 30 * 86400.0, 1e12, 1e30}) {
         TestBoard left;
         left.SetHeaters(50, 10);
         left.Pass(gapSeconds);
