@@ -115,6 +115,7 @@ TEST(SimulatedBoardTest, PluggedInAnewOrExchangedItHasLostWhatItWasTold) {
             {.variant = variant, .chipAddress = address, .bench = {.isNoisy = false}});
         EXPECT_FALSE(test.board.Look().isFirmwareLoaded);
         test.Load();
+        EXPECT_TRUE(test.board.Look().isFirmwareLoaded);
         EXPECT_EQ(test.Heaters(), (Duties{0, 0}));
         EXPECT_EQ(test.ReadAt(0x50 + 0x51 - address, 0x3D), 0xFF);
         test.Pass(3600);
