@@ -348,7 +348,7 @@ std::string VirtualUsb::Folder() const {
     return folder;
 }
 
-void VirtualUsb::After(milliseconds delay, std::function<void()> action) {
+void VirtualUsb::After(milliseconds delay, const std::function<void()> &action) {
     const std::lock_guard guard(timersLock);
     timers.emplace_back([=] {
         std::this_thread::sleep_for(delay);

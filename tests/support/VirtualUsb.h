@@ -75,7 +75,7 @@ private:
     friend class VirtualPort;
     /// The folder that the bus is kept in.
     std::string Folder() const;
-    void After(std::chrono::milliseconds delay, std::function<void()> action);
+    void After(std::chrono::milliseconds delay, const std::function<void()> &action);
     void ComeBackAs(UsbId id);
 
     UMockdevTestbed *testbed;
