@@ -167,15 +167,15 @@ TEST(StatusTest, ACauseLastsUntilItsHysteresisIsPassed) {
                  {{0x1A, 0xF0}, 0x50, 0x01, 55},
                  {{0x1A, 0xF5}, 0x50, 0x01, 50},
                  {{0x1A, 0xFF}, 0x50, 0x01, 40}};
-    for (const auto &[setup, status, bit, celsius] : cases) {
+    for (const auto &c : cases) {
         TestBoard test;
-        test.Write({{0x02, 0x86}, {0x04, 0x02}, {0x10, Limit(55)}, setup});
+        test.Write({{0x02, 0x86}, {0x04, 0x02}, {0x10, Limit(55)}, c.setup});
         test.SetHeaters(60, 0);
         test.Pass(600);
-        EXPECT_EQ(test.Read(status) & bit, bit) << celsius;
+        EXPECT_EQ(test.Read(c.status) & c.bit, c.bit) << c.celsius;
         test.SetHeaters(0, 0);
-        test.SecondsUntil([&] { return (test.Read(status) & bit) == 0; });
-        EXPECT_NEAR(test.Reading(remote1), celsius, 0.1);
+        test.SecondsUntil([&] { return (test.Read(c.status) & c.bit) == 0; });
+        EXPECT_NEAR(test.Reading(remote1), c.celsius, 0.1);
     }
 }
 
