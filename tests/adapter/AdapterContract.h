@@ -1,9 +1,11 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <ostream>
 #include <string>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -38,13 +40,38 @@ inline void PrintTo(const AdapterUnderTest &adapter, std::ostream *out) {
     *out << adapter.name;
 }
 
+/// A request as it is always sent, but for its value and index.
+struct Request {
+    int16_t code;
+    int16_t direction;
+    int16_t length;
+
+    bool operator==(const Request &) const = default;
+    friend std::ostream &operator<<(std::ostream &out, const Request &request) {
+        return out << request.code << ", " << request.direction << ", " << request.length;
+    }
+};
+
 /// The suite. Each test begins with an adapter that has just been plugged in.
 class AdapterContract : public testing::TestWithParam<AdapterUnderTest> {
 protected:
+    /// The buffer of a request, longer than any reply so that a byte too many shows.
+    using Buffer = std::array<uint8_t, 16>;
+
     AdapterContract() { GetParam().plugIn(); }
 
-    int16_t Load(const std::string &path) const { return GetParam().loadFirmWare(path.c_str()); }
-    void Start() const { ASSERT_GE(Load(GetParam().firmware), 0); }
+    int16_t Load(const char *path) const { return GetParam().loadFirmWare(path); }
+    void Start() const { ASSERT_GE(Load(GetParam().firmware.c_str()), 0); }
+
+    int16_t Send(const Request &request, int32_t value, int32_t index, uint8_t *buffer) const;
+    /// The reply's bytes, and behind them what was in the buffer before.
+    Buffer Reply(const Request &request, int32_t value, int32_t index) const;
+    /// Expects a failure that leaves the buffer alone.
+    void ExpectFailure(const Request &request) const;
+
+    int Read(int32_t address) const;
+    void Write(int32_t address, int32_t data) const;
+    std::pair<int, int> Heaters() const;
 };
 
 } // namespace ztm::test

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <numeric>
 #include <string>
 #include <vector>
 
@@ -12,22 +13,16 @@ inline const std::string endOfFile = ":00000001FF\n";
 
 /// A line of an Intel HEX file with the right byte count and checksum.
 inline std::string Record(uint8_t type, uint16_t offset, const std::vector<uint8_t> &data) {
-    std::vector<uint8_t> bytes = {static_cast<uint8_t>(data.size()),
-                                  static_cast<uint8_t>(offset >> 8),
-                                  static_cast<uint8_t>(offset & 0xFF), type};
+    std::vector<unsigned> bytes = {static_cast<unsigned>(data.size()), offset / 0x100U,
+                                   offset % 0x100U, type};
     bytes.insert(bytes.end(), data.begin(), data.end());
-    unsigned sum = 0;
+    bytes.push_back(-std::accumulate(bytes.begin(), bytes.end(), 0U) % 0x100);
     std::string line = ":";
-    char digits[3];
-    const auto append = [&](unsigned byte) {
+    for (const unsigned byte : bytes) {
+        char digits[3];
         std::snprintf(digits, sizeof digits, "%02X", byte & 0xFF);
         line += digits;
-        sum += byte;
-    };
-    for (const uint8_t byte : bytes) {
-        append(byte);
     }
-    append(0x100 - (sum & 0xFF));
     return line + "\n";
 }
 

@@ -35,7 +35,7 @@ void VirtualAdapter::PlugRunning() {
 }
 
 void VirtualAdapter::PlugLoading() {
-    runs = false;
+    runs = cpuHeld = false;
     bus.Plug(usb::loadingAdapter, [this](const Transfer &setup) { return Take(setup); });
 }
 
@@ -49,31 +49,19 @@ std::vector<Transfer> VirtualAdapter::Transfers() {
     return transfers;
 }
 
-size_t VirtualAdapter::TransferCount() {
-    const std::lock_guard guard(lock);
-    return transfers.size();
-}
-
 void VirtualAdapter::ForgetTransfers() {
     const std::lock_guard guard(lock);
     transfers.clear();
-}
-
-std::map<uint16_t, uint8_t> VirtualAdapter::Ram() {
-    const std::lock_guard guard(lock);
-    return ram;
 }
 
 Answer VirtualAdapter::Take(const Transfer &setup) {
     const std::lock_guard guard(lock);
     const size_t number = transfers.size();
     transfers.push_back(setup);
-    if (fault) {
-        if (const auto answer = fault(number, setup)) {
-            return *answer;
-        }
-    }
-    return runs ? AskBoard(setup) : WriteRam(setup);
+    const std::optional<Answer> replaced = fault ? fault(number, setup) : std::nullopt;
+    const Answer answer = replaced ? *replaced : runs ? AskBoard(setup) : WriteRam(setup);
+    runs = runs || answer.comesBackAs;
+    return answer;
 }
 
 /// While the firmware is waited for: the hardware alone, which knows one request.
@@ -82,23 +70,13 @@ Answer VirtualAdapter::WriteRam(const Transfer &setup) {
         setup.data.empty() || setup.data.size() > longestPiece) {
         return refused;
     }
-    if (setup.value == cpuControl) {
-        cpuHeld = setup.data.front() == 1;
-        if (cpuHeld) {
-            return {};
-        }
-        runs = true;
-        return {.then =
-                    leavesInFlight ? Answer::Then::LeavesInFlight : Answer::Then::LeavesAfterwards,
-                .comesBackAs = usb::runningAdapter};
+    if (setup.value != cpuControl) {
+        return cpuHeld ? Answer{} : refused;
     }
-    if (!cpuHeld) {
-        return refused;
-    }
-    for (size_t at = 0; at < setup.data.size(); ++at) {
-        ram[static_cast<uint16_t>(setup.value + at)] = setup.data[at];
-    }
-    return {};
+    cpuHeld = setup.data.front() == 1;
+    return cpuHeld
+               ? Answer{}
+               : Answer{.then = Answer::Then::LeavesAfterwards, .comesBackAs = usb::runningAdapter};
 }
 
 Answer VirtualAdapter::AskBoard(const Transfer &setup) {

@@ -3,7 +3,6 @@
 #include "support/VirtualUsb.h"
 
 #include <functional>
-#include <map>
 #include <memory>
 #include <mutex>
 #include <vector>
@@ -36,12 +35,8 @@ public:
     void SetFault(Fault fault);
 
     std::vector<Transfer> Transfers();
-    size_t TransferCount();
+    size_t TransferCount() { return Transfers().size(); }
     void ForgetTransfers();
-    /// What was loaded, by address.
-    std::map<uint16_t, uint8_t> Ram();
-    /// Whether the load ends with the CPU's start unanswered, as the device is gone by then.
-    void LeaveBeforeTheLastAnswer(bool leaves) { leavesInFlight = leaves; }
 
 private:
     Answer Take(const Transfer &setup);
@@ -53,10 +48,8 @@ private:
     Fault fault;
     std::mutex lock;
     std::vector<Transfer> transfers;
-    std::map<uint16_t, uint8_t> ram;
     bool runs = false;
     bool cpuHeld = false;
-    std::atomic<bool> leavesInFlight = false;
 };
 
 } // namespace ztm::test

@@ -2,7 +2,6 @@
 
 #include "adapter/usb/UsbIds.h"
 
-#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <functional>
@@ -60,8 +59,6 @@ public:
 
     VirtualUsb();
     ~VirtualUsb();
-    VirtualUsb(const VirtualUsb &) = delete;
-    VirtualUsb &operator=(const VirtualUsb &) = delete;
 
     /// Takes away what was plugged. The device keeps answering when it comes back under another id.
     void Plug(UsbId id, Device device);
@@ -69,28 +66,24 @@ public:
     void Unplug();
     /// Whether every program has closed the device, soon if not at once.
     bool IsClosedByAll();
-    /// How many handles to the device have ever been opened.
-    int Opened() const { return opened; }
-    /// Where on this machine the file of a device is kept; that of the last one when none is given.
-    std::string Node(const std::string &file = {}) const;
-
-    /// The folder that the bus is kept in.
-    std::string Folder() const;
+    /// Where on this machine the file of the device is kept.
+    std::string Node() const;
 
     static constexpr const char *preload = "libumockdev-preload.so.0";
 
 private:
     friend class VirtualPort;
-    void After(std::chrono::milliseconds delay, std::function<void()> action);
+    /// The folder that the bus is kept in.
+    std::string Folder() const;
+    void After(std::chrono::milliseconds delay, const std::function<void()> &action);
     void ComeBackAs(UsbId id);
 
     UMockdevTestbed *testbed;
     std::recursive_mutex busLock;
     std::vector<std::unique_ptr<VirtualPort>> ports; ///< past ones too; the last one may be plugged
     Device device;
-    std::atomic<int> opened = 0;
     std::mutex timersLock;
-    std::vector<std::thread> timers;
+    std::vector<std::jthread> timers;
 };
 
 } // namespace ztm::test

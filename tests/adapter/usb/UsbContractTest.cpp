@@ -11,29 +11,22 @@ namespace {
 
 const std::string firmware = ZTM_FIRMWARE_FOLDER "\\ZTM7720FW_v3.Hex";
 
-/// An adapter with the simulated chip, on a bus that outlives the library's use of it: it is there
-/// before the library's first call.
-class Bench {
-public:
-    void PlugIn(bool running) {
-        bus.Unplug();
-        board = std::make_unique<sim::SimulatedBoard>();
-        board->LoadFirmWare(firmware.c_str());
-        device = std::make_unique<VirtualAdapter>(
-            bus, [this](auto... fields) { return board->VendorIORequest(fields...); });
-        running ? device->PlugRunning() : device->PlugLoading();
-    }
-    void Unplug() { bus.Unplug(); }
+/// Is there before the library's first call, and so outlives it.
+VirtualUsb &Bus() {
+    static VirtualUsb bus;
+    return bus;
+}
 
-private:
-    VirtualUsb bus;
-    std::unique_ptr<sim::SimulatedBoard> board;
-    std::unique_ptr<VirtualAdapter> device;
-};
-
-Bench &TheBench() {
-    static Bench bench;
-    return bench;
+/// An adapter with the simulated chip.
+void PlugIn(bool running) {
+    Bus().Unplug();
+    static std::unique_ptr<sim::SimulatedBoard> board;
+    static std::unique_ptr<VirtualAdapter> device;
+    board = std::make_unique<sim::SimulatedBoard>();
+    board->LoadFirmWare(firmware.c_str());
+    device = std::make_unique<VirtualAdapter>(
+        Bus(), [](auto... fields) { return board->VendorIORequest(fields...); });
+    running ? device->PlugRunning() : device->PlugLoading();
 }
 
 AdapterUnderTest UsbLibrary(bool running) {
@@ -41,8 +34,8 @@ AdapterUnderTest UsbLibrary(bool running) {
         .loadFirmWare = LoadFirmWare,
         .vendorIORequest = VendorIORequest,
         .firmware = firmware,
-        .plugIn = [running] { TheBench().PlugIn(running); },
-        .unplug = [] { TheBench().Unplug(); },
+        .plugIn = [running] { PlugIn(running); },
+        .unplug = [] { Bus().Unplug(); },
     };
 }
 
