@@ -17,7 +17,13 @@ int16_t Answer(const Call &call, uint8_t *buffer) {
             return result;
         }
     }
-    if (call.request == 0xDA) {
+    if (call.request == 0xDB) {
+        for (const auto &[heater, duty] : {std::pair{0, call.value}, {1, call.index}}) {
+            if (duty != 255) {
+                current.heaterReply[heater] = static_cast<uint8_t>(duty);
+            }
+        }
+    } else if (call.request == 0xDA) {
         std::copy(current.heaterReply.begin(), current.heaterReply.end(), buffer);
     } else if (call.request == 0xDE && call.direction == 1) {
         const auto address = static_cast<uint8_t>(call.index);

@@ -34,8 +34,8 @@ struct AdapterDouble {
     std::vector<std::string> firmwarePaths; ///< of every LoadFirmWare
     int16_t firmwareResult = 0;
     std::array<uint8_t, 256> registers{};
-    int32_t answersAt = 0x50; ///< reads at another address give 0
-    std::array<uint8_t, 3> heaterReply{};
+    int32_t answersAt = 0x50;             ///< reads at another address give 0
+    std::array<uint8_t, 3> heaterReply{}; ///< the duties that were set last, until changed here
 
     /// Asked before each request when set; another result than 0 fails it.
     std::function<int16_t(const Call &)> script;

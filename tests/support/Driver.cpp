@@ -45,11 +45,14 @@ bool IsEnabled(const QString &name) {
 }
 
 void Click(const QString &name) {
-    auto &widget = Find(name);
-    if (!widget.isVisible()) {
-        throw std::runtime_error("not on screen: " + name.toStdString());
+    Click(Find(name));
+}
+
+void Click(QWidget &control) {
+    if (!control.isVisible()) {
+        throw std::runtime_error("not on screen: " + control.objectName().toStdString());
     }
-    QTest::mouseClick(&widget, Qt::LeftButton);
+    QTest::mouseClick(&control, Qt::LeftButton);
 }
 
 void ClickTab(const QString &caption) {
@@ -75,7 +78,10 @@ void ClickNode(const QString &text) {
 }
 
 void Type(const QString &name, const QString &text) {
-    auto &box = Find<QLineEdit>(name);
+    Type(Find<QLineEdit>(name), text);
+}
+
+void Type(QLineEdit &box, const QString &text) {
     box.setFocus();
     box.selectAll();
     if (text.isEmpty()) {

@@ -8,6 +8,7 @@
 #include <functional>
 #include <stdexcept>
 
+class QLineEdit;
 class QMessageBox;
 
 namespace ztm::test {
@@ -34,6 +35,7 @@ bool IsEnabled(const QString &name);
 
 /// A left click in the middle of a control. The control has to be visible.
 void Click(const QString &name);
+void Click(QWidget &control);
 
 /// A click on the tab of that caption.
 void ClickTab(const QString &caption);
@@ -43,6 +45,7 @@ void ClickNode(const QString &text);
 
 /// Replaces the text of a box by typing.
 void Type(const QString &name, const QString &text);
+void Type(QLineEdit &box, const QString &text);
 
 /// A key press on a control, which gets the focus first.
 void Press(const QString &name, Qt::Key key);

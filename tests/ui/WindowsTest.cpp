@@ -1,5 +1,6 @@
 #include "support/UiTest.h"
 #include "ui/display/frmSetupLog.h"
+#include "ui/kit/Twips.h"
 #include "ui/session/frmMain.h"
 
 #include <QAbstractButton>
@@ -191,13 +192,49 @@ TEST_F(WindowsTest, EveryDialogIsWholeNamedAndReadable) {
     QApplication::setFont(usualFont);
 }
 
+TEST_F(WindowsTest, ControlsStandWhereTheVariantHasThem) {
+    const struct {
+        std::string_view variant;
+        const char *control;
+        bool across;
+        double twips;
+    } places[] = {
+        {ZTM7720, "sldFan(0)", true, 360},   {ZTM7720, "sldFan(1)", true, 1440},
+        {ZTM7710, "sldFan(0)", true, 1440},  {ZTM7710, "Frame5", true, 2040},
+        {ZTM7720, "chkLog(0)", false, 240},  {ZTM7720, "chkLog(5)", false, 2040},
+        {ZTM7710, "chkLog(0)", false, 600},  {ZTM7710, "chkLog(1)", false, 960},
+        {ZTM7710, "chkLog(3)", false, 1320}, {ZTM7710, "chkLog(5)", false, 1680},
+    };
+    int topOfTwoRemotes = 0;
+    for (const std::string_view variant : {ZTM7720, ZTM7710}) {
+        ResetCore();
+        StartSessionOf(variant);
+        ForEveryDialog([](const char *) {});
+        Click("cmdManual"); // loading again changes nothing
+        Settle();
+        const auto &dialog = Find("frmThermTemp");
+        for (const auto &place : places) {
+            if (place.variant == variant) {
+                const QPoint at = Find(place.control).pos();
+                EXPECT_EQ(place.across ? at.x() : at.y(), Twips(place.twips, dialog))
+                    << place.control << " of " << variant;
+            }
+        }
+        const int top = Find("txtR1").mapTo(&dialog, QPoint()).y();
+        if (variant == ZTM7710) {
+            EXPECT_EQ(top - topOfTwoRemotes, Twips(300, dialog));
+        }
+        topOfTwoRemotes = top;
+        DeleteAllForms();
+    }
+}
+
 TEST_F(WindowsTest, AButtonBringsTheSameWindowBack) {
     StartSessionOf(ZTM7720);
     ClickTab("Visual Display");
     Click("cmdSetUpLog");
     const auto *first = LoadedForm<frmSetupLog>();
     ASSERT_NE(first, nullptr);
-    EXPECT_EQ(first->windowTitle(), "Easy Setup Log");
     Click("cmdSetUpLog");
     EXPECT_EQ(LoadedForm<frmSetupLog>(), first);
     EXPECT_EQ(LoadedForms().size(), 2U);

@@ -41,19 +41,6 @@ protected:
                                   Q_ARG(double, value));
         return point.toPoint();
     }
-
-    static QStringList ShownOptions() {
-        QStringList names;
-        for (int channel = 0; channel < ChannelCount; ++channel) {
-            const auto &option = Find<QRadioButton>(QString("optMeasure(%1)").arg(channel));
-            const auto &indicator = Find(QString("tglAlert(%1)").arg(channel));
-            EXPECT_EQ(option.isVisible(), indicator.isVisible());
-            if (option.isVisible()) {
-                names += option.text();
-            }
-        }
-        return names;
-    }
 };
 
 TEST_F(VisualDisplayPageTest, TheFirstVisitSelectsLocalAndReadsItsLimitsTwice) {
@@ -68,20 +55,6 @@ TEST_F(VisualDisplayPageTest, TheFirstVisitSelectsLocalAndReadsItsLimitsTwice) {
     Adapter().calls.clear();
     ClickTab("Visual Display");
     EXPECT_THAT(Adapter().calls, ElementsAre(Read(0x19)));
-}
-
-TEST_F(VisualDisplayPageTest, TheVariantDecidesTheRows) {
-    const struct {
-        std::string_view variant;
-        const char *rows;
-    } cases[] = {{ZTM7720, "Local|Remote1|Remote2|Fan1|Fan2|THERM%"},
-                 {ZTM7710, "Local|Remote|Fan|THERM%"}};
-    for (const auto &c : cases) {
-        ResetCore();
-        Open(c.variant);
-        EXPECT_EQ(ShownOptions().join('|'), c.rows);
-        DeleteAllForms();
-    }
 }
 
 TEST_F(VisualDisplayPageTest, SelectingAChannelReadsItsLimitsAndShowsItsGauge) {

@@ -1,10 +1,8 @@
 #include "ui/display/frmGraphOptions.h"
 #include "monitor/MonitorSettings.h"
-#include "support/UiTest.h"
+#include "support/DialogTest.h"
 
-#include <QCheckBox>
 #include <QLineEdit>
-#include <QRadioButton>
 
 namespace ztm::test {
 namespace {
@@ -19,55 +17,23 @@ protected:
         Click("cmdGraphOptions");
         Settle();
     }
-
-    /// The names of the boxes and options that are checked.
-    static QString Checked() {
-        QStringList names;
-        for (const char *name : {"chkSMBusDelay", "chkEnMonitor", "chkEnGraph", "chkEnBargraph",
-                                 "chkLimitMonitor", "chkMonInRW", "chkBigGraph", "optGraphType(0)",
-                                 "optGraphType(1)", "optGraphType(2)"}) {
-            if (Find<QAbstractButton>(name).isChecked()) {
-                names += name;
-            }
-        }
-        return names.join(' ');
-    }
 };
 
 TEST_F(GraphOptionsTest, OpensOnTheSettings) {
-    Open();
-    EXPECT_EQ(Find("frmGraphOptions").windowTitle(), "Options");
-    EXPECT_EQ(TextOf("txtInterval"), "30");
-    EXPECT_EQ(TextOf("txtSMBusDelay"), "20");
-    EXPECT_EQ(Checked(), "chkSMBusDelay optGraphType(2)");
-    Click("cmdCancel");
+    StartSessionOf(ZTM7720);
+    ClickTab("Visual Display");
     MonitorInterval = 1000;
     SmbusDelayMs = 0.5F;
     GraphType = 3;
     LimitMonitorEnabled = true;
     Open();
-    EXPECT_EQ(TextOf("txtInterval"), "1000");
-    EXPECT_EQ(TextOf("txtSMBusDelay"), ".5");
-    EXPECT_EQ(Checked(), "chkSMBusDelay chkLimitMonitor optGraphType(0)");
+    EXPECT_EQ(Shown("txtInterval txtSMBusDelay chkSMBusDelay chkEnMonitor chkEnGraph chkEnBargraph "
+                    "chkLimitMonitor chkMonInRW chkBigGraph optGraphType(0)"),
+              "1000|.5|1|0|0|0|1|0|0|1");
 }
 
-TEST_F(GraphOptionsTest, ApplyStoresAndCancelDoesNot) {
+TEST_F(GraphOptionsTest, OkStoresEveryField) {
     Open();
-    Type("txtInterval", "12.5x");
-    Type("txtSMBusDelay", "1.25");
-    for (const char *name : {"chkSMBusDelay", "chkEnMonitor", "chkEnGraph", "chkEnBargraph",
-                             "chkLimitMonitor", "chkMonInRW", "optGraphType(1)"}) {
-        Click(name);
-    }
-    Click("cmdCancel");
-    EXPECT_EQ(LoadedForm<frmGraphOptions>(), nullptr);
-    EXPECT_EQ(MonitorInterval, 30);
-    EXPECT_EQ(SmbusDelayMs, 20);
-    EXPECT_TRUE(SmbusDelayEnabled);
-    EXPECT_FALSE(MonitoringEnabled);
-
-    Open();
-    EXPECT_EQ(Checked(), "chkSMBusDelay optGraphType(2)");
     Type("txtInterval", "12.5x");
     Type("txtSMBusDelay", "1.25");
     for (const char *name : {"chkSMBusDelay", "chkEnMonitor", "chkEnGraph", "chkEnBargraph",

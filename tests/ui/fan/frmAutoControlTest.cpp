@@ -1,65 +1,43 @@
-#include "ui/fan/frmAutoControl.h"
+#include "support/DialogTest.h"
 
 #include "fan/LookupGraphScale.h"
-#include "support/UiTest.h"
 #include "ui/fan/LookupGraph.h"
 #include "ui/instruments/ValueSlider.h"
 #include "ui/kit/Twips.h"
 
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
 #include <QMouseEvent>
 #include <QPicture>
-#include <QPushButton>
 #include <QRadioButton>
 #include <QTest>
 
 namespace ztm::test {
 namespace {
 
-using testing::IsEmpty;
+// Points of 30 °C, 1200 RPM; 40, 2400; 50, 3200; 60, 4096; 70, 4800; 80, 5120; 90, 6144 and
+// 100, 6400, as the chip holds them and as Apply writes them.
+const std::string temperatures = "22=5E 23=68 24=72 25=7C 26=86 27=90 28=9A 29=A4 ";
+const std::string points = temperatures + "2A=00 2B=10 2C=00 2D=08 2E=00 2F=06 30=B0 31=04 32=00 "
+                                          "33=04 34=C0 35=03 36=20 37=03 38=00 39=03 ";
+const std::string written = temperatures + "2B=10 2A=00 2D=08 2C=00 2F=06 2E=00 31=04 30=B0 33=04 "
+                                           "32=00 35=03 34=C0 37=03 36=20 39=03 38=00 ";
+const std::string eightPoints = points + "01=80 02=E8";
 
-/// Temperature and speed of the points that the chip holds.
-using Points = std::array<std::pair<int, int>, 8>;
-constexpr Points rising{{{30, 1200},
-                         {40, 2400},
-                         {50, 3200},
-                         {60, 4096},
-                         {70, 4800},
-                         {80, 5120},
-                         {90, 6144},
-                         {100, 6400}}};
-
-class AutoControlTest : public UiTest {
+class AutoControlTest : public DialogTest {
 protected:
-    static void Open(std::string_view variant, bool eightPointMode, uint8_t behaviour = 0x09) {
-        DeleteAllForms();
-        ResetCore();
-        auto &chip = Adapter().registers;
-        for (size_t point = 0; point < rising.size(); ++point) {
-            const int count = 4915200 / rising[point].second;
-            chip[0x22 + point] = static_cast<uint8_t>(rising[point].first + 64);
-            chip[0x2A + 2 * point] = static_cast<uint8_t>(count % 256);
-            chip[0x2B + 2 * point] = static_cast<uint8_t>(count / 256);
-        }
-        chip[0x01] = 0x80;
-        chip[0x02] = eightPointMode ? 0xE8 : 0xE0;
-        chip[0x07] = behaviour;
-        StartSessionOf(variant);
-        ClickTab("Control");
-        Click("cmdAuto");
-        Settle();
-    }
+    AutoControlTest()
+        : DialogTest("cmdAuto", "22? 2A? 2B? 23? 2C? 2D? 24? 2E? 2F? 25? 30? 31? 26? 32? 33? 27? "
+                                "34? 35? 28? 36? 37? 29? 38? 39? 02? 07?") {}
 
     static LookupGraph &Graph() { return Find<LookupGraph>("pctGraph"); }
+    static ValueSlider &Range() { return Find<ValueSlider>("sldRange"); }
 
     /// Twips of the graph as pixels of the widget.
-    static QPoint At(double x, double y) {
-        return QPointF(x * Graph().width() / GraphWidth, y * Graph().height() / GraphHeight)
-            .toPoint();
+    static QPointF PixelAt(double x, double y) {
+        return {x * Graph().width() / GraphWidth, y * Graph().height() / GraphHeight};
     }
-    static QPoint AtPoint(double celsius, double rpm) { return At(TempX(celsius), RPMY(rpm)); }
+    static QPoint At(double celsius, double rpm) {
+        return PixelAt(TempX(celsius), RPMY(rpm)).toPoint();
+    }
 
     /// Moves the mouse over the graph, which need not be the topmost window there.
     static void MoveTo(QPoint place) {
@@ -76,151 +54,111 @@ protected:
     static std::string Selected() {
         for (int point = 0; point < 8; ++point) {
             if (Find<QRadioButton>(QString("optControl(%1)").arg(point)).isChecked()) {
-                return std::to_string(point + 1) + ": " + TextOf("txtTLookUp").toStdString() + ' ' +
-                       TextOf("txtRPMLookup").toStdString();
+                return std::to_string(point + 1) + ": " + Shown("txtTLookUp txtRPMLookup");
             }
         }
         return "none";
     }
 
-    static void ClickIn(const char *button) {
-        Find("frmAutoControl").findChild<QPushButton *>(button)->click();
-    }
-
-    /// Whether a pixel of that colour is within a pixel of a place in twips.
-    static bool IsDrawn(const QImage &picture, double x, double y, QColor colour) {
-        const double ratio = picture.devicePixelRatio();
-        const QPointF place(x * Graph().width() / GraphWidth * ratio,
-                            y * Graph().height() / GraphHeight * ratio);
-        for (int dx = -1; dx <= 1; ++dx) {
-            for (int dy = -1; dy <= 1; ++dy) {
-                const QPoint pixel = place.toPoint() + QPoint(dx, dy);
-                if (picture.valid(pixel) && picture.pixelColor(pixel) == colour) {
-                    return true;
-                }
+    /// Whether a pixel of a colour is within a pixel of a place.
+    struct Place {
+        double celsius, rpm;
+        QColor colour;
+        const char *what;
+        bool drawn = true;
+    };
+    static void ExpectDrawn(const std::vector<Place> &places) {
+        Settle();
+        const QImage picture = Graph().grab().toImage();
+        for (const Place &place : places) {
+            const QPointF middle = PixelAt(TempX(place.celsius), RPMY(place.rpm));
+            const QPoint pixel = (middle * picture.devicePixelRatio()).toPoint();
+            int found = 0;
+            for (int at = 0; at < 9; ++at) {
+                const QPoint near = pixel + QPoint(at % 3 - 1, at / 3 - 1);
+                found += picture.valid(near) && picture.pixelColor(near) == place.colour;
             }
+            EXPECT_EQ(found > 0, place.drawn) << place.what;
         }
-        return false;
     }
 };
 
-TEST_F(AutoControlTest, ReadsThePointsOneByOne) {
-    Open(ZTM7720, true);
-    std::vector<Call> expected;
-    for (int32_t point = 0; point < 8; ++point) {
-        expected.insert(expected.end(),
-                        {Read(0x22 + point), Read(0x2A + 2 * point), Read(0x2B + 2 * point)});
-    }
-    expected.insert(expected.end(), {Read(0x02), Read(0x07)});
-    EXPECT_EQ(Adapter().calls, expected);
-    EXPECT_EQ(Find("frmAutoControl").windowTitle(), "Auto-Control Response");
-    EXPECT_EQ(Selected(), "1: 30 1200");
-    EXPECT_TRUE(Find<QRadioButton>("optDiscrete").isChecked());
-    EXPECT_EQ(Find<QComboBox>("cmbControl(0)").currentText(), "Remote1");
-    EXPECT_EQ(Find<QComboBox>("cmbControl(1)").currentText(), "Remote2");
-    EXPECT_EQ(TextOf("lblTemp(15)"), "150");
-    EXPECT_EQ(TextOf("lblRPM(2)"), "8000");
-    EXPECT_EQ(TextOf("lblRPM(11)"), "800");
-    EXPECT_EQ(TextOf("lblRPM(12)"), "0");
-}
-
-TEST_F(AutoControlTest, ApplyWritesTheTableInUse) {
-    for (const std::string_view variant : {ZTM7720, ZTM7710}) {
-        Open(variant, true, 0x0E);
-        Adapter().calls.clear();
-        Click("optLinear");
-        EXPECT_THAT(Adapter().calls, IsEmpty());
-        ClickIn("cmdApply");
-        std::vector<Call> expected{Read(0x02), Write(0x02, 0xEC), Read(0x02)};
-        for (int32_t point = 0; point < 8; ++point) {
-            expected.push_back(Write(0x22 + point, rising[static_cast<size_t>(point)].first + 64));
-        }
-        for (int32_t point = 0; point < 8; ++point) {
-            const int count = 4915200 / rising[static_cast<size_t>(point)].second;
-            expected.push_back(Write(0x2B + 2 * point, count / 256));
-            expected.push_back(Write(0x2A + 2 * point, count % 256));
-        }
-        expected.push_back(Write(0x07, variant == ZTM7720 ? 0x0E : 0x01));
-        EXPECT_EQ(Adapter().calls, expected);
-        EXPECT_TRUE(Find("frmAutoControl").isVisible());
-    }
-    ClickIn("cmdCancel");
-    EXPECT_EQ(LoadedForm<frmAutoControl>(), nullptr);
+TEST_F(AutoControlTest, ShowsThePointsAndApplyWritesTheTableInUse) {
+    Check(
+        "txtTLookUp txtRPMLookup optDiscrete optLinear cmbControl(0) cmbControl(1) cmbSource33",
+        {{eightPoints + " 07=0E", "?; optLinear; ?; cmdApply", "02? 02=EC 02? " + written + "07=0E",
+          "30|1200|1|0|Remote2|Full Speed|hidden / 30|1200|0|1|Remote2|Full Speed|hidden", ZTM7720},
+         {eightPoints + " 07=0E", "?; cmdApply", "02? 02=E8 02? " + written + "07=01",
+          "30|1200|1|0|hidden|hidden|Remote", ZTM7710},
+         {points + "02=FF", "?; optDiscrete; cmbControl(0)=Local; cmbControl(1)=Remote1; cmdOK",
+          "02? 02=FB 02? " + written + "07=04", "30|1200|0|1|Local|Local|hidden", ZTM7720},
+         {points, "cmbSource33=Full Speed; optControl(2); txtTLookUp=-70; cmdOK",
+          "02? 02=00 02? " + std::string(written).replace(written.find("24=72"), 5, "24=00") +
+              "07=03",
+          "", ZTM7710}});
 }
 
 TEST_F(AutoControlTest, TypingChangesTheSelectedPointAndNothingElse) {
-    Open(ZTM7720, false);
+    Open(ZTM7720, points);
     EightPointTable[2] = {1, 2};
-    Click("optControl(2)");
-    EXPECT_EQ(Selected(), "3: 50 3200");
-    Type("txtTLookUp", "52.5");
-    Type("txtRPMLookup", "40000");
-    EXPECT_FALSE(Find("txtRPMLookup").toolTip().isEmpty());
+    EXPECT_EQ(
+        Do("optControl(2); ?; txtTLookUp=52.5; txtRPMLookup=40000; ?", "txtTLookUp txtRPMLookup"),
+        "50|3200 / 52.5|40000 !");
     EXPECT_EQ(FourPointTable[2].Temperature, 52);
     EXPECT_EQ(FourPointTable[2].RPM, 32767);
-    Type("txtTLookUp", "-70");
-    EXPECT_FALSE(Find("txtTLookUp").toolTip().isEmpty());
-    Type("txtRPMLookup", "3000");
-    EXPECT_TRUE(Find("txtRPMLookup").toolTip().isEmpty());
-    Click("txtRPMLookupSpinUp");
+    EXPECT_EQ(Do("txtTLookUp=-70; txtRPMLookup=3000; txtRPMLookup+Up; ?; optControl(1); ?; "
+                 "optControl(2); ?",
+                 "txtTLookUp txtRPMLookup"),
+              "-70 !|3050 / 40|2400 / -70 !|3050");
     EXPECT_EQ(EightPointTable[2].Temperature, 1) << "the other table";
-    Click("optControl(1)");
-    EXPECT_EQ(Selected(), "2: 40 2400");
-    Click("optControl(2)");
-    EXPECT_EQ(Selected(), "3: -70 3050");
-    Adapter().calls.clear();
-    ClickIn("cmdOK");
-    EXPECT_EQ(Adapter().registers[0x24], 0) << "the lowest that there is";
-    EXPECT_EQ(Adapter().registers[0x23], 104);
-    Click("cmdAuto");
-    EXPECT_EQ(Selected(), "1: 30 1200");
+    EXPECT_EQ(Asked(), "");
 }
 
 TEST_F(AutoControlTest, ThePointUnderTheMouseIsSelected) {
-    Open(ZTM7720, true);
-    MoveTo(AtPoint(60, 500));
-    EXPECT_EQ(Selected(), "4: 60 4096");
-    MoveTo(AtPoint(65, 500));
-    EXPECT_EQ(Selected(), "4: 60 4096") << "between two points nothing changes";
-    Click("optControl(6)");
-    Type("txtTLookUp", "60");
-    MoveTo(AtPoint(20, 500));
-    MoveTo(AtPoint(60, 500));
-    EXPECT_EQ(Selected(), "7: 60 6144") << "of two points the later one";
+    Open(ZTM7720, eightPoints);
+    MoveTo(At(60, 500));
+    EXPECT_EQ(Selected(), "4: 60|4096");
+    MoveTo(At(65, 500));
+    EXPECT_EQ(Selected(), "4: 60|4096") << "between two points nothing changes";
+    Do("optControl(6); txtTLookUp=60");
+    MoveTo(At(20, 500));
+    MoveTo(At(60, 500));
+    EXPECT_EQ(Selected(), "7: 60|6144") << "of two points the later one";
 }
 
 TEST_F(AutoControlTest, TwoClicksMoveAPoint) {
-    Open(ZTM7720, true);
-    ClickAt(AtPoint(60, 4500));
+    Open(ZTM7720, eightPoints);
+    ClickAt(At(60, 4500));
     EXPECT_FALSE(Graph().carriedAt) << "beside the point";
-    ClickAt(AtPoint(60, 4096));
+    EXPECT_EQ(Graph().cursor().shape(), Qt::ArrowCursor);
+    MoveTo(At(60, 4096));
+    EXPECT_EQ(Graph().cursor().shape(), Qt::OpenHandCursor);
+    ClickAt(At(60, 4096));
     EXPECT_TRUE(Graph().carriedAt);
     EXPECT_EQ(Graph().cursor().shape(), Qt::CrossCursor);
-    MoveTo(AtPoint(100, 1000));
-    EXPECT_EQ(Selected(), "4: 60 4096") << "other points are passed by";
-    const QPoint place = At(2000, 3735 - 900);
+    MoveTo(At(100, 1000));
+    EXPECT_EQ(Selected(), "4: 60|4096") << "other points are passed by";
+    const QPoint place = PixelAt(2000, 3735 - 900).toPoint();
     ClickAt(place);
     const double celsius = std::floor(X2Temp(place.x() * GraphWidth / Graph().width()));
     const double rpm = std::floor(Y2RPM(place.y() * GraphHeight / Graph().height()));
     EXPECT_NEAR(celsius, 60, 1);
     EXPECT_NEAR(rpm, 2000, 40);
-    EXPECT_EQ(Selected(), "4: " + std::to_string(static_cast<int>(celsius)) + " " +
-                              std::to_string(static_cast<int>(rpm)));
+    EXPECT_EQ(Selected(), QString("4: %1|%2").arg(celsius).arg(rpm).toStdString());
     EXPECT_NE(Graph().cursor().shape(), Qt::CrossCursor);
-    ClickAt(AtPoint(100, 6400));
-    MoveTo(AtPoint(20, 300));
-    Press("txtTLookUp", Qt::Key_Escape);
-    EXPECT_FALSE(Graph().carriedAt) << "wherever the focus is";
-    EXPECT_EQ(Selected(), "8: 100 6400");
-    ClickAt(AtPoint(100, 6400));
-    EXPECT_TRUE(Graph().carriedAt) << "it is still there";
-    Press("pctGraph", Qt::Key_Escape);
-    EXPECT_FALSE(Graph().carriedAt);
-    EXPECT_THAT(Adapter().Writes(), IsEmpty());
+    for (const char *focused : {"txtTLookUp", "pctGraph"}) {
+        ClickAt(At(100, 6400));
+        EXPECT_TRUE(Graph().carriedAt) << "it is still there";
+        MoveTo(At(20, 300));
+        Press(focused, Qt::Key_Escape);
+        EXPECT_FALSE(Graph().carriedAt) << "wherever the focus is";
+        EXPECT_EQ(Selected(), "8: 100|6400");
+    }
+    EXPECT_EQ(Asked(), "");
 }
 
 TEST_F(AutoControlTest, ThePickUpAreaIsAnOpenSquare) {
-    Open(ZTM7720, true);
+    Open(ZTM7720, eightPoints);
     const QPointF point(TempX(30), RPMY(1200));
     EXPECT_TRUE(Graph().IsOnSelectedPoint(point + QPointF(79, -79)));
     EXPECT_FALSE(Graph().IsOnSelectedPoint(point + QPointF(80, 0)));
@@ -228,64 +166,31 @@ TEST_F(AutoControlTest, ThePickUpAreaIsAnOpenSquare) {
 }
 
 TEST_F(AutoControlTest, ArrowKeysMoveTheSelectedPoint) {
-    Open(ZTM7720, true);
-    const struct {
-        Qt::Key key;
-        Qt::KeyboardModifier modifier;
-        const char *point;
-    } cases[] = {{Qt::Key_Right, Qt::NoModifier, "1: 31 1200"},
-                 {Qt::Key_Up, Qt::NoModifier, "1: 31 1250"},
-                 {Qt::Key_Left, Qt::ShiftModifier, "1: 21 1250"},
-                 {Qt::Key_Down, Qt::ShiftModifier, "1: 21 750"},
-                 {Qt::Key_Down, Qt::ShiftModifier, "1: 21 250"},
-                 {Qt::Key_Down, Qt::ShiftModifier, "1: 21 0"}};
-    for (const auto &c : cases) {
-        QTest::keyClick(&Graph(), c.key, c.modifier);
-        EXPECT_EQ(Selected(), c.point);
-    }
+    Open(ZTM7720, eightPoints);
+    EXPECT_EQ(Do("pctGraph+Right; ?; pctGraph+Up; ?; pctGraph+Shift+Left; ?; pctGraph+Shift+Down; "
+                 "?; pctGraph+Shift+Down; pctGraph+Shift+Down; ?",
+                 "txtTLookUp txtRPMLookup"),
+              "31|1200 / 31|1250 / 21|1250 / 21|750 / 21|0");
     EXPECT_THAT(Graph().accessibleDescription().toStdString(),
                 testing::HasSubstr("Selected: point 1. Point 1: 21 °C, 0 RPM. Point 2: 40 °C"));
 }
 
 TEST_F(AutoControlTest, TheRangeRelabelsTheGraphAndLeavesTheChipAlone) {
-    Open(ZTM7720, true);
-    Adapter().calls.clear();
-    auto &range = Find<ValueSlider>("sldRange");
-    EXPECT_EQ(range.Value(), 8000);
-    QTest::keyClick(&range, Qt::Key_End);
-    EXPECT_EQ(GraphRpmRange, 20000);
-    EXPECT_EQ(TextOf("lblRPM(2)"), "20000");
-    EXPECT_EQ(TextOf("lblRPM(11)"), "2000");
-    QTest::keyClick(&range, Qt::Key_Home);
-    QTest::keyClick(&range, Qt::Key_Up);
-    EXPECT_EQ(TextOf("lblRPM(9)"), "330");
-    const QPoint from = range.HandlePosition(1100).toPoint();
-    const QPoint to = range.HandlePosition(12345).toPoint();
-    QTest::mousePress(&range, Qt::LeftButton, {}, from);
-    QTest::mouseMove(&range, to);
-    QTest::mouseRelease(&range, Qt::LeftButton, {}, to);
+    Open(ZTM7720, eightPoints);
+    EXPECT_EQ(Do("?; sldRange+End; ?; sldRange+Home; sldRange+Up; ?",
+                 "sldRange lblRPM(2) lblRPM(9) lblRPM(11) lblRPM(12)"),
+              "8000|8000|2400|800|0 / 20000|20000|6000|2000|0 / 1100|1100|330|110|0");
+    const QPoint from = Range().HandlePosition(1100).toPoint();
+    const QPoint to = Range().HandlePosition(12345).toPoint();
+    QTest::mousePress(&Range(), Qt::LeftButton, {}, from);
+    QTest::mouseMove(&Range(), to);
+    QTest::mouseRelease(&Range(), Qt::LeftButton, {}, to);
     EXPECT_NEAR(static_cast<double>(GraphRpmRange), 12345, 150);
     EXPECT_EQ(std::fmod(GraphRpmRange, 100), 0) << "round numbers at the grid lines";
-    EXPECT_EQ(range.Value(), static_cast<double>(GraphRpmRange));
-    range.MoveTo(1100);
-    EXPECT_THAT(Adapter().calls, IsEmpty());
-    ClickIn("cmdCancel");
-    Click("cmdAuto");
-    EXPECT_EQ(Find<ValueSlider>("sldRange").Value(), 1100) << "kept for the next opening";
-}
-
-TEST_F(AutoControlTest, OneFanHasOneSourceAndNoLegend) {
-    Open(ZTM7710, false, 0x02);
-    for (const char *hidden :
-         {"cmbControl(0)", "cmbControl(1)", "Label4", "Line1", "Line2", "Label5", "Label6"}) {
-        EXPECT_FALSE(Find("frmAutoControl").findChild<QWidget *>(hidden)->isVisible()) << hidden;
-    }
-    auto *source = Find("frmAutoControl").findChild<QComboBox *>("cmbSource33");
-    EXPECT_TRUE(source->isVisible());
-    EXPECT_EQ(source->currentText(), "Remote");
-    source->setCurrentText("Full Speed");
-    ClickIn("cmdApply");
-    EXPECT_EQ(Adapter().registers[0x07], 0x03);
+    EXPECT_EQ(Range().Value(), static_cast<double>(GraphRpmRange));
+    Range().MoveTo(1100);
+    EXPECT_EQ(Asked(), "");
+    EXPECT_EQ(Do("cmdCancel; cmdAuto; ?", "sldRange"), "1100") << "kept for the next opening";
 }
 
 TEST_F(AutoControlTest, LaidOutWithEveryLineWhereItBelongs) {
@@ -294,100 +199,68 @@ TEST_F(AutoControlTest, LaidOutWithEveryLineWhereItBelongs) {
     const QColor red(255, 0, 0);
     const QColor gray(192, 192, 192);
     const QColor grid(216, 216, 216);
-    Open(ZTM7720, true);
-    const auto picture = [] {
-        Settle();
-        return Graph().grab().toImage();
-    };
-    QImage steps = picture();
-    EXPECT_TRUE(IsDrawn(steps, TempX(15), GraphHeight - 60, blue)) << "baseline";
-    EXPECT_TRUE(IsDrawn(steps, TempX(30), RPMY(600), blue)) << "rise";
-    EXPECT_TRUE(IsDrawn(steps, TempX(45), RPMY(2400), blue)) << "level up to the next point";
-    EXPECT_TRUE(IsDrawn(steps, TempX(50), RPMY(2800), blue)) << "then upright";
-    EXPECT_TRUE(IsDrawn(steps, TempX(140), RPMY(6400), blue)) << "tail";
-    EXPECT_TRUE(IsDrawn(steps, TempX(30) + 40, RPMY(1200), red)) << "highlight";
-    EXPECT_TRUE(IsDrawn(steps, TempX(130), RPMY(3000), grid));
-    EXPECT_TRUE(IsDrawn(steps, TempX(115), RPMY(7200), grid));
-    EXPECT_FALSE(IsDrawn(steps, TempX(115), RPMY(7600), grid));
-    EXPECT_FALSE(IsDrawn(steps, TempX(45), RPMY(2800), blue));
-
+    Open(ZTM7720, eightPoints);
+    ExpectDrawn({{15, Y2RPM(GraphHeight - 60), blue, "baseline"},
+                 {30, 600, blue, "rise"},
+                 {45, 2400, blue, "level up to the next point"},
+                 {50, 2800, blue, "then upright"},
+                 {140, 6400, blue, "tail"},
+                 {30 + X2Temp(40), 1200, red, "highlight"},
+                 {130, 3000, grid, "line of a temperature"},
+                 {115, 7200, grid, "line of a speed"},
+                 {115, 7600, grid, "between the lines", false},
+                 {45, 2800, blue, "above a step", false}});
     Click("optLinear");
-    const QImage lines = picture();
-    EXPECT_TRUE(IsDrawn(lines, TempX(45), RPMY(2800), blue)) << "straight";
-    EXPECT_FALSE(IsDrawn(lines, TempX(48), RPMY(2400), blue));
+    ExpectDrawn({{45, 2800, blue, "straight"}, {48, 2400, blue, "below the line", false}});
+    ClickAt(At(60, 4096));
+    const double celsius = X2Temp(2400);
+    const double rpm = Y2RPM(400);
+    MoveTo(At(celsius, rpm));
+    ExpectDrawn({{(50 + celsius) / 2, (3200 + rpm) / 2, gray, "from the point before"},
+                 {(70 + celsius) / 2, (4800 + rpm) / 2, gray, "to the point behind"},
+                 {celsius - X2Temp(40), rpm, red, "carried highlight"}});
 
-    MoveTo(AtPoint(60, 4096));
-    ClickAt(AtPoint(60, 4096));
-    MoveTo(At(2400, 400));
-    const QImage carried = picture();
-    EXPECT_TRUE(IsDrawn(carried, (TempX(50) + 2400) / 2, (RPMY(3200) + 400) / 2, gray));
-    EXPECT_TRUE(IsDrawn(carried, (TempX(70) + 2400) / 2, (RPMY(4800) + 400) / 2, gray));
-    EXPECT_TRUE(IsDrawn(carried, 2400 - 40, 400, red));
-
-    Open(ZTM7720, false);
-    const QImage twoCurves = picture();
-    EXPECT_TRUE(IsDrawn(twoCurves, TempX(140), RPMY(4096), blue));
-    EXPECT_TRUE(IsDrawn(twoCurves, TempX(140), RPMY(6400), green));
-    EXPECT_TRUE(IsDrawn(twoCurves, TempX(70), RPMY(1000), green)) << "its own rise";
-    const auto previewOf = [&](int point, double x, double y) {
+    Open(ZTM7720, points);
+    ExpectDrawn({{140, 4096, blue, "tail of the first curve"},
+                 {140, 6400, green, "tail of the second"},
+                 {70, 1000, green, "its own rise"}});
+    const auto expectPreview = [&](int point, const Place &place) {
         Click(QString("optControl(%1)").arg(point));
         Graph().carriedAt = QPointF(2600, 1500);
         Graph().update();
-        return IsDrawn(picture(), x, y, gray);
+        ExpectDrawn({place});
     };
-    EXPECT_TRUE(previewOf(4, 2600, 2500)) << "the first of a curve comes from below";
-    EXPECT_TRUE(previewOf(3, 4000, 1500)) << "the last goes to the right edge";
-    EXPECT_FALSE(previewOf(5, 4000, 1500));
+    const double tail = X2Temp(4000);
+    expectPreview(4, {X2Temp(2600), Y2RPM(2500), gray, "the first of a curve comes from below"});
+    expectPreview(3, {tail, Y2RPM(1500), gray, "the last goes to the right edge"});
+    expectPreview(5, {tail, Y2RPM(1500), gray, "one in the middle does not", false});
 }
 
 TEST_F(AutoControlTest, OnlySpeedsThatApplyWouldDropAreMarked) {
-    Open(ZTM7720, true);
-    Adapter().registers[0x2A] = 0xFF; // the slowest count
-    Adapter().registers[0x2B] = 0xFF;
-    ClickIn("cmdCancel");
-    Click("cmdAuto");
-    const auto marked = [] { return !Find("txtRPMLookup").toolTip().isEmpty(); };
-    EXPECT_EQ(Selected(), "1: 30 75");
-    EXPECT_FALSE(marked()) << "the chip holds it already";
-    const struct {
-        const char *text;
-        bool marked;
-    } cases[] = {{"0", false},     {"74", true},    {"76", false}, {"-1", true},
-                 {"32767", false}, {"32768", true}, {"75", false}};
-    for (const auto &c : cases) {
-        Type("txtRPMLookup", c.text);
-        EXPECT_EQ(marked(), c.marked) << c.text;
-    }
+    Open(ZTM7720, points + "2A=FF 2B=FF 02=08"); // the slowest count, which the chip may hold
+    EXPECT_EQ(Do("?; txtRPMLookup=0; ?; txtRPMLookup=74; ?; txtRPMLookup=76; ?; txtRPMLookup=-1; "
+                 "?; txtRPMLookup=32767; ?; txtRPMLookup=32768; ?; txtRPMLookup=75; ?",
+                 "txtRPMLookup"),
+              "75 / 0 / 74 ! / 76 / -1 ! / 32767 / 32768 ! / 75");
     EightPointTable[1].RPM = 75;
-    Click("optControl(1)");
-    EXPECT_TRUE(marked()) << "the same text, but the chip holds another speed there";
-    Click("optControl(0)");
-    EXPECT_FALSE(marked());
+    EXPECT_EQ(Do("optControl(1); ?; optControl(0); ?", "txtRPMLookup"), "75 ! / 75")
+        << "the same text, but the chip holds another speed there";
 }
 
 TEST_F(AutoControlTest, TheBoxesFollowTheTableThatTheGraphShows) {
-    Open(ZTM7720, true);
+    Open(ZTM7720, eightPoints);
     Click("optControl(2)");
     EightPointMode = false;
     FourPointTable[2] = {55, 5500};
-    ShowForm<frmAutoControl>();
     QEvent activation(QEvent::ActivationChange);
     QCoreApplication::sendEvent(&Find("frmAutoControl"), &activation);
-    EXPECT_EQ(Selected(), "3: 55 5500");
+    EXPECT_EQ(Selected(), "3: 55|5500");
     EXPECT_EQ(EightPointTable[2].Temperature, 50);
     EXPECT_EQ(EightPointTable[2].RPM, 3200);
 }
 
-TEST_F(AutoControlTest, TheCursorShowsWhatAPressWouldDo) {
-    Open(ZTM7720, true);
-    MoveTo(AtPoint(30, 1200));
-    EXPECT_EQ(Graph().cursor().shape(), Qt::OpenHandCursor);
-    MoveTo(AtPoint(30, 3000));
-    EXPECT_EQ(Graph().cursor().shape(), Qt::ArrowCursor);
-}
-
 TEST_F(AutoControlTest, LaidOutInTheMiddleWithNumbersAtTheGridLines) {
-    Open(ZTM7720, true);
+    Open(ZTM7720, eightPoints);
     auto &window = Find("frmAutoControl");
     EXPECT_EQ(Graph().size(), QSize(Twips(4935, window), Twips(3735, window)));
     for (const QSize size : {QSize(1200, 800), QSize(1500, 500), QSize(800, 1000), window.size()}) {
@@ -415,16 +288,11 @@ TEST_F(AutoControlTest, LaidOutInTheMiddleWithNumbersAtTheGridLines) {
 }
 
 TEST_F(AutoControlTest, LaidOutWithPointsFarOff) {
-    Open(ZTM7720, true);
-    Click("optLinear");
-    Click("optControl(3)");
-    Type("txtTLookUp", "419");
-    Type("txtRPMLookup", "32767");
-    Settle();
+    Open(ZTM7720, eightPoints);
+    Do("optLinear; optControl(3); txtTLookUp=419; txtRPMLookup=32767");
     const double rpmPerDegree = (32767.0 - 3200) / (419 - 50);
     const double rpm = 3200 + 30 * rpmPerDegree;
-    EXPECT_TRUE(IsDrawn(Graph().grab().toImage(), TempX(80), RPMY(rpm), QColor(0, 0, 255)))
-        << "in the right direction";
+    ExpectDrawn({{80, rpm, QColor(0, 0, 255), "in the right direction"}});
     for (const char *transition : {"optLinear", "optDiscrete"}) {
         Click(transition);
         for (const char *text : {"419", "32767", "2147483647", "-2147483648"}) {

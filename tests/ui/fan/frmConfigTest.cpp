@@ -1,166 +1,58 @@
-#include "ui/fan/frmConfig.h"
-#include "support/UiTest.h"
-#include "ui/kit/Twips.h"
-
-#include <QComboBox>
-#include <QRadioButton>
-#include <QTabWidget>
-#include <QTest>
+#include "support/DialogTest.h"
 
 namespace ztm::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
-constexpr uint8_t defaults[] = {1, 132, 68, 9, 0, 17}; // of 0x01, 0x02, 0x03, 0x07, 0x3B, 0x3C
-
-class ConfigTest : public UiTest {
+class ConfigTest : public DialogTest {
 protected:
-    static void SetChip(const uint8_t (&values)[6]) {
-        constexpr size_t addresses[] = {0x01, 0x02, 0x03, 0x07, 0x3B, 0x3C};
-        for (size_t i = 0; i < 6; ++i) {
-            Adapter().registers[addresses[i]] = values[i];
-        }
-    }
-
-    static void Open(std::string_view variant, const uint8_t (&values)[6] = defaults) {
-        DeleteAllForms();
-        ResetCore();
-        SetChip(values);
-        StartSessionOf(variant);
-        ClickTab("Control");
-        Click("cmdConParam");
-        Settle();
-    }
-
-    static QTabWidget &Tabs() { return *Find("frmConfig").findChild<QTabWidget *>("SSTab1"); }
-
-    static QStringList Shown() {
-        QStringList texts;
-        texts += Find<QRadioButton>("optAuto").isChecked() ? "auto" : "manual";
-        texts += Find<QRadioButton>("opt8Points").isChecked() ? "8" : "4+4";
-        for (const char *box :
-             {"cmbPoles(%1)", "cmbSource(%1)", "cmbRPMResponse(%1)", "cmbRamp(%1)"}) {
-            for (const int fan : {0, 1}) {
-                texts += Find<QComboBox>(QString(box).arg(fan)).currentText();
-            }
-        }
-        return texts;
-    }
-
-    static void Choose(const char *box, const QString &text) {
-        auto &combo = Find<QComboBox>(box);
-        EXPECT_FALSE(combo.isEditable());
-        combo.setCurrentText(text);
-        EXPECT_EQ(combo.currentText(), text);
-    }
+    ConfigTest() : DialogTest("cmdConParam", "01? 02? 03? 3C? 07? 3B?") {}
 };
 
-TEST_F(ConfigTest, ReadsSixRegistersInOrderAndShowsThem) {
-    Open(ZTM7720);
-    EXPECT_THAT(Adapter().calls, ElementsAre(Read(0x01), Read(0x02), Read(0x03), Read(0x3C),
-                                             Read(0x07), Read(0x3B)));
-    EXPECT_EQ(Find("frmConfig").windowTitle(), "Fan Configuration");
-    EXPECT_EQ(Shown().join('|'), "manual|4+4|4|4|Remote1|Remote2|2.5 updates/sec|2.5 updates/sec|"
-                                 "No Limit|No Limit");
-    Open(ZTM7720, {0x81, 0x0C, 0x86, 0x0C, 0x75, 0x07});
-    EXPECT_EQ(Shown().join('|'), "auto|8|6|8|Local|Full Speed|160 updates/sec|1.25 updates/sec|"
-                                 "25 counts/sec|35 counts/sec");
-    Open(ZTM7720, {0, 0, 0x31, 0, 0, 0});
-    EXPECT_EQ(Shown().mid(2, 2).join('|'), "2|2");
-    Open(ZTM7720, {0, 0, 0x75, 0, 0, 0});
-    EXPECT_EQ(Shown().mid(2, 2).join('|'), "6|6");
-}
-
-TEST_F(ConfigTest, ApplyAfterLoadWritesTheSameBack) {
-    const struct {
-        std::string_view variant;
-        uint8_t behaviour, writtenBehaviour;
-    } cases[] = {{ZTM7720, 0xF9, 0x09}, {ZTM7720, 0x0E, 0x0E}, {ZTM7710, 0xF9, 0x01},
-                 {ZTM7710, 0x0E, 0x01}, {ZTM7710, 0x0B, 0x03}, {ZTM7710, 0x0C, 0x00}};
-    for (const auto &c : cases) {
-        Open(c.variant, {0x55, 0xA4, 0x28, c.behaviour, 0xF9, 0xBF});
-        Adapter().calls.clear();
-        Click("cmdApply");
-        EXPECT_THAT(Adapter().calls,
-                    ElementsAre(Read(0x01), Write(0x01, 0x55), Read(0x01), Read(0x02),
-                                Write(0x02, 0xA4), Read(0x02), Write(0x03, 0x28), Write(0x3C, 0x37),
-                                Write(0x3B, 0x71), Write(0x07, c.writtenBehaviour)));
-        EXPECT_TRUE(Find("frmConfig").isVisible());
-    }
-    Open(ZTM7720, {0, 0, 0xC0, 0, 0, 0});
-    EXPECT_EQ(Shown().mid(2, 2).join('|'), "0|12") << "what the list does not have";
-    Adapter().calls.clear();
-    Click("cmdOK");
-    EXPECT_EQ(LoadedForm<frmConfig>(), nullptr);
-    EXPECT_EQ(Adapter().registers[0x03], 0xC0);
-}
-
-TEST_F(ConfigTest, WritesWhatIsChosen) {
-    Open(ZTM7720);
-    Click("optAuto");
-    Click("opt8Points");
-    Choose("cmbPoles(0)", "2");
-    Choose("cmbPoles(1)", "8");
-    Choose("cmbSource(0)", "Full Speed");
-    Choose("cmbSource(1)", "Local");
-    Choose("cmbRPMResponse(1)", "80 updates/sec");
-    Choose("cmbRamp(0)", "15 counts/sec");
-    Click("cmdOK");
-    const auto &chip = Adapter().registers;
-    EXPECT_EQ(chip[0x01], 0x81);
-    EXPECT_EQ(chip[0x02], 0x8C);
-    EXPECT_EQ(chip[0x03], 0x82);
-    EXPECT_EQ(chip[0x07], 0x03);
-    EXPECT_EQ(chip[0x3B], 0x03);
-    EXPECT_EQ(chip[0x3C], 0x61);
-    EXPECT_TRUE(EightPointMode);
-    Open(ZTM7710);
-    Choose("cmbSource33", "Full Speed");
-    Click("cmdOK");
-    EXPECT_EQ(chip[0x07], 0x03);
+TEST_F(ConfigTest, ShowsSixRegistersAndWritesWhatIsChosen) {
+    Check(
+        "optAuto opt8Points cmbPoles(0) cmbPoles(1) cmbSource(0) cmbSource(1) cmbSource33 "
+        "cmbRPMResponse(0) cmbRPMResponse(1) cmbRamp(0) cmbRamp(1)",
+        {{"01=01 02=84 03=44 07=09 3C=11", "?; cmdApply",
+          "01? 01=01 01? 02? 02=84 02? 03=44 3C=11 3B=00 07=09",
+          "0|0|4|4|Remote1|Remote2|hidden|2.5 updates/sec|2.5 updates/sec|No Limit|No Limit",
+          ZTM7720},
+         {"01=D5 02=AC 03=86 07=FC 3C=F8 3B=BF", "?; cmdOK",
+          "01? 01=D5 01? 02? 02=AC 02? 03=86 3C=70 3B=37 07=0C",
+          "1|1|6|8|Local|Full Speed|hidden|1.25 updates/sec|160 updates/sec|35 counts/sec|"
+          "15 counts/sec",
+          ZTM7720},
+         {"07=F9 3C=F9 3B=BF", "?; cmdApply", "01? 01=00 01? 02? 02=00 02? 03=00 3C=71 3B=37 07=01",
+          "0|0|0|0|hidden|Remote2|Remote|2.5 updates/sec|160 updates/sec|35 counts/sec|"
+          "15 counts/sec",
+          ZTM7710},
+         // Poles that the list does not have.
+         {"03=C0 07=0E", "?; cmdOK", "01? 01=00 01? 02? 02=00 02? 03=C0 3C=00 3B=00 07=0E",
+          "0|0|0|12|Remote2|Full Speed|hidden|1.25 updates/sec|1.25 updates/sec|No Limit|No Limit",
+          ZTM7720},
+         {"01=01 02=84 03=44 07=09 3C=11",
+          "optAuto; opt8Points; cmbPoles(0)=2; cmbPoles(1)=8; cmbSource(0)=Full Speed; "
+          "cmbSource(1)=Local; cmbRPMResponse(1)=80 updates/sec; cmbRamp(0)=15 counts/sec; cmdOK",
+          "01? 01=81 01? 02? 02=8C 02? 03=82 3C=61 3B=03 07=03", "", ZTM7720},
+         {"01=81 02=8C", "optManual; opt4Points; cmdOK",
+          "01? 01=01 01? 02? 02=84 02? 03=00 3C=00 3B=00 07=00", "", ZTM7720},
+         {"", "cmbSource33=Full Speed; cmdOK",
+          "01? 01=00 01? 02? 02=00 02? 03=00 3C=00 3B=00 07=03", "", ZTM7710}});
+    Check("cmbPoles(0) cmbPoles(1)", {{"03=31", "?", "", "2|2"}, {"03=75", "?", "", "6|6"}});
+    Check("cmbSource33", {{"07=0E", "?", "", "Remote", ZTM7710},
+                          {"07=0B", "?", "", "Full Speed", ZTM7710},
+                          {"07=0C", "?", "", "Local", ZTM7710}});
 }
 
 TEST_F(ConfigTest, TheButtonsOfTheMainWindowFollowTheControlType) {
-    const auto enabled = [] {
-        return QString("%1%2%3")
-            .arg(IsEnabled("cmdAuto"))
-            .arg(IsEnabled("cmdSetLookups"))
-            .arg(IsEnabled("cmdManual"));
-    };
-    Open(ZTM7720);
-    EXPECT_EQ(enabled(), "001");
-    Click("optAuto");
-    EXPECT_EQ(enabled(), "001");
-    Click("cmdApply");
-    EXPECT_EQ(enabled(), "110");
-    Click("optManual");
-    Click("cmdApply");
-    EXPECT_EQ(enabled(), "001");
-    Click("optAuto");
-    Click("cmdCancel");
-    EXPECT_EQ(LoadedForm<frmConfig>(), nullptr);
-    EXPECT_EQ(enabled(), "001");
+    Open(ZTM7720, "01=80");
+    EXPECT_EQ(Do("?; optManual; ?; cmdApply; ?; optAuto; ?; cmdApply; ?; optManual; cmdCancel; ?",
+                 "cmdAuto cmdSetLookups cmdManual"),
+              "on|on|off / on|on|off / off|off|on / off|off|on / on|on|off / on|on|off");
 }
 
-TEST_F(ConfigTest, OneFanHasOneTabAndItsOwnSources) {
-    Open(ZTM7710);
-    EXPECT_FALSE(Tabs().isTabVisible(2));
-    EXPECT_EQ(Tabs().tabText(1), "Fan");
-    EXPECT_FALSE(Find("opt8Points").isVisible());
-    EXPECT_EQ(Find("Frame5").x(), Twips(2040, Find("Frame5")));
-    EXPECT_EQ(Find<QComboBox>("cmbSource33").currentText(), "Remote");
-    Tabs().setCurrentIndex(1);
-    Settle();
-    EXPECT_TRUE(Find("cmbSource33").isVisible());
-    EXPECT_FALSE(Find("cmbSource(0)").isVisible());
-    EXPECT_TRUE(Find("frmConfig").findChild<QWidget *>("cmdOK")->hasFocus());
-    Open(ZTM7720);
-    EXPECT_TRUE(Tabs().isTabVisible(2));
-    Tabs().setCurrentIndex(1);
-    Settle();
-    EXPECT_FALSE(Find("cmbSource33").isVisible());
+TEST_F(ConfigTest, AnotherTabLeavesTheFocusOnOk) {
+    Check("focus", {{"", "SSTab1=1; ?; SSTab1=2; ?", "", "cmdOK / cmdOK", ZTM7720},
+                    {"", "SSTab1=1; ?", "", "cmdOK", ZTM7710}});
 }
 
 } // namespace

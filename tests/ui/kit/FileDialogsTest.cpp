@@ -30,6 +30,7 @@ TEST(FileDialogs, AnEndingIsAddedOnlyWhereItWasAskedFor) {
             },
             path(c.typed));
         EXPECT_EQ(chosen, path(c.chosen)) << c.typed;
+        EXPECT_EQ(shown.folder, QCoreApplication::applicationDirPath());
         EXPECT_EQ(shown.askedToReplace, c.asked) << c.typed;
     }
     AnswerFileDialogOf([] { EXPECT_EQ(AskOpenFile(nullptr, "Open", "Any (*)"), QString()); }, "");

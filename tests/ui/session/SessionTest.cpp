@@ -3,11 +3,7 @@
 #include "monitor/MeasurementLog.h"
 #include "monitor/MonitorSettings.h"
 #include "support/UiTest.h"
-#include "ui/instruments/ToggleIndicator.h"
-#include "ui/session/frmMain.h"
 
-#include <QTabBar>
-#include <QTabWidget>
 #include <QTimer>
 
 namespace ztm::test {
@@ -43,27 +39,6 @@ TEST_F(SessionTest, StartsFromTheDefaults) {
     EXPECT_FALSE(Heaters[1].SoftwareControl || Heaters[1].StartPending);
     EXPECT_TRUE(Find<QTimer>("tmrMain").isActive());
     EXPECT_EQ(Find<QTimer>("tmrMain").interval(), 30);
-}
-
-TEST_F(SessionTest, ShowsTheVariantEverywhere) {
-    for (const std::string_view variant : {ZTM7710, ZTM7720}) {
-        ResetCore();
-        StartSessionOf(variant);
-        const auto name = QString::fromStdString(std::string(variant));
-        EXPECT_EQ(Find("frmMain").windowTitle(), name + " Evaluation Software");
-        EXPECT_EQ(TextOf("lblTitle"), name);
-        EXPECT_EQ(TextOf("lblVersion"), "1.1.0");
-        EXPECT_EQ(TextOf("lblRegDescription"), "#Bytes/BlockRead");
-        EXPECT_FALSE(Find<ToggleIndicator>("Shape1").IsAlarm());
-        EXPECT_FALSE(Find("Shape1").isHidden());
-        const auto *tabs = Find<QTabWidget>("SSTab1").tabBar();
-        QStringList captions;
-        for (int tab = 0; tab < 4; ++tab) {
-            captions += tabs->tabText(tab);
-        }
-        EXPECT_EQ(captions.join('|'), "About|Register Access|Visual Display|Control");
-        DeleteAllForms();
-    }
 }
 
 TEST_F(SessionTest, FanControlButtonsFollowConfiguration1) {
