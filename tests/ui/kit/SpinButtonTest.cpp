@@ -1,13 +1,11 @@
 #include "ui/kit/SpinButton.h"
+#include "support/Instrument.h"
 
 #include <gmock/gmock.h>
 
-#include <QApplication>
 #include <QHBoxLayout>
 #include <QLineEdit>
-#include <QTest>
 #include <QToolButton>
-#include <QWheelEvent>
 
 namespace ztm::test {
 namespace {
@@ -22,15 +20,9 @@ protected:
         box->setFocus();
     }
 
-    QString After(const char *arrow) {
-        QTest::mouseClick(window.findChild<QToolButton *>(arrow), Qt::LeftButton);
-        return box->text();
-    }
-
-    void TurnWheel(int angle) {
-        QWheelEvent event(QPointF(2, 2), box->mapToGlobal(QPointF(2, 2)), {}, {0, angle},
-                          Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-        QCoreApplication::sendEvent(box, &event);
+    void Click(const char *arrow) {
+        auto *button = window.findChild<QToolButton *>(QString("txtInterval(1)Spin") + arrow);
+        QTest::mouseClick(button, Qt::LeftButton);
     }
 
     QWidget window;
@@ -39,9 +31,7 @@ protected:
 
 TEST_F(SpinButtonTest, StepsTheNumberInTheBoxWithinTheRange) {
     const struct {
-        const char *text;
-        const char *up;
-        const char *down;
+        const char *text, *up, *down;
     } cases[] = {
         {"100", "150", "50"},
         {"50", "100", "50"},
@@ -55,39 +45,41 @@ TEST_F(SpinButtonTest, StepsTheNumberInTheBoxWithinTheRange) {
         {"70000", "10000", "10000"},
         {"1e300", "10000", "10000"},
     };
-    for (const auto &[text, up, down] : cases) {
-        box->setText(text);
-        EXPECT_EQ(After("txtInterval(1)SpinUp"), up) << "from " << text;
-        box->setText(text);
-        EXPECT_EQ(After("txtInterval(1)SpinDown"), down) << "from " << text;
+    for (const auto &c : cases) {
+        box->setText(c.text);
+        Click("Up");
+        EXPECT_EQ(box->text(), c.up) << "from " << c.text;
+        box->setText(c.text);
+        Click("Down");
+        EXPECT_EQ(box->text(), c.down) << "from " << c.text;
     }
 }
 
-TEST_F(SpinButtonTest, KeysAndTheWheelStepToo) {
+TEST_F(SpinButtonTest, KeysAndTheWheelStepTooWhileTheBoxIsInUse) {
+    const auto key = [this](Qt::Key key) { return [=, this] { QTest::keyClick(box, key); }; };
+    const auto wheel = [this](int angle) { return [=, this] { TurnWheel(*box, {2, 2}, angle); }; };
+    const struct {
+        std::function<void()> action;
+        const char *text;
+    } cases[] = {
+        {key(Qt::Key_Up), "150"},
+        {key(Qt::Key_Down), "100"},
+        {wheel(240), "200"},
+        {wheel(-60), "200"}, // half a notch
+        {wheel(-60), "150"},
+        {[this] { box->clearFocus(); }, "150"},
+        {wheel(120), "150"},
+        {[this] { QTest::keyClicks(box, "x"); }, "150x"},
+        {[this] { box->setEnabled(false); }, "150x"},
+        {[this] { Click("Up"); }, "150x"},
+        {[this] { box->setEnabled(true); }, "150x"},
+        {[this] { Click("Up"); }, "200"},
+    };
     box->setText("100");
-    QTest::keyClick(box, Qt::Key_Up);
-    EXPECT_EQ(box->text(), "150");
-    QTest::keyClick(box, Qt::Key_Down);
-    EXPECT_EQ(box->text(), "100");
-    TurnWheel(240);
-    EXPECT_EQ(box->text(), "200");
-    TurnWheel(-60);
-    EXPECT_EQ(box->text(), "200") << "half a notch";
-    TurnWheel(-60);
-    EXPECT_EQ(box->text(), "150");
-    box->clearFocus();
-    TurnWheel(120);
-    EXPECT_EQ(box->text(), "150") << "a box without the focus lets the wheel pass";
-    QTest::keyClicks(box, "x");
-    EXPECT_EQ(box->text(), "150x") << "any text can be typed";
-}
-
-TEST_F(SpinButtonTest, FollowsItsBoxInBeingDisabled) {
-    box->setText("100");
-    box->setEnabled(false);
-    EXPECT_EQ(After("txtInterval(1)SpinUp"), "100");
-    box->setEnabled(true);
-    EXPECT_EQ(After("txtInterval(1)SpinUp"), "150");
+    for (const auto &c : cases) {
+        c.action();
+        EXPECT_EQ(box->text(), c.text) << "action " << &c - cases;
+    }
 }
 
 } // namespace
