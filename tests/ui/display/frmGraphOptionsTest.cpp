@@ -2,111 +2,101 @@
 #include "monitor/MonitorSettings.h"
 #include "support/UiTest.h"
 
-#include <QCheckBox>
+#include <QAbstractButton>
 #include <QLineEdit>
-#include <QRadioButton>
 
 namespace ztm::test {
 namespace {
 
 class GraphOptionsTest : public UiTest {
 protected:
-    static void Open() {
-        if (LoadedForms().empty()) {
-            StartSessionOf(ZTM7720);
-            ClickTab("Visual Display");
-        }
+    GraphOptionsTest() {
+        StartSessionOf(ZTM7720);
+        ClickTab("Visual Display");
+        Adapter().calls.clear();
         Click("cmdGraphOptions");
-        Settle();
     }
 
-    /// The names of the boxes and options that are checked.
-    static QString Checked() {
-        QStringList names;
-        for (const char *name : {"chkSMBusDelay", "chkEnMonitor", "chkEnGraph", "chkEnBargraph",
-                                 "chkLimitMonitor", "chkMonInRW", "chkBigGraph", "optGraphType(0)",
-                                 "optGraphType(1)", "optGraphType(2)"}) {
-            if (Find<QAbstractButton>(name).isChecked()) {
-                names += name;
-            }
+    static constexpr const char *boxes[] = {
+        "chkSMBusDelay", "chkEnMonitor",    "chkEnGraph",      "chkEnBargraph",  "chkLimitMonitor",
+        "chkMonInRW",    "optGraphType(0)", "optGraphType(1)", "optGraphType(2)"};
+
+    /// Interval, delay and which of the boxes are set: what is shown, and what is stored.
+    static std::string Shown() {
+        QString shown = TextOf("txtInterval") + " " + TextOf("txtSMBusDelay") + " ";
+        for (const char *box : boxes) {
+            shown += Find<QAbstractButton>(box).isChecked() ? '1' : '0';
         }
-        return names.join(' ');
+        return shown.toStdString();
+    }
+    static std::string Stored() {
+        QString stored = QString("%1 %2 ").arg(MonitorInterval).arg(SmbusDelayMs);
+        for (const bool set : {SmbusDelayEnabled, MonitoringEnabled, GraphingEnabled,
+                               BargraphEnabled, LimitMonitorEnabled, MonitorInReadWrite,
+                               GraphType == 3, GraphType == 2, GraphType == 1}) {
+            stored += set ? '1' : '0';
+        }
+        return stored.toStdString();
     }
 };
 
-TEST_F(GraphOptionsTest, OpensOnTheSettings) {
-    Open();
-    EXPECT_EQ(Find("frmGraphOptions").windowTitle(), "Options");
-    EXPECT_EQ(TextOf("txtInterval"), "30");
-    EXPECT_EQ(TextOf("txtSMBusDelay"), "20");
-    EXPECT_EQ(Checked(), "chkSMBusDelay optGraphType(2)");
-    Click("cmdCancel");
-    MonitorInterval = 1000;
-    SmbusDelayMs = 0.5F;
-    GraphType = 3;
-    LimitMonitorEnabled = true;
-    Open();
-    EXPECT_EQ(TextOf("txtInterval"), "1000");
-    EXPECT_EQ(TextOf("txtSMBusDelay"), ".5");
-    EXPECT_EQ(Checked(), "chkSMBusDelay chkLimitMonitor optGraphType(0)");
-}
-
-TEST_F(GraphOptionsTest, ApplyStoresAndCancelDoesNot) {
-    Open();
-    Type("txtInterval", "12.5x");
-    Type("txtSMBusDelay", "1.25");
-    for (const char *name : {"chkSMBusDelay", "chkEnMonitor", "chkEnGraph", "chkEnBargraph",
-                             "chkLimitMonitor", "chkMonInRW", "optGraphType(1)"}) {
-        Click(name);
+TEST_F(GraphOptionsTest, EachBoxIsStoredByOkAndApplyAndShownAgain) {
+    std::string before = "30 20 100000001";
+    for (const char *box : boxes) {
+        SCOPED_TRACE(box);
+        EXPECT_EQ(Shown(), before);
+        Click(box);
+        const std::string shown = Shown();
+        Click("cmdCancel");
+        EXPECT_EQ(LoadedForm<frmGraphOptions>(), nullptr);
+        EXPECT_EQ(Stored(), before);
+        Click("cmdGraphOptions");
+        Click(box);
+        Click("cmdApply");
+        EXPECT_EQ(Stored(), shown);
+        Click("cmdOK");
+        EXPECT_EQ(LoadedForm<frmGraphOptions>(), nullptr);
+        EXPECT_EQ(Stored(), shown);
+        Click("cmdGraphOptions");
+        before = shown;
     }
-    Click("cmdCancel");
-    EXPECT_EQ(LoadedForm<frmGraphOptions>(), nullptr);
-    EXPECT_EQ(MonitorInterval, 30);
-    EXPECT_EQ(SmbusDelayMs, 20);
-    EXPECT_TRUE(SmbusDelayEnabled);
-    EXPECT_FALSE(MonitoringEnabled);
-
-    Open();
-    EXPECT_EQ(Checked(), "chkSMBusDelay optGraphType(2)");
-    Type("txtInterval", "12.5x");
-    Type("txtSMBusDelay", "1.25");
-    for (const char *name : {"chkSMBusDelay", "chkEnMonitor", "chkEnGraph", "chkEnBargraph",
-                             "chkLimitMonitor", "chkMonInRW", "optGraphType(1)"}) {
-        Click(name);
-    }
-    Click("cmdOK");
-    EXPECT_EQ(LoadedForm<frmGraphOptions>(), nullptr);
-    EXPECT_EQ(MonitorInterval, 12) << "a half goes to even";
-    EXPECT_EQ(SmbusDelayMs, 1.25F);
-    EXPECT_FALSE(SmbusDelayEnabled);
-    EXPECT_TRUE(MonitoringEnabled && GraphingEnabled && BargraphEnabled && LimitMonitorEnabled &&
-                MonitorInReadWrite);
-    EXPECT_EQ(GraphType, 2);
-    EXPECT_TRUE(Adapter().Writes().empty());
+    EXPECT_EQ(before, "30 20 011111001");
+    EXPECT_THAT(Adapter().calls, testing::IsEmpty());
 }
 
 TEST_F(GraphOptionsTest, NumbersOutOfRangeAreRefusedAndNothingIsStored) {
-    Open();
+    std::string before = Stored();
     Click("chkEnMonitor");
     const struct {
-        const char *interval, *delay;
-    } cases[] = {{"0", "20"}, {"-5", "20"}, {"32768", "20"}, {"1e9", "20"},
-                 {"x", "20"}, {"50", "-1"}, {"50", "1e39"}};
+        const char *interval, *delay, *stored;
+    } cases[] = {
+        {"0", "20", ""},
+        {"-5", "20", ""},
+        {"32768", "20", ""},
+        {"1e9", "20", ""},
+        {"x", "20", ""},
+        {"50", "-1", ""},
+        {"50", "1e39", ""},
+        {"1", "0", "1 0"},
+        {"32767", ".5", "32767 0.5"},
+        {"12.5x", "1.25", "12 1.25"},
+        {"0", "20", ""},
+    };
     for (const auto &c : cases) {
         Find<QLineEdit>("txtInterval").setText(c.interval);
         Find<QLineEdit>("txtSMBusDelay").setText(c.delay);
-        EXPECT_EQ(AnswerMessageOf([] { Click("cmdOK"); }).title, "Options");
+        if (*c.stored == 0) {
+            EXPECT_EQ(AnswerMessageOf([] { Click("cmdOK"); }).title, "Options") << c.interval;
+        } else {
+            Click("cmdApply");
+            before = std::string(c.stored) + " 110000001";
+        }
         EXPECT_NE(LoadedForm<frmGraphOptions>(), nullptr);
-        EXPECT_EQ(MonitorInterval, 30);
-        EXPECT_EQ(SmbusDelayMs, 20);
-        EXPECT_FALSE(MonitoringEnabled);
+        EXPECT_EQ(Stored(), before);
     }
-    for (const char *interval : {"1", "32767"}) {
-        Find<QLineEdit>("txtInterval").setText(interval);
-        Find<QLineEdit>("txtSMBusDelay").setText("0");
-        Click("cmdApply");
-        EXPECT_EQ(QString::number(MonitorInterval), interval);
-    }
+    Click("cmdCancel");
+    Click("cmdGraphOptions");
+    EXPECT_EQ(Shown(), before);
 }
 
 } // namespace
