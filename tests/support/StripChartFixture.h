@@ -7,8 +7,6 @@
 
 #include <gmock/gmock.h>
 
-#include <set>
-
 namespace ztm::test {
 
 inline constexpr double interval = 0.030;
@@ -125,19 +123,24 @@ protected:
         return OnScreen(chart);
     }
 
+    QRect InPixels(const QRectF &rect) const {
+        const double ratio = chart.devicePixelRatioF();
+        return QRectF(rect.topLeft() * ratio, rect.size() * ratio).toAlignedRect();
+    }
+
     /// The columns of the plot on the screen that hold a colour between two values on the left
     /// axis.
     std::vector<int> ColumnsWith(QColor colour, double low = -1e9, double high = 1e9) const {
-        const double top = qMax(PlotRect().top(), chart.PointOf(0, high).y());
-        const double bottom = qMin(PlotRect().bottom(), chart.PointOf(0, low).y());
-        const double ratio = chart.devicePixelRatioF();
-        const QRect area(QPoint(qRound(PlotRect().left() * ratio), qFloor(top * ratio)),
-                         QPoint(qCeil(PlotRect().right() * ratio), qCeil(bottom * ratio)));
-        std::set<int> found;
-        for (const QPoint &pixel : PixelsOf(OnScreen(chart).copy(area), colour)) {
-            found.insert(pixel.x());
+        const QRectF values(chart.PointOf(chart.VisibleFrom(), high),
+                            chart.PointOf(chart.VisibleTo(), low));
+        std::vector<int> found;
+        for (const QPoint &pixel :
+             PixelsOf(OnScreen(chart).copy(InPixels(PlotRect() & values)), colour)) {
+            if (found.empty() || found.back() != pixel.x()) {
+                found.push_back(pixel.x());
+            }
         }
-        return {found.begin(), found.end()};
+        return found;
     }
 
     ChannelHistory history;

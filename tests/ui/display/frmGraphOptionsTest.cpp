@@ -67,9 +67,7 @@ TEST_F(GraphOptionsTest, EachBoxIsStoredByOkAndApplyAndShownAgain) {
 TEST_F(GraphOptionsTest, NumbersOutOfRangeAreRefusedAndNothingIsStored) {
     std::string before = Stored();
     Click("chkEnMonitor");
-    const struct {
-        const char *interval, *delay, *stored;
-    } cases[] = {
+    const std::tuple<const char *, const char *, const char *> cases[] = {
         {"0", "20", ""},
         {"-5", "20", ""},
         {"32768", "20", ""},
@@ -82,14 +80,14 @@ TEST_F(GraphOptionsTest, NumbersOutOfRangeAreRefusedAndNothingIsStored) {
         {"12.5x", "1.25", "12 1.25"},
         {"0", "20", ""},
     };
-    for (const auto &c : cases) {
-        Find<QLineEdit>("txtInterval").setText(c.interval);
-        Find<QLineEdit>("txtSMBusDelay").setText(c.delay);
-        if (*c.stored == 0) {
-            EXPECT_EQ(AnswerMessageOf([] { Click("cmdOK"); }).title, "Options") << c.interval;
+    for (const auto &[interval, delay, stored] : cases) {
+        Find<QLineEdit>("txtInterval").setText(interval);
+        Find<QLineEdit>("txtSMBusDelay").setText(delay);
+        if (*stored == 0) {
+            EXPECT_EQ(AnswerMessageOf([] { Click("cmdOK"); }).title, "Options") << interval;
         } else {
             Click("cmdApply");
-            before = std::string(c.stored) + " 110000001";
+            before = std::string(stored) + " 110000001";
         }
         EXPECT_NE(LoadedForm<frmGraphOptions>(), nullptr);
         EXPECT_EQ(Stored(), before);

@@ -71,13 +71,12 @@ protected:
 };
 
 TEST_F(GaugeTest, TheProgramSetsSilentlyAndReadsBackClamped) {
-    const struct {
-        double set, read;
-    } cases[] = {{80.5, 80.5}, {-64, -55}, {191, 127}, {INFINITY, 127}, {12, 12}, {NAN, 12}};
+    const std::tuple<double, double> cases[] = {{80.5, 80.5},    {-64, -55}, {191, 127},
+                                                {INFINITY, 127}, {12, 12},   {NAN, 12}};
     for (const char *name : {"needle", "lowPointer", "highPointer"}) {
-        for (const auto &c : cases) {
-            gauge.setProperty(name, c.set);
-            EXPECT_EQ(gauge.property(name).toDouble(), c.read) << name;
+        for (const auto &[set, read] : cases) {
+            gauge.setProperty(name, set);
+            EXPECT_EQ(gauge.property(name).toDouble(), read) << name;
         }
     }
     gauge.SetMaximum(10);

@@ -28,34 +28,36 @@ TEST(RepaintTest, PaintsOnlyWhatChangesAndAtOnce) {
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
     gauge->setFocus();
     Settle();
-    const struct {
-        QWidget *widget;
-        const char *property;
-        QVariant value;
-    } cases[] = {
+    const auto expectSeen = [&](const QImage &before, bool changes, const QVariant &what) {
+        EXPECT_EQ(OnScreen(window) != before, changes) << what.toString().toStdString();
+        EXPECT_EQ(OnScreen(window), PaintedAnew(window)) << what.toString().toStdString();
+    };
+    const std::tuple<QWidget *, const char *, QVariant> cases[] = {
         {gauge, "needle", 30},     {gauge, "lowPointer", 40},  {gauge, "highPointer", 60},
-        {gauge, "band0Start", 10}, {gauge, "band0End", 50},    {gauge, "band1Start", 20},
-        {gauge, "band1End", 60},   {gauge, "caption", "60%"},  {gauge, "minimum", -20},
+        {gauge, "band0End", 50},   {gauge, "band0Start", 10},  {gauge, "band1End", 60},
+        {gauge, "band1Start", 20}, {gauge, "caption", "60%"},  {gauge, "minimum", -20},
         {gauge, "maximum", 90},    {indicator, "alarm", true}, {indicator, "alarm", 0},
         {slider, "value", 50},     {bit, "text", "1"},
     };
-    for (const auto &c : cases) {
+    for (const auto &[widget, property, value] : cases) {
         for (const bool changes : {true, false}) {
-            PaintCounter counter(*c.widget);
-            c.widget->setProperty(c.property, c.value);
+            const QImage before = OnScreen(window);
+            PaintCounter counter(*widget);
+            widget->setProperty(property, value);
             Settle();
-            EXPECT_EQ(counter.paints, changes) << c.property;
-            EXPECT_EQ(OnScreen(window), PaintedAnew(window)) << c.property;
+            EXPECT_EQ(counter.paints, changes) << property;
+            expectSeen(before, changes, property);
         }
     }
-    for (const Qt::Key choosing : {Qt::Key_H, Qt::Key_Space, Qt::Key_Up}) {
-        QTest::keyClick(gauge, choosing);
-        Settle();
-        EXPECT_EQ(OnScreen(window), PaintedAnew(window)) << choosing;
-    }
-    gauge->setProperty("lowPointerVisible", false);
+    window.setPalette(QPalette(QColor(49, 54, 59)));
     Settle();
-    EXPECT_EQ(OnScreen(window), PaintedAnew(window));
+    for (const auto key :
+         {Qt::Key_H, Qt::Key_Space, Qt::Key_Up, Qt::Key_Tab, Qt::Key_Up, Qt::Key_Tab}) {
+        const QImage before = OnScreen(window);
+        QTest::keyClick(window.focusWidget(), key);
+        Settle();
+        expectSeen(before, true, key);
+    }
 }
 
 } // namespace

@@ -29,7 +29,6 @@ TEST_F(StripChartTest, KeysWheelAndMouseMoveWhatIsInSight) {
     const auto drag = [this](double x, double y, double toX, double toY) -> Action {
         return [=, this] { DragBy(At(x, y), At(toX, toY) - At(x, y)); };
     };
-    const Action doubleClick = [this] { QTest::mouseDClick(&chart, Qt::LeftButton); };
     AppendMany(6600, 20, 5000);
     const struct {
         const char *keys;
@@ -42,7 +41,7 @@ TEST_F(StripChartTest, KeysWheelAndMouseMoveWhatIsInSight) {
         {"PgUp, PgUp, PgDown", {}, {.live = false, .back = 60}},
         {"PgUp, PgDown", {}, {.live = false}},
         {"PgUp, End", {}, {}},
-        {"PgUp", doubleClick, {}},
+        {"PgUp", [this] { QTest::mouseDClick(&chart, Qt::LeftButton); }, {}},
         {"+", {}, {.span = 48}},
         {"-", {}, {.span = 75}},
         {"Up", {}, {.left = {10, 110}, .right = {1000, 11000}}},
@@ -106,17 +105,18 @@ TEST_F(StripChartTest, DraggingKeepsAnAxisWithinReason) {
 
 TEST_F(StripChartTest, TheMenuDoesWhatItSays) {
     const QTemporaryDir folder;
-    QStringList texts;
+    // Chooses an entry of the menu, and gives the text of all.
     const auto choose = [&](int index) {
         Press("Menu");
         QPointer menu = chart.findChild<QMenu *>();
-        texts.clear();
+        QStringList texts;
         for (const QAction *action : menu->actions()) {
             texts += action->text().remove('&');
         }
         menu->actions().at(index)->trigger();
         delete menu;
         Settle();
+        return texts.join('|');
     };
     AppendMany(8000, 20);
     Press("Left");
@@ -124,7 +124,8 @@ TEST_F(StripChartTest, TheMenuDoesWhatItSays) {
     EXPECT_EQ(chart.ValueRange(), QCPRange(19, 21));
     choose(1);
     EXPECT_TRUE(chart.VisibleFrom() <= noon && chart.VisibleFrom() > noon - 1);
-    choose(2);
+    EXPECT_EQ(choose(2), "Fit Values|Show Whole History|Original Scales|Back to Live||"
+                         "Copy Picture|Save Picture...|Save Visible Range...");
     EXPECT_EQ(chart.ValueRange(), QCPRange(0, 100));
     EXPECT_NEAR(Span(), 60, 1e-6);
     Press("Left");
@@ -132,12 +133,19 @@ TEST_F(StripChartTest, TheMenuDoesWhatItSays) {
     EXPECT_TRUE(chart.IsLive());
     choose(5);
     EXPECT_FALSE(QGuiApplication::clipboard()->pixmap().isNull());
-    for (const auto &[index, name] : {std::pair{6, "it.png"}, {7, "it.txt"}}) {
-        AnswerFileDialogOf([&, index = index] { choose(index); }, folder.filePath("it"));
-        EXPECT_TRUE(QFile::exists(folder.filePath(name)));
+    const struct {
+        int index;
+        const char *typed, *saved;
+        bool askedToReplace = false;
+    } cases[] = {{6, "it", "it.png"},
+                 {6, "it", "it.png", true},
+                 {6, "it.pdf", "it.pdf"},
+                 {7, "it", "it.txt"}};
+    for (const auto &c : cases) {
+        const auto shown = AnswerFileDialogOf([&] { choose(c.index); }, folder.filePath(c.typed));
+        EXPECT_TRUE(QFile::exists(folder.filePath(c.saved))) << c.saved;
+        EXPECT_EQ(shown.askedToReplace, c.askedToReplace) << c.saved;
     }
-    EXPECT_EQ(texts.join('|'), "Fit Values|Show Whole History|Original Scales|Back to Live||"
-                               "Copy Picture|Save Picture...|Save Visible Range...");
 }
 
 TEST_F(StripChartTest, CursorReadsOutTimeAndTraces) {
@@ -146,16 +154,13 @@ TEST_F(StripChartTest, CursorReadsOutTimeAndTraces) {
     AppendMany(1000, 30, 6000);
     EXPECT_EQ(chart.LastValue(1), 6000);
     EXPECT_EQ(chart.CursorText(), QStringList());
-    const struct {
-        double second;
-        const char *name, *readings;
-    } cases[] = {{15, "", "Local 20.0°C, Fan1 5000RPM"},
-                 {45, "Board", "Board 30.0°C, Fan1 6000RPM"}};
-    for (const auto &c : cases) {
-        chart.SetLabel(1, c.name);
-        Hover(chart.PointOf(noon + c.second, 50));
-        EXPECT_NEAR(chart.CursorText().value(0).section(':', -1).toDouble(), c.second, 0.3);
-        EXPECT_EQ(chart.CursorText().mid(1).join(", "), c.readings);
+    const std::tuple<double, const char *, const char *> cases[] = {
+        {15, "", "Local 20.0°C, Fan1 5000RPM"}, {45, "Board", "Board 30.0°C, Fan1 6000RPM"}};
+    for (const auto &[second, name, readings] : cases) {
+        chart.SetLabel(1, name);
+        Hover(chart.PointOf(noon + second, 50));
+        EXPECT_NEAR(chart.CursorText().value(0).section(':', -1).toDouble(), second, 0.3);
+        EXPECT_EQ(chart.CursorText().mid(1).join(", "), readings);
     }
     const QImage seen = OnScreen(chart);
     EXPECT_EQ(seen, SeenAnew());
@@ -195,8 +200,6 @@ TEST_F(StripChartTest, RestsAndStaysUsableWithoutRoomForAPlot) {
     }
     AppendMany(100, 20);
     chart.resize(700, 400);
-    Settle();
-    EXPECT_TRUE(std::isfinite(chart.VisibleTo()));
     chart.BackToLive();
     chart.RestoreScales();
     Settle();

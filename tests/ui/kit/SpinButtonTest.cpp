@@ -30,9 +30,7 @@ protected:
 };
 
 TEST_F(SpinButtonTest, StepsTheNumberInTheBoxWithinTheRange) {
-    const struct {
-        const char *text, *up, *down;
-    } cases[] = {
+    const std::tuple<const char *, const char *, const char *> cases[] = {
         {"100", "150", "50"},
         {"50", "100", "50"},
         {"9980", "10000", "9930"},
@@ -45,13 +43,13 @@ TEST_F(SpinButtonTest, StepsTheNumberInTheBoxWithinTheRange) {
         {"70000", "10000", "10000"},
         {"1e300", "10000", "10000"},
     };
-    for (const auto &c : cases) {
-        box->setText(c.text);
+    for (const auto &[text, up, down] : cases) {
+        box->setText(text);
         Click("Up");
-        EXPECT_EQ(box->text(), c.up) << "from " << c.text;
-        box->setText(c.text);
+        EXPECT_EQ(box->text(), up) << "from " << text;
+        box->setText(text);
         Click("Down");
-        EXPECT_EQ(box->text(), c.down) << "from " << c.text;
+        EXPECT_EQ(box->text(), down) << "from " << text;
     }
 }
 

@@ -48,12 +48,7 @@ protected:
 TEST_F(RegisterAccessPageTest, ReadAndWriteUseTheRegisterAtTheAddressIfThereIsOne) {
     Open();
     Adapter().registers[0xFE] = 0x0A;
-    const struct {
-        const char *typed;
-        int address; // -1: none
-        bool marked;
-        const char *shown;
-    } cases[] = {
+    const std::tuple<const char *, int, bool, const char *> cases[] = {
         {"3d", 0x3D, false, "Device ID|3Dh|3DH|34|52"},
         {"3DH", 0x3D, false, "Device ID|3Dh|3DH|34|52"},
         {" 3 d ", 0x3D, false, "Device ID|3Dh|3DH|34|52"},
@@ -67,20 +62,20 @@ TEST_F(RegisterAccessPageTest, ReadAndWriteUseTheRegisterAtTheAddressIfThereIsOn
         {"12345678", -1, true, "Unknown|12345678h|12345678H|0|0"},
         {"123456789", -1, true, "Unknown|7FFFFFFFh|7FFFFFFFH|0|0"},
     };
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.typed);
+    for (const auto &[typed, address, marked, shown] : cases) {
+        SCOPED_TRACE(typed);
         Find<QLineEdit>("txtReadAddr").clear();
-        Type("txtReadAddr", c.typed);
-        EXPECT_EQ(!Find("txtReadAddr").toolTip().isEmpty(), c.marked);
+        Type("txtReadAddr", typed);
+        EXPECT_EQ(!Find("txtReadAddr").toolTip().isEmpty(), marked);
         Adapter().calls.clear();
         Click("cmdRead");
-        EXPECT_EQ(Shown().toStdString(), c.shown);
-        if (c.address < 0) {
+        EXPECT_EQ(Shown().toStdString(), shown);
+        if (address < 0) {
             Click("cmdWrite");
             Click("lblBit(0)");
             EXPECT_THAT(Adapter().calls, IsEmpty());
         } else {
-            EXPECT_THAT(Adapter().calls, ElementsAre(Read(c.address)));
+            EXPECT_THAT(Adapter().calls, ElementsAre(Read(address)));
         }
     }
     ReadAt("8");
@@ -92,29 +87,33 @@ TEST_F(RegisterAccessPageTest, ReadAndWriteUseTheRegisterAtTheAddressIfThereIsOn
 TEST_F(RegisterAccessPageTest, ValueBoxesStayInStepAndWriteSendsWhatIsTaken) {
     Open();
     Type("txtReadAddr", "b");
-    const struct {
-        const char *box, *typed, *hex, *decimal;
-        bool marked;
-        int32_t written;
-    } cases[] = {
-        {"txtDec", "255", "FF", "255", false, 255},    {"txtDec", "x", "0", "0", false, 0},
-        {"txtDec", "100", "64", "100", false, 100},    {"txtDec", "2.5", "2", "2.5", false, 2},
-        {"txtDec", "12abc", "C", "12abc", true, 12},   {"txtDec", "0-1", "0", "0-1", true, 0},
-        {"txtDec", "1e1", "A", "10", false, 10},       {"txtDec", "12.", "C", "12.", false, 12},
-        {"txtDec", "1e3", "3E8", "1000", true, 255},   {"txtDec", "256", "100", "256", true, 255},
-        {"txtHex", "1f", "1F", "31", false, 31},       {"txtHex", "1Fg", "1Fg", "31", true, 31},
-        {"txtHex", "FFFF", "FFFFFFFF", "-1", true, 0}, {"txtHex", "q", "0", "0", false, 0},
-    };
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.typed);
-        Type(c.box, c.typed);
-        EXPECT_EQ(TextOf("txtHex"), c.hex);
-        EXPECT_EQ(TextOf("txtDec"), c.decimal);
-        EXPECT_EQ(!Find(c.box).toolTip().isEmpty(), c.marked);
+    const std::tuple<const char *, const char *, const char *, const char *, bool, int32_t>
+        cases[] = {
+            {"txtDec", "255", "FF", "255", false, 255},
+            {"txtDec", "x", "0", "0", false, 0},
+            {"txtDec", "100", "64", "100", false, 100},
+            {"txtDec", "2.5", "2", "2.5", false, 2},
+            {"txtDec", "12abc", "C", "12abc", true, 12},
+            {"txtDec", "0-1", "0", "0-1", true, 0},
+            {"txtDec", "1e1", "A", "10", false, 10},
+            {"txtDec", "12.", "C", "12.", false, 12},
+            {"txtDec", "1e3", "3E8", "1000", true, 255},
+            {"txtDec", "256", "100", "256", true, 255},
+            {"txtHex", "1f", "1F", "31", false, 31},
+            {"txtHex", "1Fg", "1Fg", "31", true, 31},
+            {"txtHex", "FFFF", "FFFFFFFF", "-1", true, 0},
+            {"txtHex", "q", "0", "0", false, 0},
+        };
+    for (const auto &[box, typed, hex, decimal, marked, written] : cases) {
+        SCOPED_TRACE(typed);
+        Type(box, typed);
+        EXPECT_EQ(TextOf("txtHex"), hex);
+        EXPECT_EQ(TextOf("txtDec"), decimal);
+        EXPECT_EQ(!Find(box).toolTip().isEmpty(), marked);
         Adapter().calls.clear();
         Click("cmdWrite");
-        EXPECT_THAT(Adapter().calls, ElementsAre(Write(0x0B, c.written), Read(0x0B)));
-        EXPECT_EQ(TextOf("lblDecVal"), QString::number(c.written));
+        EXPECT_THAT(Adapter().calls, ElementsAre(Write(0x0B, written), Read(0x0B)));
+        EXPECT_EQ(TextOf("lblDecVal"), QString::number(written));
     }
 }
 
@@ -122,16 +121,13 @@ TEST_F(RegisterAccessPageTest, UpperCasingTheAddressKeepsTheCaret) {
     Open();
     auto &box = Find<QLineEdit>("txtReadAddr");
     box.clear();
-    const struct {
-        int caretBefore;
-        const char *typed, *text;
-        int caret;
-    } cases[] = {{0, "ad", "AD", 2}, {1, "bc", "ABCD", 3}, {0, "\u00DF", "SSABCD", 2}};
-    for (const auto &c : cases) {
-        box.setCursorPosition(c.caretBefore);
-        QTest::keyClicks(&box, c.typed);
-        EXPECT_EQ(box.text(), c.text);
-        EXPECT_EQ(box.cursorPosition(), c.caret) << c.text;
+    const std::tuple<int, const char *, const char *, int> cases[] = {
+        {0, "ad", "AD", 2}, {1, "bc", "ABCD", 3}, {0, "\u00DF", "SSABCD", 2}};
+    for (const auto &[caretBefore, typed, text, caret] : cases) {
+        box.setCursorPosition(caretBefore);
+        QTest::keyClicks(&box, typed);
+        EXPECT_EQ(box.text(), text);
+        EXPECT_EQ(box.cursorPosition(), caret) << text;
     }
 }
 
