@@ -10,26 +10,31 @@
 namespace ztm::test {
 namespace {
 
-class SpinButtonTest : public testing::Test {
-protected:
-    SpinButtonTest() {
-        auto *layout = new QHBoxLayout(&window);
-        layout->addWidget(NewSpinBox(box, "txtInterval(1)", {50, 10000, 50}, &window));
-        window.show();
-        QApplication::setActiveWindow(&window);
-        box->setFocus();
-    }
-
-    void Click(const char *arrow) {
-        auto *button = window.findChild<QToolButton *>(QString("txtInterval(1)Spin") + arrow);
-        QTest::mouseClick(button, Qt::LeftButton);
-    }
-
+TEST(SpinButton, ArrowsKeysAndTheWheelStepTheNumberInTheBoxWithinTheRange) {
     QWidget window;
-    QLineEdit *box;
-};
-
-TEST_F(SpinButtonTest, StepsTheNumberInTheBoxWithinTheRange) {
+    QLineEdit *box = nullptr;
+    QHBoxLayout layout(&window);
+    layout.addWidget(NewSpinBox(box, "txtInterval(1)", {50, 10000, 50}, &window));
+    window.show();
+    QApplication::setActiveWindow(&window);
+    box->setFocus();
+    const auto click = [&](const char *arrow) {
+        QTest::mouseClick(window.findChild<QToolButton *>(arrow), Qt::LeftButton);
+    };
+    const std::function<void()> ups[] = {
+        [&] { click("txtInterval(1)SpinUp"); },
+        [&] { QTest::keyClick(box, Qt::Key_Up); },
+        [&] {
+            TurnWheel(*box, {2, 2}, 120);
+        },
+    };
+    const std::function<void()> downs[] = {
+        [&] { click("txtInterval(1)SpinDown"); },
+        [&] { QTest::keyClick(box, Qt::Key_Down); },
+        [&] {
+            TurnWheel(*box, {2, 2}, -120);
+        },
+    };
     const std::tuple<const char *, const char *, const char *> cases[] = {
         {"100", "150", "50"},
         {"50", "100", "50"},
@@ -44,39 +49,31 @@ TEST_F(SpinButtonTest, StepsTheNumberInTheBoxWithinTheRange) {
         {"1e300", "10000", "10000"},
     };
     for (const auto &[text, up, down] : cases) {
-        box->setText(text);
-        Click("Up");
-        EXPECT_EQ(box->text(), up) << "from " << text;
-        box->setText(text);
-        Click("Down");
-        EXPECT_EQ(box->text(), down) << "from " << text;
+        for (const auto &step : ups) {
+            box->setText(text);
+            step();
+            EXPECT_EQ(box->text(), up) << "from " << text;
+        }
+        for (const auto &step : downs) {
+            box->setText(text);
+            step();
+            EXPECT_EQ(box->text(), down) << "from " << text;
+        }
     }
-}
-
-TEST_F(SpinButtonTest, KeysAndTheWheelStepTooWhileTheBoxIsInUse) {
-    const auto key = [this](Qt::Key key) { return [=, this] { QTest::keyClick(box, key); }; };
-    const auto wheel = [this](int angle) { return [=, this] { TurnWheel(*box, {2, 2}, angle); }; };
-    const struct {
-        std::function<void()> action;
-        const char *text;
-    } cases[] = {
-        {key(Qt::Key_Up), "150"},
-        {key(Qt::Key_Down), "100"},
-        {wheel(240), "200"},
-        {wheel(-60), "200"}, // half a notch
-        {wheel(-60), "150"},
-        {[this] { box->clearFocus(); }, "150"},
-        {wheel(120), "150"},
-        {[this] { QTest::keyClicks(box, "x"); }, "150x"},
-        {[this] { box->setEnabled(false); }, "150x"},
-        {[this] { Click("Up"); }, "150x"},
-        {[this] { box->setEnabled(true); }, "150x"},
-        {[this] { Click("Up"); }, "200"},
-    };
     box->setText("100");
-    for (const auto &c : cases) {
-        c.action();
-        EXPECT_EQ(box->text(), c.text) << "action " << &c - cases;
+    for (const auto &[angle, text] : {std::pair{240, "200"}, {-60, "200"}, {-60, "150"}}) {
+        TurnWheel(*box, {2, 2}, angle);
+        EXPECT_EQ(box->text(), text) << "a notch is a step";
+    }
+    box->clearFocus();
+    TurnWheel(*box, {2, 2}, 120);
+    EXPECT_EQ(box->text(), "150") << "a box without the focus lets the wheel pass";
+    QTest::keyClicks(box, "x");
+    EXPECT_EQ(box->text(), "150x") << "any text can be typed";
+    for (const bool enabled : {false, true}) {
+        box->setEnabled(enabled);
+        ups[0]();
+        EXPECT_EQ(box->text(), enabled ? "200" : "150x");
     }
 }
 
