@@ -84,7 +84,7 @@ TEST_F(StripChartPaintingTest, WhatIsPaintedInStepsLooksAsIfPaintedAtOnce) {
     }
 }
 
-TEST_F(StripChartPaintingTest, PaintsNothingWhileNoColumnChanges) {
+TEST_F(StripChartPaintingTest, PaintsNothingWhileNoColumnChangesOrHidden) {
     while (Span() < 3000) {
         Press("-");
     }
@@ -92,22 +92,31 @@ TEST_F(StripChartPaintingTest, PaintsNothingWhileNoColumnChanges) {
     PaintCounter counter(*Plot());
     AppendMany(10, 50);
     EXPECT_EQ(counter.paints, 0);
-    AppendMany(1, 60);
+    AppendMany(10, 60);
     EXPECT_EQ(counter.paints, 1);
     EXPECT_LT(counter.pixels, 10 * Plot()->height()) << "the newest column";
+    chart.hide();
+    Settle();
+    AppendMany(1000, 70);
+    EXPECT_EQ(counter.paints, 1);
+    chart.show();
+    Settle();
+    EXPECT_GT(counter.paints, 1);
+    EXPECT_NEAR(chart.VisibleTo(), history.LastTime(), Span() / ColumnCount());
 }
 
-TEST_F(StripChartPaintingTest, ASpikeOfOneSampleIsSeenAtEveryZoom) {
+TEST_F(StripChartPaintingTest, ASpikeOfOneSampleIsSeenAtEveryZoomAsAClosedLine) {
     AppendMany(60'000, 20);
     Append(80);
     const double spikeTime = time - interval;
     AppendMany(10, 20);
     for (int zoom = 0; zoom < 60; ++zoom) {
-        const auto columns = ColumnsWith(temperatureColour, 70, 90);
-        ASSERT_THAT(columns, Not(IsEmpty())) << Span();
-        if (Span() > 50) {
-            // One column for the spike, and one for the way back from it.
-            ASSERT_LE(columns.size(), 2U) << Span();
+        ASSERT_THAT(ColumnsWith(temperatureColour, 79, 81), Not(IsEmpty())) << Span();
+        for (int value = 22; value < 79 && Span() > 50; value += 8) {
+            // One column for the way to the spike, and one for the way back from it.
+            ASSERT_THAT(ColumnsWith(temperatureColour, value, value + 0.5).size(),
+                        testing::AnyOf(1, 2))
+                << value << " at " << Span();
         }
         ASSERT_LT(chart.VisibleFrom(), spikeTime);
         Press(zoom < 20 ? "+" : "-");
@@ -128,16 +137,6 @@ TEST_F(StripChartPaintingTest, AGapStaysOpenAndASlowTraceIsJoined) {
     EXPECT_NEAR(steps[0], 10 * ColumnCount() / Span(), 3);
 }
 
-TEST_F(StripChartPaintingTest, AStepIsAClosedLine) {
-    AppendMany(1000, 20);
-    AppendMany(1000, 80);
-    for (int value = 22; value < 79; ++value) {
-        const auto columns = ColumnsWith(temperatureColour, value, value + 0.5);
-        ASSERT_THAT(columns, testing::SizeIs(1)) << value;
-        EXPECT_NEAR(columns[0], 0.5 * ColumnCount(), 2) << value;
-    }
-}
-
 TEST_F(StripChartPaintingTest, ColumnsDoNotShimmerWhileScrolling) {
     for (int sample = 0; sample < 4000; ++sample) {
         Append(sample % 7 == 0 ? 70.0F : 30.0F);
@@ -156,15 +155,19 @@ TEST_F(StripChartPaintingTest, ColumnsDoNotShimmerWhileScrolling) {
     EXPECT_EQ(after, before);
 }
 
-TEST_F(StripChartPaintingTest, TracesKeepToThePlotWhereverTheRingBegins) {
+/// A picture that is not copied pixel for pixel would drop columns, or double some.
+TEST_F(StripChartPaintingTest, EveryColumnIsSeenOnceAndInThePlotWhereverTheRingBegins) {
     const double width = Span() / ColumnCount();
     for (int column = -2; column < ColumnCount() + 2; ++column) {
         time = noon + (column + 0.5) * width; // noon begins a column whose number is a multiple
-        Append(Extent::gap, 5000);
+        Append(column % 2 == 0 ? 80.0F : Extent::gap, 5000);
         if (column >= ColumnCount() - 3) {
             Settle();
-            const auto seen = PixelsOf(OnScreen(chart), fanColour);
-            ASSERT_LE(seen.back().x(), InPixels(PlotRect()).right()) << column;
+            ASSERT_LE(PixelsOf(OnScreen(chart), fanColour).back().x(),
+                      InPixels(PlotRect()).right());
+            const auto seen = ColumnsWith(temperatureColour, 70, 90);
+            ASSERT_GT(seen.size(), ColumnCount() / 2 - 3) << column;
+            ASSERT_THAT(Steps(seen), Each(2)) << column;
         }
     }
 }
@@ -200,19 +203,6 @@ TEST_F(StripChartPaintingTest, ValuesAtTheEndsOfAnAxisAreSeenUntilTheHistoryIsCl
         Settle();
         EXPECT_THAT(ColumnsWith(temperatureColour), IsEmpty());
     }
-}
-
-/// A picture that is not copied pixel for pixel would drop columns, or double some.
-TEST_F(StripChartPaintingTest, EveryColumnOfPixelsIsSeenOnce) {
-    const double width = Span() / ColumnCount();
-    for (int column = 0; column < 400; ++column) {
-        time = noon + (column + 0.5) * width;
-        Append(column % 2 == 0 ? 80.0F : Extent::gap);
-    }
-    Settle();
-    const auto seen = ColumnsWith(temperatureColour, 70, 90);
-    EXPECT_EQ(seen.size(), 200U);
-    EXPECT_THAT(Steps(seen), Each(2));
 }
 
 TEST_F(StripChartPaintingTest, FollowsThePalette) {
