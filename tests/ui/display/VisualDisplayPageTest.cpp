@@ -21,9 +21,10 @@ class VisualDisplayPageTest : public UiTest {
 protected:
     VisualDisplayPageTest() {
         StartSessionOf(ZTM7720);
+        MonitorInterval = 45;
         ClickTab("Visual Display");
         Settle();
-        Adapter().calls.clear();
+        callsOfFirstVisit = std::exchange(Adapter().calls, {});
     }
 
     /// The requests that selecting a channel leads to.
@@ -56,6 +57,8 @@ protected:
         EXPECT_EQ(std::pair(gauge.Band0Start(), gauge.Band0End()), pointers);
         EXPECT_EQ(std::pair(gauge.Band1Start(), gauge.Band1End()), pointers);
     }
+
+    std::vector<Call> callsOfFirstVisit;
 };
 
 /// The whole number that is nearest.
@@ -64,13 +67,8 @@ int32_t Rounded(double value) {
 }
 
 TEST_F(VisualDisplayPageTest, TheFirstVisitSelectsLocalAndReadsItsLimitsTwice) {
-    DeleteAllForms();
-    ResetCore();
-    StartSessionOf(ZTM7720);
-    MonitorInterval = 45;
-    ClickTab("Visual Display");
     EXPECT_EQ(Find<QTimer>("tmrMain").interval(), 45);
-    EXPECT_THAT(Adapter().calls, ElementsAre(Read(0x0B), Read(0x0C), Read(0x0B), Read(0x0C)));
+    EXPECT_THAT(callsOfFirstVisit, ElementsAre(Read(0x0B), Read(0x0C), Read(0x0B), Read(0x0C)));
     EXPECT_EQ(TextOf("lblBargraph"), "Local");
     Select(5);
     ClickTab("About");
