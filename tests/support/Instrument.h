@@ -9,9 +9,6 @@
 
 namespace ztm::test {
 
-/// How often two signals came.
-using Counts = std::pair<qsizetype, qsizetype>;
-
 /// A turn of the wheel over a point, of which 120 are a notch.
 inline void TurnWheel(QWidget &widget, QPointF at, int angle) {
     QWheelEvent event(at, widget.mapToGlobal(at), {}, {0, angle}, Qt::NoButton, Qt::NoModifier,
