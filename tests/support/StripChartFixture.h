@@ -1,10 +1,9 @@
 #pragma once
 
+#include "support/Instrument.h"
 #include "ui/instruments/StripChart.h"
 
 #include <qcustomplot.h>
-
-#include <QTest>
 
 #include <gmock/gmock.h>
 
@@ -15,14 +14,27 @@ inline constexpr double noon = 12 * 3600;
 inline constexpr QColor temperatureColour(200, 0, 0);
 inline constexpr QColor fanColour(0, 0, 200);
 
-/// A strip chart of a temperature on the left and a fan on the right axis, in a window.
+/// Where a picture has a colour, column by column.
+inline QPolygon PixelsOf(const QImage &picture, QColor colour) {
+    QPolygon found;
+    for (int x = 0; x < picture.width(); ++x) {
+        for (int y = 0; y < picture.height(); ++y) {
+            if (picture.pixelColor(x, y) == colour) {
+                found.emplace_back(x, y);
+            }
+        }
+    }
+    return found;
+}
+
+/// A strip chart of a temperature on the left and a fan on the right axis, in a window. The
+/// labels of the traces have no text yet.
 class StripChartTest : public testing::Test {
 protected:
     StripChartTest() : chart(history, TwoTraces()) {
         chart.resize(700, 400);
         chart.show();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&chart));
-        QObject::connect(Plot(), &QCustomPlot::afterReplot, &chart, [this] { ++replots; });
         Settle();
     }
 
@@ -34,9 +46,9 @@ protected:
         setup.left = {0, 100};
         setup.right = StripChartSetup::ValueAxis{0, 10000};
         setup.labels = {{"Temperature", Label::Place::LeftAxisTitle, {}, {}},
-                        {"Local", Label::Place::AtPosition, {0.8, 0.1}, temperatureColour},
+                        {"", Label::Place::AtPosition, {0.8, 0.1}, temperatureColour},
                         {"Fan Speed", Label::Place::RightAxisTitle, {}, {}},
-                        {"Fan1", Label::Place::AtPosition, {0.8, 0.2}, fanColour}};
+                        {"", Label::Place::AtPosition, {0.8, 0.2}, fanColour}};
         return setup;
     }
 
@@ -56,75 +68,76 @@ protected:
         Settle();
     }
 
+    void Clear() {
+        history.Clear();
+        chart.HistoryChanged();
+    }
+
     /// Lets all painting that is due happen.
-    void Settle() {
+    static void Settle() {
         for (int turn = 0; turn < 4; ++turn) {
             QCoreApplication::sendPostedEvents();
             QCoreApplication::processEvents();
         }
-        QTest::qWait(1);
     }
 
-    void Wheel(QPointF point, int notches) {
-        QWheelEvent event(point, chart.mapToGlobal(point), {}, {0, notches * 120}, Qt::NoButton,
-                          Qt::NoModifier, Qt::NoScrollPhase, false);
-        QCoreApplication::sendEvent(&chart, &event);
-        Settle();
+    /// Presses up to four keys, as in "Left, Ctrl++".
+    void Press(const char *keys) {
+        for (const QKeySequence sequence(keys); const int at : {0, 1, 2, 3}) {
+            if (at < sequence.count()) {
+                const QKeyCombination key = sequence[static_cast<uint>(at)];
+                QTest::keyClick(&chart, key.key(), key.keyboardModifiers());
+                Settle();
+            }
+        }
     }
 
     void Hover(QPointF point) {
-        QMouseEvent move(QEvent::MouseMove, point, chart.mapToGlobal(point), Qt::NoButton,
-                         Qt::NoButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(&chart, &move);
+        SendMouse(chart, QEvent::MouseMove, point, Qt::NoButton);
         Settle();
     }
 
     void DragBy(QPoint from, QPoint by) {
         QTest::mousePress(&chart, Qt::LeftButton, {}, from);
-        for (int step = 1; step <= 4; ++step) {
-            const QPointF point = from + by * step / 4;
-            QMouseEvent move(QEvent::MouseMove, point, chart.mapToGlobal(point), Qt::NoButton,
-                             Qt::LeftButton, Qt::NoModifier);
-            QCoreApplication::sendEvent(&chart, &move);
-            Settle();
-        }
-        QTest::mouseRelease(&chart, Qt::LeftButton, {}, from + by);
+        MoveAndRelease(chart, from, {from + by / 2, from + by});
         Settle();
-    }
-
-    void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
-        QTest::keyClick(&chart, key, modifiers);
-        Settle();
-    }
-
-    /// The seconds of the time at the cursor.
-    double CursorSecond() const {
-        return chart.CursorText().value(0).section(QLatin1Char(':'), -1).toDouble();
     }
 
     double Span() const { return chart.VisibleTo() - chart.VisibleFrom(); }
-    QPoint Middle() const {
-        return chart
-            .PointOf((chart.VisibleFrom() + chart.VisibleTo()) / 2,
-                     (chart.ValueRange().lower + chart.ValueRange().upper) / 2)
-            .toPoint();
+
+    /// The plot, and a point in fractions of it from its lower left corner.
+    QRectF PlotRect() const {
+        return {chart.PointOf(chart.VisibleFrom(), chart.ValueRange().upper),
+                chart.PointOf(chart.VisibleTo(), chart.ValueRange().lower)};
+    }
+    QPoint At(double x, double y) const {
+        const QRectF plot = PlotRect();
+        return QPointF(plot.left() + x * plot.width(), plot.bottom() - y * plot.height()).toPoint();
     }
 
-    /// The columns of the picture between two values on the left axis that hold a colour.
-    std::vector<int> ColumnsWith(QColor colour, double low, double high) {
-        const QImage picture = chart.grab().toImage();
+    /// What the screen shows once everything has been painted anew.
+    QImage SeenAnew() {
+        QEvent change(QEvent::PaletteChange);
+        QCoreApplication::sendEvent(&chart, &change);
+        Settle();
+        return OnScreen(chart);
+    }
+
+    QRect InPixels(const QRectF &rect) const {
         const double ratio = chart.devicePixelRatioF();
-        const int top = qFloor(chart.PointOf(0, high).y() * ratio);
-        const int bottom = qCeil(chart.PointOf(0, low).y() * ratio);
-        const int left = qRound(chart.PointOf(chart.VisibleFrom(), 0).x() * ratio);
-        const int right = qCeil(chart.PointOf(chart.VisibleTo(), 0).x() * ratio);
+        return QRectF(rect.topLeft() * ratio, rect.size() * ratio).toAlignedRect();
+    }
+
+    /// The columns of the plot on the screen that hold a colour between two values on the left
+    /// axis.
+    std::vector<int> ColumnsWith(QColor colour, double low = -1e9, double high = 1e9) const {
+        const QRectF values(chart.PointOf(chart.VisibleFrom(), high),
+                            chart.PointOf(chart.VisibleTo(), low));
         std::vector<int> found;
-        for (int x = left; x < right; ++x) {
-            for (int y = top; y < bottom; ++y) {
-                if (picture.pixelColor(x, y) == colour) {
-                    found.push_back(x - left);
-                    break;
-                }
+        for (const QPoint &pixel :
+             PixelsOf(OnScreen(chart).copy(InPixels(PlotRect() & values)), colour)) {
+            if (found.empty() || found.back() != pixel.x()) {
+                found.push_back(pixel.x());
             }
         }
         return found;
@@ -133,7 +146,6 @@ protected:
     ChannelHistory history;
     StripChart chart;
     double time = noon;
-    int replots = 0;
 };
 
 } // namespace ztm::test

@@ -1,60 +1,51 @@
 #include "monitor/Channels.h"
 #include "monitor/MeasurementHistory.h"
 #include "monitor/MonitorSettings.h"
+#include "support/Instrument.h"
 #include "support/UiTest.h"
 #include "ui/display/frmBigGraph.h"
 #include "ui/instruments/StripChart.h"
 #include "ui/kit/Twips.h"
 
 #include <QAbstractButton>
-#include <QMouseEvent>
 
 namespace ztm::test {
 namespace {
 
-using testing::ElementsAre;
-
 class MonitorChartsTest : public UiTest {
 protected:
+    /// Opens a session, and its full-screen graph.
     static void Open(std::string_view variant) {
         StartSessionOf(variant);
         ClickTab("Visual Display");
         GraphingEnabled = true;
-    }
-
-    static void OpenBigGraph() {
+        Measurements = {1, 2, 3, 4, 5, 6};
         Click("cmdGraphOptions");
         Click("chkBigGraph");
-        Click("cmdOK");
+        Click("cmdApply");
         Settle();
     }
 
-    static StripChart &ChartIn(const QString &form, const QString &name) {
-        return *Find(form).findChild<StripChart *>(name);
-    }
-
-    /// Those of the three charts that are visible.
-    static QString Shown(const QString &form) {
-        QStringList names;
-        for (const char *name : {"stpTempFan", "stpTemp", "stpFan"}) {
-            if (ChartIn(form, name).isVisible()) {
-                names += name;
+    /// The one of a window's charts that is visible.
+    static StripChart &ChartIn(const char *form) {
+        std::vector<StripChart *> shown;
+        for (auto *chart : Find(form).findChildren<StripChart *>()) {
+            if (chart->isVisible()) {
+                shown.push_back(chart);
             }
         }
-        return names.join(' ');
+        EXPECT_EQ(shown.size(), 1U);
+        return *shown.at(0);
     }
 
-    /// The last values of all traces of a chart; a gap is "-".
-    static QString Values(const QString &form, const QString &name) {
-        QStringList values;
-        for (int trace = 0; trace < ChartIn(form, name).TraceCount(); ++trace) {
-            const double value = ChartIn(form, name).LastValue(trace);
-            values += std::isnan(value) ? QStringLiteral("-") : QString::number(value);
-        }
-        return values.join(' ');
+    /// Up to where in time a window's chart shows.
+    static double ShownTo(const char *form) {
+        Settle();
+        return ChartIn(form).VisibleTo();
     }
 };
 
+<<<<<<< HEAD
 TEST_F(MonitorChartsTest, EveryTickFeedsAllChartsOnAnyTab) {
     Open(ZTM7720);
     Measurements = {1, 2, 3, 4, 5, 6};
@@ -84,108 +75,111 @@ TEST_F(MonitorChartsTest, OneFanAndOneRemoteChannelLeaveGaps) {
 }
 
 TEST_F(MonitorChartsTest, ReadOutsNameTheChannelsOfTheVariant) {
+=======
+TEST_F(MonitorChartsTest, BothWindowsShowTheChartThatIsChosenAsTheVariantHasIt) {
+>>>>>>> 6e8ffbe0719f5d8707af7e961633440a020498b5
     const struct {
         std::string_view variant;
-        const char *chart;
-        int graphType;
+        const char *option, *chart, *labels;
+        double lastRow, lastRowOfBig; // of the label that stands lowest
         const char *readings;
     } cases[] = {
-        {ZTM7720, "stpTempFan", 1,
+        {ZTM7720, "optGraphType(0)", "stpTemp", "Temperature/THERM%|Local|Remote1|Remote2|THERM%",
+         0.24, 0.20, "Local 1.00°C, Remote1 2.00°C, Remote2 3.00°C, THERM% 6.00%"},
+        {ZTM7720, "optGraphType(1)", "stpFan", "Fan Speed|Fan1|Fan2", 0.12, 0.10,
+         "Fan1 4 RPM, Fan2 5 RPM"},
+        {ZTM7720, "optGraphType(2)", "stpTempFan",
+         "Temperature/THERM%|Local|Remote1|Remote2|Fan Speed|Fan1|Fan2|THERM%", 0.24, 0.16,
          "Local 1.00°C, Remote1 2.00°C, Remote2 3.00°C, Fan1 4 RPM, Fan2 5 RPM, THERM% 6.00%"},
-        {ZTM7710, "stpTempFan", 1, "Local 1.00°C, Remote 2.00°C, Fan 4 RPM, THERM% 6.00%"},
-        {ZTM7710, "stpFan", 2, "Fan 4 RPM"},
-        {ZTM7710, "stpTemp", 3, "Local 1.00°C, Remote 2.00°C, THERM% 6.00%"},
+        {ZTM7710, "optGraphType(0)", "stpTemp", "Temperature/THERM%|Local|Remote||THERM%", 0.18,
+         0.15, "Local 1.00°C, Remote 2.00°C, THERM% 6.00%"},
+        {ZTM7710, "optGraphType(1)", "stpFan", "Fan Speed||", 0.12, 0.10, "Fan 4 RPM"},
+        {ZTM7710, "optGraphType(2)", "stpTempFan",
+         "Temperature/THERM%|Local|Remote||Fan Speed|||THERM%", 0.18, 0.12,
+         "Local 1.00°C, Remote 2.00°C, Fan 4 RPM, THERM% 6.00%"},
     };
     for (const auto &c : cases) {
-        SCOPED_TRACE(c.readings);
-        ResetCore();
-        Open(c.variant);
-        GraphType = static_cast<int16_t>(c.graphType);
-        Measurements = {1, 2, 3, 4, 5, 6};
+        if (DeviceName != c.variant) {
+            DeleteAllForms();
+            ResetCore();
+            Open(c.variant);
+            EXPECT_EQ(ChartIn("frmMain").objectName(), "stpTempFan") << "at the start";
+        }
+        Click(c.option);
+        Click("cmdApply");
+        EXPECT_EQ(ChartIn("frmMain").objectName(), c.chart) << "at once";
         Tick();
-        auto &chart = ChartIn("frmMain", c.chart);
-        QFocusEvent focus(QEvent::FocusIn);
-        QCoreApplication::sendEvent(&chart, &focus);
-        EXPECT_EQ(chart.accessibleDescription().toStdString(), c.readings);
         clock.Advance(1);
         Tick();
         Settle();
-        const QPointF point = chart.PointOf(MeasurementHistory().LastTime() - 0.5, 50);
-        QMouseEvent move(QEvent::MouseMove, point, chart.mapToGlobal(point), Qt::NoButton,
-                         Qt::NoButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(&chart, &move);
-        EXPECT_EQ(chart.CursorText().mid(1).join(", ").toStdString(), c.readings);
-        DeleteAllForms();
+        for (const char *form : {"frmMain", "frmBigGraph"}) {
+            SCOPED_TRACE(form + std::string(" of ") + c.readings);
+            auto &chart = ChartIn(form);
+            EXPECT_EQ(chart.objectName(), c.chart);
+            EXPECT_EQ(chart.Labels().join('|'), c.labels);
+            const bool big = std::string_view(form) == "frmBigGraph";
+            EXPECT_NEAR(chart.LabelVerticalPosition(static_cast<int>(chart.Labels().size() - 1)),
+                        big ? c.lastRowOfBig : c.lastRow, 1e-9);
+            QFocusEvent focus(QEvent::FocusIn);
+            QCoreApplication::sendEvent(&chart, &focus);
+            EXPECT_EQ(chart.accessibleDescription().toStdString(), c.readings);
+            const double halfASecondAgo = MeasurementHistory().LastTime() - 0.5;
+            SendMouse(chart, QEvent::MouseMove, chart.PointOf(halfASecondAgo, 50), Qt::NoButton);
+            EXPECT_EQ(chart.CursorText().mid(1).join(", ").toStdString(), c.readings);
+        }
     }
-}
-
-TEST_F(MonitorChartsTest, OptionsChooseTheChartAtOnce) {
-    Open(ZTM7720);
-    EXPECT_EQ(Shown("frmMain"), "stpTempFan");
-    OpenBigGraph();
-    const struct {
-        const char *option, *chart;
-    } cases[] = {{"optGraphType(1)", "stpFan"},
-                 {"optGraphType(0)", "stpTemp"},
-                 {"optGraphType(2)", "stpTempFan"}};
-    Click("cmdGraphOptions");
-    for (const auto &c : cases) {
-        Click(c.option);
-        Click("cmdApply");
-        EXPECT_EQ(Shown("frmMain"), c.chart);
-        Tick();
-        EXPECT_EQ(Shown("frmBigGraph"), c.chart) << "fed";
-    }
-    GraphType = 2;
+    GraphType = 1;
     Find("frmBigGraph").resize(500, 400);
-    Settle();
-    EXPECT_EQ(Shown("frmBigGraph"), "stpFan") << "resized";
+    GraphType = 2;
+    Find("frmBigGraph").resize(501, 400);
+    EXPECT_EQ(ChartIn("frmBigGraph").objectName(), "stpFan") << "resized";
 }
 
-TEST_F(MonitorChartsTest, TheFullScreenGraphFillsItsWindowAndIsFedWhileOpen) {
+TEST_F(MonitorChartsTest, EveryTickFeedsTheChartsOnAnyTabIfAsked) {
     Open(ZTM7720);
+    ClickTab("Control");
+    const auto before = MeasurementHistory().SampleCount();
+    Tick();
+    EXPECT_EQ(MeasurementHistory().SampleCount(), before + 1);
+    GraphingEnabled = false;
+    Tick();
+    EXPECT_EQ(MeasurementHistory().SampleCount(), before + 1);
+}
+
+TEST_F(MonitorChartsTest, TheFullScreenGraphFillsItsWindowAndIsFedWhileAskedFor) {
+    Open(ZTM7720);
+<<<<<<< HEAD
     Measurements = {1, 2, 3, 4, 5, 6};
     OpenBigGraph();
     EXPECT_TRUE(BigGraphEnabled);
+=======
+    EXPECT_EQ(Find("frmBigGraph").windowTitle(), "Graphing");
+>>>>>>> 6e8ffbe0719f5d8707af7e961633440a020498b5
     for (const QSize size : {QSize(400, 300), QSize(1200, 700)}) {
         Find("frmBigGraph").resize(size);
         Settle();
-        const auto &chart = ChartIn("frmBigGraph", "stpTempFan");
+        const auto &chart = ChartIn("frmBigGraph");
         const int allowance = Twips(200, chart);
         EXPECT_EQ(chart.size(), size - QSize(allowance, allowance));
     }
     Tick();
-    EXPECT_EQ(Values("frmBigGraph", "stpTempFan"), "1 2 3 4 5 6");
-    const auto shownTo = [](const char *form) {
-        Settle();
-        return ChartIn(form, "stpTempFan").VisibleTo();
-    };
-    const double before = shownTo("frmBigGraph");
-    clock.Advance(30);
-    Tick();
-    EXPECT_NEAR(shownTo("frmBigGraph") - before, 30, 1);
-    EXPECT_NEAR(shownTo("frmMain") - before, 30, 1);
-    Click("cmdGraphOptions");
-    EXPECT_TRUE(Find<QAbstractButton>("chkBigGraph").isChecked());
-    Click("cmdCancel");
+    for (const bool asked : {true, false}) {
+        EXPECT_EQ(Find<QAbstractButton>("chkBigGraph").isChecked(), asked);
+        EXPECT_EQ(BigGraphEnabled, asked);
+        const double before = ShownTo("frmMain");
+        const double bigBefore = ShownTo("frmBigGraph");
+        clock.Advance(30);
+        Tick();
+        EXPECT_NEAR(ShownTo("frmMain") - before, 30, 1);
+        EXPECT_NEAR(ShownTo("frmBigGraph") - bigBefore, asked ? 30 : 0, 1);
+        Click("chkBigGraph");
+        Click("cmdApply");
+    }
+    EXPECT_TRUE(BigGraphEnabled);
     CloseByCloseBox("frmBigGraph");
     EXPECT_FALSE(BigGraphEnabled);
-    Tick();
-    Click("cmdGraphOptions");
-    EXPECT_FALSE(Find<QAbstractButton>("chkBigGraph").isChecked());
-    OpenBigGraph();
-    EXPECT_NE(LoadedForm<frmBigGraph>(), nullptr);
-}
-
-TEST_F(MonitorChartsTest, HistoryTimeGoesOnOverMidnight) {
-    clock.Advance(86400 - 36000 - 1);
-    Open(ZTM7720);
-    const double first = SecondsSinceMidnight();
-    Tick();
-    clock.Advance(10);
-    Tick();
-    EXPECT_NEAR(MeasurementHistory().FirstTime(), first, 1e-6);
-    EXPECT_NEAR(MeasurementHistory().LastTime(), first + 10, 1e-6);
+    Click("cmdOK");
+    EXPECT_NE(LoadedForm<frmBigGraph>(), nullptr) << "opened again";
 }
 
 } // namespace

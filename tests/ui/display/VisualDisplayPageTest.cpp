@@ -1,12 +1,11 @@
 #include "monitor/Channels.h"
 #include "monitor/MonitorSettings.h"
+#include "support/Instrument.h"
 #include "support/UiTest.h"
 #include "ui/instruments/Gauge.h"
-#include "ui/instruments/ToggleIndicator.h"
 
 #include <QLineEdit>
 #include <QRadioButton>
-#include <QTest>
 #include <QTimer>
 
 namespace ztm::test {
@@ -15,42 +14,66 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+constexpr int lowNumber = lowPointerNumber;
+constexpr int highNumber = highPointerNumber;
+
 class VisualDisplayPageTest : public UiTest {
 protected:
-    static void Open(std::string_view variant) {
-        StartSessionOf(variant);
+    VisualDisplayPageTest() {
+        StartSessionOf(ZTM7720);
+        MonitorInterval = 45;
         ClickTab("Visual Display");
         Settle();
+        callsOfFirstVisit = std::exchange(Adapter().calls, {});
+    }
+
+    /// The requests that selecting a channel leads to.
+    static std::vector<Call> Select(int channel) {
         Adapter().calls.clear();
+        Click(QString("optMeasure(%1)").arg(channel));
+        return Adapter().calls;
     }
 
     static Gauge &Limits(int index) { return Find<Gauge>(QString("Limits(%1)").arg(index)); }
 
-    /// Drags a pointer by the mouse.
-    static void Drag(Gauge &gauge, int pointer, double from, double to) {
+    static QPoint At(const Gauge &gauge, int pointer, double value) {
+        return gauge.PointerPosition(pointer, value).toPoint();
+    }
+<<<<<<< HEAD
+=======
+
+    /// The requests that a drag of a pointer by the mouse leads to.
+    static std::vector<Call> Drag(int index, int pointer, double to) {
+        Gauge &gauge = Limits(index);
+        const double from = pointer == lowNumber ? gauge.LowPointer() : gauge.HighPointer();
+        Adapter().calls.clear();
         QTest::mousePress(&gauge, Qt::LeftButton, {}, At(gauge, pointer, from));
-        QTest::mouseMove(&gauge, At(gauge, pointer, (from + to) / 2));
-        QTest::mouseMove(&gauge, At(gauge, pointer, to));
-        QTest::mouseRelease(&gauge, Qt::LeftButton, {}, At(gauge, pointer, to));
+        MoveAndRelease(gauge, {}, {At(gauge, pointer, (from + to) / 2), At(gauge, pointer, to)});
+        return Adapter().calls;
     }
 
-    static QPoint At(const Gauge &gauge, int pointer, double value) {
-        QPointF point;
-        QMetaObject::invokeMethod(const_cast<Gauge *>(&gauge), "PointerPosition",
-                                  Q_RETURN_ARG(QPointF, point), Q_ARG(int, pointer),
-                                  Q_ARG(double, value));
-        return point.toPoint();
+    /// Both bands reach from the low to the high pointer of the temperature gauge.
+    static void ExpectBands() {
+        const Gauge &gauge = Limits(0);
+        const std::pair pointers(gauge.LowPointer(), gauge.HighPointer());
+        EXPECT_EQ(std::pair(gauge.Band0Start(), gauge.Band0End()), pointers);
+        EXPECT_EQ(std::pair(gauge.Band1Start(), gauge.Band1End()), pointers);
     }
+
+    std::vector<Call> callsOfFirstVisit;
+>>>>>>> 6e8ffbe0719f5d8707af7e961633440a020498b5
 };
 
+/// The whole number that is nearest.
+int32_t Rounded(double value) {
+    return static_cast<int32_t>(std::nearbyint(value));
+}
+
 TEST_F(VisualDisplayPageTest, TheFirstVisitSelectsLocalAndReadsItsLimitsTwice) {
-    StartSessionOf(ZTM7720);
-    MonitorInterval = 45;
-    ClickTab("Visual Display");
     EXPECT_EQ(Find<QTimer>("tmrMain").interval(), 45);
-    EXPECT_THAT(Adapter().calls, ElementsAre(Read(0x0B), Read(0x0C), Read(0x0B), Read(0x0C)));
+    EXPECT_THAT(callsOfFirstVisit, ElementsAre(Read(0x0B), Read(0x0C), Read(0x0B), Read(0x0C)));
     EXPECT_EQ(TextOf("lblBargraph"), "Local");
-    Click("optMeasure(5)");
+    Select(5);
     ClickTab("About");
     Adapter().calls.clear();
     ClickTab("Visual Display");
@@ -58,153 +81,121 @@ TEST_F(VisualDisplayPageTest, TheFirstVisitSelectsLocalAndReadsItsLimitsTwice) {
 }
 
 TEST_F(VisualDisplayPageTest, SelectingAChannelReadsItsLimitsAndShowsItsGauge) {
-    Open(ZTM7720);
-    const struct {
-        int channel, gauge;
-        std::vector<Call> calls;
-        const char *name;
-    } cases[] = {{1, 0, {Read(0x0E), Read(0x0F)}, "Remote1"},
-                 {2, 0, {Read(0x11), Read(0x12)}, "Remote2"},
-                 {3, 1, {}, "Fan1"},
-                 {4, 1, {}, "Fan2"},
-                 {5, 2, {Read(0x19)}, "THERM%"},
-                 {0, 0, {Read(0x0B), Read(0x0C)}, "Local"}};
-    for (const auto &c : cases) {
-        Adapter().calls.clear();
-        Click(QString("optMeasure(%1)").arg(c.channel));
-        EXPECT_EQ(Adapter().calls, c.calls) << c.name;
-        EXPECT_EQ(TextOf("lblBargraph"), c.name);
-        for (int gauge = 0; gauge < 3; ++gauge) {
-            EXPECT_EQ(Limits(gauge).isVisible(), gauge == c.gauge) << c.name;
-        }
-    }
-}
-
-TEST_F(VisualDisplayPageTest, LimitsAreShownOnPointersAndBands) {
-    Open(ZTM7720);
-    Adapter().registers[0x0E] = 0x55;
-    Adapter().registers[0x0F] = 0x40;
-    Click("optMeasure(1)");
-    EXPECT_EQ(Limits(0).LowPointer(), 0);
-    EXPECT_EQ(Limits(0).HighPointer(), 21);
-    EXPECT_EQ(Limits(0).Band0Start(), 0);
-    EXPECT_EQ(Limits(0).Band1End(), 21);
-    Adapter().registers[0x0F] = 0x00; // -64 °C is below the scale
-    Click("optMeasure(1)");
-    EXPECT_EQ(Limits(0).LowPointer(), -55);
-    EXPECT_EQ(Limits(0).Band0Start(), -55);
-    Adapter().registers[0x19] = 115;
-    Click("optMeasure(5)");
-    EXPECT_EQ(Limits(2).HighPointer(), 45.1);
-}
-
-TEST_F(VisualDisplayPageTest, ADraggedPointerWritesOnceLowBeforeHigh) {
-    Open(ZTM7720);
-    for (const auto &[channel, low, high] :
-         {std::array{0, 0x0C, 0x0B}, {1, 0x0F, 0x0E}, {2, 0x12, 0x11}}) {
-        Adapter().registers[static_cast<size_t>(low)] = 64;
-        Adapter().registers[static_cast<size_t>(high)] = 164;
-        Click(QString("optMeasure(%1)").arg(channel));
-        Adapter().calls.clear();
-        Drag(Limits(0), 2, 0, 40);
-        const auto lowValue = static_cast<int32_t>(std::lround(Limits(0).LowPointer())) + 64;
-        EXPECT_NEAR(lowValue, 104, 2);
-        EXPECT_THAT(Adapter().calls, ElementsAre(Write(low, lowValue), Write(high, 164)));
-        EXPECT_EQ(Limits(0).Band0Start(), Limits(0).LowPointer());
-
-        Adapter().calls.clear();
-        Drag(Limits(0), 3, 100, 70);
-        const auto highValue = static_cast<int32_t>(std::lround(Limits(0).HighPointer())) + 64;
-        EXPECT_NEAR(highValue, 134, 2);
-        EXPECT_THAT(Adapter().calls, ElementsAre(Write(low, lowValue), Write(high, highValue)));
-        EXPECT_EQ(Limits(0).Band1End(), Limits(0).HighPointer());
-    }
-}
-
-TEST_F(VisualDisplayPageTest, PercentIsWrittenAndFanSpeedIsNot) {
-    Open(ZTM7720);
-    Adapter().registers[0x19] = 0;
-    Click("optMeasure(5)");
-    for (const auto &[percent, byte] : {std::pair{50, 128}, {100, 255}, {0, 0}}) {
-        Adapter().calls.clear();
-        const double from = Limits(2).HighPointer();
-        Drag(Limits(2), 3, from, percent);
-        const auto written = static_cast<int32_t>(std::nearbyint(Limits(2).HighPointer() * 2.55));
-        EXPECT_NEAR(written, byte, 2);
-        EXPECT_THAT(Adapter().calls, ElementsAre(Write(0x19, written)));
-    }
-    Click("optMeasure(3)");
-    Adapter().calls.clear();
-    Drag(Limits(1), 3, Limits(1).HighPointer(), 9000);
-    EXPECT_NEAR(Limits(1).HighPointer(), 9000, 150);
-    Drag(Limits(1), 2, Limits(1).LowPointer(), 3000);
-    EXPECT_NEAR(Limits(1).LowPointer(), 3000, 150);
-    EXPECT_THAT(Adapter().calls, IsEmpty());
-}
-
-TEST_F(VisualDisplayPageTest, ADragThatIsNotReleasedWritesNothing) {
-    Open(ZTM7720);
-    Adapter().registers[0x0B] = 164;
-    Adapter().registers[0x0C] = 64;
-    Click("optMeasure(0)");
-    Adapter().calls.clear();
-    Gauge &gauge = Limits(0);
-    for (const bool byEscape : {true, false}) {
-        QTest::mousePress(&gauge, Qt::LeftButton, {}, At(gauge, 3, 100));
-        QTest::mouseMove(&gauge, At(gauge, 3, 60));
-        EXPECT_NEAR(gauge.Band0End(), 60, 2) << "tracked while it moves";
-        byEscape ? QTest::keyClick(&gauge, Qt::Key_Escape) : gauge.clearFocus();
-        QTest::mouseRelease(&gauge, Qt::LeftButton, {}, At(gauge, 3, 60));
-        EXPECT_EQ(gauge.HighPointer(), 100);
-        EXPECT_EQ(gauge.Band0End(), 100);
-    }
-    EXPECT_THAT(Adapter().calls, IsEmpty());
-    QTest::keyPress(&gauge, Qt::Key_Up);
-    QTest::keyRelease(&gauge, Qt::Key_Up, Qt::ControlModifier);
-    EXPECT_EQ(Adapter().Writes().size(), 2U) << "a change by keys ends with its key";
-}
-
-TEST_F(VisualDisplayPageTest, TheGaugeShowsTheChannelWithItsUnit) {
-    Open(ZTM7720);
     BargraphEnabled = true;
-    Adapter().registers[0x40] = 0x60;
-    Adapter().registers[0x41] = 0x59;
-    Adapter().registers[0x4A] = 0x00;
-    Adapter().registers[0x4B] = 0x10;
-    Adapter().registers[0x4E] = 115;
-    const struct {
-        int channel, gauge;
-        const char *caption;
-    } cases[] = {{0, 0, "25.38°C"}, {3, 1, "1200RPM"}, {5, 2, "45.1%"}};
-    for (const auto &c : cases) {
-        Click(QString("optMeasure(%1)").arg(c.channel));
+    auto &registers = Adapter().registers;
+    registers = {};
+    registers[0x0E] = 0x55;
+    registers[0x0F] = 0x40;
+    registers[0x11] = 0xFF;
+    registers[0x19] = registers[0x4E] = 115;
+    registers[0x40] = 0x60;
+    registers[0x41] = 0x59;
+    registers[0x4B] = 0x10;
+    const std::pair<double, double> ranges[] = {{-55, 127}, {0, 15000}, {0, 100}};
+    const std::tuple<int, int, std::vector<Call>, const char *, double, double, const char *>
+        cases[] = {{1, 0, {Read(0x0E), Read(0x0F)}, "Remote1", 0, 21, ""},
+                   {2, 0, {Read(0x11), Read(0x12)}, "Remote2", -55, 127, ""},
+                   {3, 1, {}, "Fan1", 0, 15000, "1200RPM"},
+                   {4, 1, {}, "Fan2", 0, 15000, ""},
+                   {5, 2, {Read(0x19)}, "THERM%", 0, 45.1, "45.1%"},
+                   {0, 0, {Read(0x0B), Read(0x0C)}, "Local", -55, -55, "25.38°C"}};
+    for (const auto &[channel, kind, calls, name, low, high, caption] : cases) {
+        SCOPED_TRACE(name);
+        EXPECT_EQ(Select(channel), calls);
+        EXPECT_EQ(TextOf("lblBargraph"), name);
+        for (int index = 0; index < 3; ++index) {
+            const Gauge &gauge = Limits(index);
+            EXPECT_EQ(gauge.isVisible(), index == kind);
+            EXPECT_EQ(std::pair(gauge.Minimum(), gauge.Maximum()), ranges[index]);
+        }
         Tick();
-        EXPECT_EQ(Limits(c.gauge).Caption(), QString::fromUtf8(c.caption));
+        const Gauge &gauge = Limits(kind);
+        EXPECT_EQ(std::pair(gauge.LowPointer(), gauge.HighPointer()), std::pair(low, high));
+        EXPECT_TRUE(*caption == 0 || gauge.Caption() == QString(caption));
+        ExpectBands();
     }
     MonitoringEnabled = true;
     Adapter().calls.clear();
     Tick();
     EXPECT_EQ(Adapter().calls.size(), 2U) << "the round robin alone reads";
-    EXPECT_TRUE(Adapter().Writes().empty());
+}
+
+TEST_F(VisualDisplayPageTest, ADraggedPointerWritesOnceLowBeforeHigh) {
+    for (const auto &[channel, low, high] :
+         {std::array{0, 0x0C, 0x0B}, {1, 0x0F, 0x0E}, {2, 0x12, 0x11}}) {
+        Adapter().registers[static_cast<size_t>(low)] = 64;
+        Adapter().registers[static_cast<size_t>(high)] = 164;
+        Select(channel);
+        for (const auto &[pointer, to] : {std::pair{lowNumber, 40}, {highNumber, 70}}) {
+            const auto calls = Drag(0, pointer, to);
+            const Gauge &gauge = Limits(0);
+            EXPECT_NEAR(gauge.LowPointer(), 40, 2);
+            EXPECT_NEAR(gauge.HighPointer(), pointer == lowNumber ? 100 : 70, 2);
+            EXPECT_THAT(calls, ElementsAre(Write(low, Rounded(gauge.LowPointer() + 64)),
+                                           Write(high, Rounded(gauge.HighPointer() + 64))));
+            ExpectBands();
+        }
+    }
+}
+
+TEST_F(VisualDisplayPageTest, PercentIsWrittenAndFanSpeedIsNot) {
+    Select(5);
+    for (const int percent : {50, 100, 0}) {
+        const auto calls = Drag(2, highNumber, percent);
+        EXPECT_NEAR(Limits(2).HighPointer(), percent, 1);
+        EXPECT_THAT(calls, ElementsAre(Write(0x19, Rounded(Limits(2).HighPointer() * 2.55))));
+    }
+    Select(3);
+    EXPECT_THAT(Drag(1, highNumber, 9000), IsEmpty());
+    EXPECT_NEAR(Limits(1).HighPointer(), 9000, 150);
+    EXPECT_THAT(Drag(1, lowNumber, 3000), IsEmpty());
+    EXPECT_NEAR(Limits(1).LowPointer(), 3000, 150);
+}
+
+TEST_F(VisualDisplayPageTest, ADragThatIsNotReleasedWritesNothing) {
+    Adapter().registers[0x0B] = 164;
+    Adapter().registers[0x0C] = 64;
+    Select(0);
+    Adapter().calls.clear();
+    Gauge &gauge = Limits(0);
+    for (const bool byEscape : {true, false}) {
+        QTest::mousePress(&gauge, Qt::LeftButton, {}, At(gauge, highNumber, 100));
+        QTest::mouseMove(&gauge, At(gauge, highNumber, 60));
+        EXPECT_NEAR(gauge.Band0End(), 60, 2) << "tracked while it moves";
+        byEscape ? QTest::keyClick(&gauge, Qt::Key_Escape) : gauge.clearFocus();
+        QTest::mouseMove(&gauge, At(gauge, highNumber, 50));
+        QTest::mouseRelease(&gauge, Qt::LeftButton, {}, At(gauge, highNumber, 60));
+        EXPECT_EQ(gauge.HighPointer(), 100);
+        ExpectBands();
+    }
+    EXPECT_THAT(Adapter().calls, IsEmpty());
+    QTest::keyPress(&gauge, Qt::Key_Up);
+    QTest::keyRelease(&gauge, Qt::Key_Up, Qt::ControlModifier);
+    EXPECT_THAT(Adapter().calls, ElementsAre(Write(0x0C, 64), Write(0x0B, 165)));
 }
 
 TEST_F(VisualDisplayPageTest, AlertsFollowTheStatusRegisters) {
-    Open(ZTM7720);
     LimitMonitorEnabled = true;
     Adapter().registers[0x4F] = 0x20;
-    Adapter().registers[0x51] = 0x41;
-    Tick();
-    std::string alarms;
-    for (int channel = 0; channel < ChannelCount; ++channel) {
-        alarms += Find<ToggleIndicator>(QString("tglAlert(%1)").arg(channel)).IsAlarm() ? '1' : '0';
+    const std::tuple<uint8_t, const char *, std::vector<Call>> cases[] = {
+        {0x41, "-R-R--", {Read(0x51), Read(0x4F), Read(0x50)}}, {0x40, "------", {Read(0x51)}}};
+    for (const auto &[status, red, calls] : cases) {
+        clock.Advance(1);
+        Adapter().registers[0x51] = status;
+        Adapter().calls.clear();
+        Tick();
+        EXPECT_EQ(Adapter().calls, calls);
+        for (int channel = 0; channel < ChannelCount; ++channel) {
+            const QImage seen = PaintedAnew(Find(QString("tglAlert(%1)").arg(channel)));
+            // Above the mark in its middle.
+            const QColor colour = seen.pixelColor(seen.width() / 2, seen.height() / 6);
+            EXPECT_EQ(colour, red[channel] == 'R' ? Qt::red : Qt::green) << channel;
+        }
     }
-    EXPECT_EQ(alarms, "010100");
-    EXPECT_THAT(Adapter().calls, ElementsAre(Read(0x51), Read(0x4F), Read(0x50)));
 }
 
 TEST_F(VisualDisplayPageTest, EasySetupStartsMonitoringOfTheLocalChannel) {
-    Open(ZTM7720);
-    Click("optMeasure(4)");
+    Select(4);
     for (const auto before : {uint8_t{0x04}, uint8_t{0x05}}) {
         MonitoringEnabled = false;
         Adapter().registers[0x01] = before;
@@ -218,7 +209,6 @@ TEST_F(VisualDisplayPageTest, EasySetupStartsMonitoringOfTheLocalChannel) {
 }
 
 TEST_F(VisualDisplayPageTest, NoTickRunsInsideAnother) {
-    Open(ZTM7720);
     MonitoringEnabled = true;
     Adapter().script = [](const Call &) {
         Tick(); // as if a request let events run
@@ -230,14 +220,18 @@ TEST_F(VisualDisplayPageTest, NoTickRunsInsideAnother) {
     EXPECT_EQ(Adapter().calls.size(), 4U);
 }
 
-TEST_F(VisualDisplayPageTest, NoTickRunsWhileAMessageIsShown) {
-    Open(ZTM7720);
+TEST_F(VisualDisplayPageTest, NothingIsReadOrWrittenWhileAMessageIsShown) {
     BargraphEnabled = true;
     Click("cmdGraphOptions");
     Type("txtInterval", "0");
+    QTest::keyPress(&Limits(0), Qt::Key_Up);
     Adapter().calls.clear();
     AnswerMessageOf([] {
-        QTimer::singleShot(0, [] { Tick(); });
+        QTimer::singleShot(0, [] {
+            Tick();
+            QFocusEvent left(QEvent::FocusOut); // ends the change by keys
+            QCoreApplication::sendEvent(&Limits(0), &left);
+        });
         Click("cmdApply");
     });
     EXPECT_THAT(Adapter().calls, IsEmpty());

@@ -1,5 +1,3 @@
-// That painting little paints the same as painting all.
-
 #include "support/StripChartFixture.h"
 
 #include <cmath>
@@ -8,38 +6,12 @@
 namespace ztm::test {
 namespace {
 
+using testing::Each;
 using testing::IsEmpty;
 using testing::Not;
 
-/// Counts what a widget is asked to paint.
-class PaintCounter : public QObject {
-public:
-    int paints = 0;
-    int pixels = 0;
-
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override {
-        if (event->type() == QEvent::Paint) {
-            ++paints;
-            const QRect rect = static_cast<QPaintEvent *>(event)->rect();
-            pixels += rect.width() * rect.height();
-        }
-        return QObject::eventFilter(watched, event);
-    }
-};
-
 class StripChartPaintingTest : public StripChartTest {
 protected:
-    QImage Seen() { return chart.grab().toImage(); }
-
-    /// The same once everything has been painted anew.
-    QImage SeenAnew() {
-        QEvent change(QEvent::PaletteChange);
-        QCoreApplication::sendEvent(&chart, &change);
-        Settle();
-        return Seen();
-    }
-
     /// Samples of noise with steps, spikes, gaps and pauses.
     void AppendAnything(int samples) {
         std::uniform_int_distribution<int> any(0, 99);
@@ -58,138 +30,186 @@ protected:
         return qRound(Plot()->axisRect()->width() * Plot()->bufferDevicePixelRatio());
     }
 
+    /// The widths of the steps between columns.
+    static std::vector<int> Steps(const std::vector<int> &columns) {
+        std::vector<int> steps;
+        for (size_t index = 1; index < columns.size(); ++index) {
+            steps.push_back(columns[index] - columns[index - 1]);
+        }
+        return steps;
+    }
+
     std::mt19937 random{11};
     float level = 40;
 };
 
 TEST_F(StripChartPaintingTest, WhatIsPaintedInStepsLooksAsIfPaintedAtOnce) {
-    const struct {
-        const char *name;
-        std::function<void()> change;
-    } cases[] = {
+    const std::tuple<const char *, std::function<void()>> cases[] = {
         {"from the start", [] {}},
         {"once round", [this] { AppendAnything(3000); }},
-        {"values zoomed", [this] { Key(Qt::Key_Plus, Qt::ControlModifier); }},
-        {"time zoomed out", [this] { Key(Qt::Key_Minus); }},
-        {"moved away", [this] { Key(Qt::Key_Left); }},
-        {"and on", [this] { Key(Qt::Key_Right); }},
-        {"live again", [this] { Key(Qt::Key_End); }},
+        {"values zoomed", [this] { Press("Ctrl++"); }},
+        {"time zoomed out", [this] { Press("-"); }},
+        {"moved away", [this] { Press("Left"); }},
+        {"and on", [this] { Press("Right"); }},
+        {"live again", [this] { Press("End"); }},
         {"resized", [this] { chart.resize(611, 377); }},
-        {"hidden and shown",
-         [this] {
-             chart.hide();
-             AppendAnything(50);
-             chart.show();
-         }},
-        {"cleared",
-         [this] {
-             history.Clear();
-             chart.HistoryChanged();
-         }},
+        {"hidden", [this] { chart.hide(); }},
+        {"shown again", [this] { chart.show(); }},
+        {"cleared", [this] { Clear(); }},
         {"moved away from nothing",
          [this] {
-             history.Clear();
-             chart.HistoryChanged();
-             Key(Qt::Key_Left);
+             Clear();
+             Press("Left");
              time = 20;
              AppendMany(1, level);
              time += 5;
          }},
     };
-    for (const auto &c : cases) {
+    for (const auto &[name, change] : cases) {
         level = 40;
-        c.change();
+        change();
         Settle();
         for (int round = 0; round < 4; ++round) {
             for (int step = 0; step < 12; ++step) {
                 AppendAnything(step % 3);
             }
-            const QImage steps = Seen();
-            ASSERT_EQ(steps, SeenAnew()) << c.name;
+            const QImage steps = OnScreen(chart);
+            ASSERT_EQ(steps, SeenAnew()) << name;
         }
-        ASSERT_THAT(ColumnsWith(temperatureColour, 25, 75), Not(IsEmpty())) << c.name;
+        ASSERT_THAT(ColumnsWith(temperatureColour, 25, 75), Not(IsEmpty())) << name;
     }
 }
 
-TEST_F(StripChartPaintingTest, PaintsNothingWhileNoColumnChanges) {
+TEST_F(StripChartPaintingTest, PaintsNothingWhileNoColumnChangesOrHidden) {
     while (Span() < 3000) {
-        Key(Qt::Key_Minus);
+        Press("-");
     }
     AppendMany(400, 50); // over a column of five seconds
-    PaintCounter counter;
-    Plot()->installEventFilter(&counter);
-    replots = 0;
+    PaintCounter counter(*Plot());
     AppendMany(10, 50);
     EXPECT_EQ(counter.paints, 0);
-    Append(60);
-    Settle();
+    AppendMany(10, 60);
     EXPECT_EQ(counter.paints, 1);
     EXPECT_LT(counter.pixels, 10 * Plot()->height()) << "the newest column";
-    EXPECT_EQ(replots, 0);
+    chart.hide();
+    Settle();
+    AppendMany(1000, 70);
+    EXPECT_EQ(counter.paints, 1);
+    chart.show();
+    Settle();
+    EXPECT_GT(counter.paints, 1);
+    EXPECT_NEAR(chart.VisibleTo(), history.LastTime(), Span() / ColumnCount());
 }
 
-TEST_F(StripChartPaintingTest, TracesKeepToThePlotWhereverTheRingBegins) {
-    chart.SetLabel(3, QString());
-    const double width = Span() / ColumnCount();
-    for (int column = -2; column < ColumnCount() + 2; ++column) {
-        time = noon + (column + 0.5) * width; // noon begins a column whose number is a multiple
-        Append(Extent::gap, 5000);
-        if (column >= ColumnCount() - 3) {
-            Settle();
-            const QImage picture = Seen();
-            const int edge =
-                qCeil(chart.PointOf(chart.VisibleTo(), 0).x() * chart.devicePixelRatioF());
-            for (int x = edge; x < picture.width(); ++x) {
-                for (int y = 0; y < picture.height(); ++y) {
-                    ASSERT_NE(picture.pixelColor(x, y), fanColour) << x - edge << " at " << column;
-                }
-            }
+TEST_F(StripChartPaintingTest, ASpikeOfOneSampleIsSeenAtEveryZoomAsAClosedLine) {
+    AppendMany(60'000, 20);
+    Append(80);
+    const double spikeTime = time - interval;
+    AppendMany(10, 20);
+    for (int zoom = 0; zoom < 60; ++zoom) {
+        ASSERT_THAT(ColumnsWith(temperatureColour, 79, 81), Not(IsEmpty())) << Span();
+        for (int value = 22; value < 79 && Span() > 50; value += 8) {
+            // One column for the way to the spike, and one for the way back from it.
+            ASSERT_THAT(ColumnsWith(temperatureColour, value, value + 0.5).size(),
+                        testing::AnyOf(1, 2))
+                << value << " at " << Span();
         }
+        ASSERT_LT(chart.VisibleFrom(), spikeTime);
+        Press(zoom < 20 ? "+" : "-");
     }
+    EXPECT_GT(Span(), 1800);
 }
 
-TEST_F(StripChartPaintingTest, LabelsKeepToThePlot) {
-    for (const QSize size : {QSize(200, 140), QSize(300, 200), QSize(1200, 700)}) {
-        chart.resize(size);
-        Settle();
-        const QRect plot = Plot()->axisRect()->rect();
-        for (int item = 0; item < Plot()->itemCount(); ++item) {
-            auto *text = qobject_cast<QCPItemText *>(Plot()->item(item));
-            const QRectF box(text->topLeft->pixelPosition(), text->bottomRight->pixelPosition());
-            EXPECT_TRUE(QRectF(plot).contains(box))
-                << size.width() << " " << text->text().toStdString();
-        }
-    }
-    const auto *label = qobject_cast<QCPItemText *>(Plot()->item(0));
-    EXPECT_NEAR(label->topLeft->pixelPosition().x(), 0.8 * Plot()->width(), 1)
-        << "where it was put, given room";
+TEST_F(StripChartPaintingTest, AGapStaysOpenAndASlowTraceIsJoined) {
+    AppendMany(500, 50);
+    time += 10;
+    AppendMany(301, 50); // 10 s without a sample: joined
+    Append(Extent::gap);
+    time += 10;
+    AppendMany(300, 50); // the same around a gap: open
+    auto steps = Steps(ColumnsWith(temperatureColour, 48, 52));
+    std::erase(steps, 1);
+    ASSERT_THAT(steps, testing::SizeIs(1));
+    EXPECT_NEAR(steps[0], 10 * ColumnCount() / Span(), 3);
 }
 
-TEST_F(StripChartPaintingTest, ValuesAtTheEndsOfAnAxisAreSeen) {
-    chart.SetLabel(1, QString());
-    for (const float value : {0.0F, 100.0F}) {
-        history.Clear();
-        AppendMany(300, value);
-        EXPECT_THAT(ColumnsWith(temperatureColour, 0, 100), Not(IsEmpty())) << value;
+TEST_F(StripChartPaintingTest, ColumnsDoNotShimmerWhileScrolling) {
+    for (int sample = 0; sample < 4000; ++sample) {
+        Append(sample % 7 == 0 ? 70.0F : 30.0F);
     }
+    Settle();
+    auto before = ColumnsWith(temperatureColour, 60, 75);
+    const double start = chart.VisibleFrom();
+    AppendMany(40, 30);
+    const double moved = (chart.VisibleFrom() - start) * ColumnCount() / Span();
+    const auto shift = static_cast<int>(std::lround(moved));
+    EXPECT_NEAR(moved, shift, 1e-3) << "moves in whole columns";
+    ASSERT_GT(shift, 3);
+    auto after = ColumnsWith(temperatureColour, 60, 75);
+    std::for_each(after.begin(), after.end(), [shift](int &column) { column += shift; });
+    std::erase_if(before, [shift](int column) { return column < shift; });
+    EXPECT_EQ(after, before);
 }
 
 /// A picture that is not copied pixel for pixel would drop columns, or double some.
-TEST_F(StripChartPaintingTest, EveryColumnOfPixelsIsSeenOnce) {
-    chart.SetLabel(1, QString());
-    Settle();
+TEST_F(StripChartPaintingTest, EveryColumnIsSeenOnceAndInThePlotWhereverTheRingBegins) {
     const double width = Span() / ColumnCount();
-    constexpr int columns = 400;
-    for (int column = 0; column < columns; ++column) {
-        time = noon + (column + 0.5) * width;
-        Append(column % 2 == 0 ? 80.0F : Extent::gap);
+    for (int column = -2; column < ColumnCount() + 2; ++column) {
+        time = noon + (column + 0.5) * width; // noon begins a column whose number is a multiple
+        Append(column % 2 == 0 ? 80.0F : Extent::gap, 5000);
+        if (column >= ColumnCount() - 3) {
+            Settle();
+            ASSERT_LE(PixelsOf(OnScreen(chart), fanColour).back().x(),
+                      InPixels(PlotRect()).right());
+            const auto seen = ColumnsWith(temperatureColour, 70, 90);
+            ASSERT_GT(seen.size(), ColumnCount() / 2 - 3) << column;
+            ASSERT_THAT(Steps(seen), Each(2)) << column;
+        }
     }
+}
+
+TEST_F(StripChartPaintingTest, ALabelStandsWhereItIsPutAndKeepsToThePlot) {
+    const auto label = [this] { return PixelsOf(OnScreen(chart), fanColour).boundingRect(); };
+    const double ratio = chart.devicePixelRatioF();
+    chart.SetLabel(3, "Fan1");
     Settle();
-    const auto seen = ColumnsWith(temperatureColour, 70, 90);
-    ASSERT_EQ(seen.size(), columns / 2U);
-    for (size_t index = 1; index < seen.size(); ++index) {
-        ASSERT_EQ(seen[index], seen[index - 1] + 2);
+    const QSize whole = label().size();
+    const std::tuple<int, int, double> cases[] = {
+        {200, 140, 0.2}, {200, 140, 0.95}, {300, 200, 0.2}, {1200, 700, 0.12}};
+    for (const auto &[width, height, top] : cases) {
+        chart.resize(width, height);
+        chart.SetLabelVerticalPosition(3, top);
+        Settle();
+        EXPECT_TRUE(InPixels(PlotRect()).contains(label())) << width << " " << top;
+        EXPECT_NEAR(label().width(), whole.width(), 2) << width;
+        EXPECT_NEAR(label().height(), whole.height(), 2) << width;
     }
+    EXPECT_NEAR(label().left(), 0.8 * 1200 * ratio, 8 * ratio);
+    EXPECT_NEAR(label().top(), 0.12 * 700 * ratio, 10 * ratio);
+    chart.SetLabel(3, QString());
+    Settle();
+    EXPECT_TRUE(label().isEmpty());
+}
+
+TEST_F(StripChartPaintingTest, ValuesAtTheEndsOfAnAxisAreSeenUntilTheHistoryIsCleared) {
+    for (const float value : {0.0F, 100.0F}) {
+        AppendMany(300, value);
+        EXPECT_THAT(ColumnsWith(temperatureColour), Not(IsEmpty())) << value;
+        Clear();
+        Settle();
+        EXPECT_THAT(ColumnsWith(temperatureColour), IsEmpty());
+    }
+}
+
+TEST_F(StripChartPaintingTest, FollowsThePalette) {
+    AppendMany(500, 50);
+    QPalette dark = chart.palette();
+    dark.setColor(QPalette::Base, QColor(20, 20, 20));
+    dark.setColor(QPalette::Text, Qt::white);
+    chart.setPalette(dark);
+    Settle();
+    EXPECT_THAT(ColumnsWith(QColor(20, 20, 20)), Not(IsEmpty()));
+    EXPECT_THAT(ColumnsWith(temperatureColour), IsEmpty()) << "too dark to be read";
 }
 
 } // namespace

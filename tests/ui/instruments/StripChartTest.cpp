@@ -1,370 +1,196 @@
+#include "support/Driver.h"
 #include "support/StripChartFixture.h"
+#include "support/TemporaryFile.h"
 
-#include <QClipboard>
-#include <QFile>
 #include <QMenu>
-#include <QTemporaryDir>
+#include <QRegularExpression>
 
 #include <cmath>
 
 namespace ztm::test {
 namespace {
 
-using testing::ElementsAre;
+using testing::Gt;
 using testing::IsEmpty;
+using testing::IsSupersetOf;
 using testing::Not;
 
-TEST_F(StripChartTest, ShowsLabelsAndLastValues) {
-    EXPECT_EQ(chart.property("traceCount").toInt(), 2);
-    EXPECT_EQ(chart.property("labels").toStringList(),
-              QStringList({"Temperature", "Local", "Fan Speed", "Fan1"}));
-    EXPECT_TRUE(std::isnan(chart.LastValue(0)));
-    Append(25.5F, 1200);
-    double value = 0;
-    EXPECT_TRUE(
-        QMetaObject::invokeMethod(&chart, "LastValue", Q_RETURN_ARG(double, value), Q_ARG(int, 1)));
-    EXPECT_EQ(value, 1200);
+/// What is in sight.
+struct View {
+    bool live = true;
+    double back = 0; ///< seconds from the right edge to the newest sample
+    double span = 60;
+    QCPRange left{0, 100};
+    QCPRange right{0, 10000};
+};
 
-    const auto labelPixels = [this] { return ColumnsWith(temperatureColour, 0, 100).size(); };
-    Settle();
-    const size_t before = labelPixels();
-    chart.SetLabel(1, QString());
-    Settle();
-    EXPECT_LT(labelPixels(), before);
-    EXPECT_EQ(chart.Labels().at(1), QString());
-    chart.SetLabelVerticalPosition(3, 0.12);
-    EXPECT_EQ(chart.LabelVerticalPosition(3), 0.12);
-    Settle();
-    const int top = qRound(0.12 * chart.height());
-    const auto row = chart.grab(QRect(0, top, chart.width(), 20)).toImage();
-    bool moved = false;
-    for (int x = row.width() * 3 / 4; x < row.width() * 9 / 10; ++x) {
-        for (int y = 0; y < row.height(); ++y) {
-            moved = moved || row.pixelColor(x, y) == fanColour;
-        }
-    }
-    EXPECT_TRUE(moved);
-}
-
-TEST_F(StripChartTest, ASpikeOfOneSampleIsSeenAtEveryZoom) {
-    chart.SetLabel(1, QString());
-    AppendMany(60'000, 20);
-    Append(80);
-    const double spikeTime = time - interval;
-    AppendMany(10, 20);
-    for (int zoom = 0; zoom < 60; ++zoom) {
-        const auto columns = ColumnsWith(temperatureColour, 70, 90);
-        ASSERT_THAT(columns, Not(IsEmpty())) << Span();
-        if (Span() > 50) {
-            // One column for the spike, and one for the way back from it.
-            ASSERT_LE(columns.size(), 2U) << Span();
-        }
-        ASSERT_LT(chart.VisibleFrom(), spikeTime);
-        Key(zoom < 20 ? Qt::Key_Plus : Qt::Key_Minus);
-    }
-    EXPECT_GT(Span(), 1800);
-}
-
-TEST_F(StripChartTest, AGapStaysOpenAndASlowTraceIsJoined) {
-    chart.SetLabel(1, QString());
-    AppendMany(500, 50);
-    time += 10;
-    Append(50); // 10 s without a sample: joined
-    AppendMany(300, 50);
-    Append(Extent::gap);
-    time += 10;
-    AppendMany(300, 50); // the same around a gap: open
-    const auto columns = ColumnsWith(temperatureColour, 48, 52);
-    ASSERT_THAT(columns, Not(IsEmpty()));
-    const double perSecond = static_cast<double>(ColumnsWith(Qt::white, 0, 100).size()) / Span();
-    std::vector<int> holes;
-    for (size_t index = 1; index < columns.size(); ++index) {
-        if (columns[index] != columns[index - 1] + 1) {
-            holes.push_back(columns[index] - columns[index - 1]);
-        }
-    }
-    ASSERT_EQ(holes.size(), 1U);
-    EXPECT_NEAR(holes[0], 10 * perSecond, 3);
-}
-
-TEST_F(StripChartTest, AStepIsAClosedLine) {
-    chart.SetLabel(1, QString());
-    AppendMany(1000, 20);
-    AppendMany(1000, 80);
-    const QImage picture = chart.grab().toImage();
-    const double ratio = chart.devicePixelRatioF();
-    const int x = qRound(chart.PointOf(noon + 1000 * interval, 0).x() * ratio);
-    for (double value = 22; value < 79; value += 1) {
-        const int y = qRound(chart.PointOf(0, value).y() * ratio);
-        bool found = false;
-        for (int near = x - 2; near <= x + 2; ++near) {
-            found = found || picture.pixelColor(near, y) == temperatureColour;
-        }
-        EXPECT_TRUE(found) << value;
-    }
-}
-
-TEST_F(StripChartTest, ColumnsDoNotShimmerWhileScrolling) {
-    chart.SetLabel(1, QString());
-    for (int sample = 0; sample < 4000; ++sample) {
-        Append(sample % 7 == 0 ? 70.0F : 30.0F);
-    }
-    Settle();
-    const auto above = [this] { return ColumnsWith(temperatureColour, 60, 75); };
-    const auto edge = [this](double at) { return chart.PointOf(at, 0).x(); };
-    const auto before = above();
-    const double start = chart.VisibleFrom();
-    for (int sample = 0; sample < 40; ++sample) {
-        Append(30);
-        Settle();
-    }
-    const double moved = (edge(chart.VisibleFrom()) - edge(start)) * chart.devicePixelRatioF();
-    const auto shift = static_cast<int>(std::lround(moved));
-    EXPECT_NEAR(moved, shift, 1e-3) << "moves in whole columns";
-    ASSERT_GT(shift, 3);
-    std::vector<int> expected;
-    for (const int column : before) {
-        if (column >= shift) {
-            expected.push_back(column - shift);
-        }
-    }
-    EXPECT_EQ(above(), expected);
-}
-
-TEST_F(StripChartTest, DragStopsFollowingAndADoubleClickResumesIt) {
-    AppendMany(4000, 20);
-    EXPECT_TRUE(chart.IsLive());
-    const double before = chart.VisibleTo();
-    AppendMany(100, 20);
-    EXPECT_NEAR(chart.VisibleTo(), before + 3, 0.2);
-
-    DragBy(Middle(), {100, 0});
-    EXPECT_FALSE(chart.IsLive());
-    const double away = chart.VisibleTo();
-    EXPECT_LT(away, history.LastTime() - 5);
-    AppendMany(100, 20);
-    EXPECT_EQ(chart.VisibleTo(), away);
-
-    QTest::mouseDClick(&chart, Qt::LeftButton, {}, Middle());
-    Settle();
-    EXPECT_TRUE(chart.IsLive());
-    EXPECT_NEAR(chart.VisibleTo(), history.LastTime(), 0.2);
-    EXPECT_NEAR(Span(), 60, 1e-6);
-}
-
-TEST_F(StripChartTest, SaysThatItIsNotLive) {
-    AppendMany(4000, 20);
-    const auto pixels = [this] {
-        const QColor sign = chart.palette().color(QPalette::Highlight);
-        return ColumnsWith(sign, 50, 100).size();
+TEST_F(StripChartTest, KeysWheelAndMouseMoveWhatIsInSight) {
+    using Action = std::function<void()>;
+    const auto turn = [this](double x, double y, int notches) -> Action {
+        return [=, this] { TurnWheel(chart, At(x, y), notches * 120); };
     };
-    EXPECT_EQ(pixels(), 0U);
-    Key(Qt::Key_Left);
-    EXPECT_GT(pixels(), 20U);
-    Key(Qt::Key_End);
-    EXPECT_EQ(pixels(), 0U);
-}
-
-TEST_F(StripChartTest, WheelZoomsTimeAtThePointerAndAnAxisByItself) {
-    AppendMany(8000, 20);
-    const QPointF point = chart.PointOf(chart.VisibleFrom() + 15, 50);
-    Wheel(point, 2);
-    EXPECT_NEAR(Span(), 60 / 1.5625, 0.01);
-    EXPECT_NEAR(
-        (point.x() - chart.PointOf(chart.VisibleFrom(), 0).x()) /
-            (chart.PointOf(chart.VisibleTo(), 0).x() - chart.PointOf(chart.VisibleFrom(), 0).x()),
-        0.25, 0.01);
-    EXPECT_NEAR(chart.PointOf(history.LastTime() - 45, 50).x(), point.x(), 2);
-
-    Key(Qt::Key_End);
-    Wheel({350, chart.height() - 8.0}, -1); // the time axis, live: stays live
-    EXPECT_TRUE(chart.IsLive());
-    EXPECT_NEAR(Span(), 60 / 1.25, 0.01);
-
-    const auto right = chart.ValueRange(true);
-    const QPointF onLeftAxis(chart.PointOf(chart.VisibleFrom(), 25).x() - 10,
-                             chart.PointOf(0, 25).y());
-    Wheel(onLeftAxis, 1);
-    EXPECT_NEAR(chart.ValueRange().size(), 80, 0.01);
-    EXPECT_NEAR(chart.ValueRange().lower, 5, 0.2);
-    EXPECT_EQ(chart.ValueRange(true), right);
-}
-
-TEST_F(StripChartTest, DraggingTheArrowsOfAnAxisMovesThatEnd) {
-    AppendMany(8000, 20);
-    const double edge = chart.PointOf(chart.VisibleFrom(), 0).x();
-    const QPoint top(qRound(edge) - 6, qRound(chart.PointOf(0, 97).y()));
-    const int height = qRound(chart.PointOf(0, 0).y() - chart.PointOf(0, 100).y());
-    DragBy(top, {0, height * 47 / 100}); // 97 comes to where 50 was
-    EXPECT_EQ(chart.ValueRange().lower, 0);
-    EXPECT_NEAR(chart.ValueRange().upper, 194, 4);
-    EXPECT_EQ(chart.ValueRange(true).upper, 10000);
-
-    const QPoint left(qRound(edge) + 6, chart.height() - 8);
-    DragBy(left, {200, 0});
-    EXPECT_TRUE(chart.IsLive());
-    EXPECT_GT(Span(), 80);
-    DragBy({qRound(chart.PointOf(chart.VisibleTo(), 0).x()) - 6, chart.height() - 8}, {-100, 0});
-    EXPECT_TRUE(chart.IsLive());
-    EXPECT_GT(Span(), 95);
-}
-
-TEST_F(StripChartTest, EverythingIsReachedByKeys) {
-    AppendMany(8000, 20, 5000);
-    Key(Qt::Key_Plus);
-    EXPECT_NEAR(Span(), 48, 1e-6);
-    EXPECT_TRUE(chart.IsLive());
-    Key(Qt::Key_Minus);
-    EXPECT_NEAR(Span(), 60, 1e-6);
-    Key(Qt::Key_Plus, Qt::ControlModifier);
-    EXPECT_NEAR(chart.ValueRange().size(), 80, 1e-6);
-    Key(Qt::Key_Up);
-    EXPECT_NEAR(chart.ValueRange().lower, 18, 1e-6);
-    Key(Qt::Key_Home);
-    EXPECT_EQ(chart.ValueRange(), QCPRange(19, 21));
-    EXPECT_EQ(chart.ValueRange(true), QCPRange(4999, 5001));
-    const double end = chart.VisibleTo();
-    Key(Qt::Key_Right);
-    EXPECT_TRUE(chart.IsLive());
-    Key(Qt::Key_Left);
-    EXPECT_FALSE(chart.IsLive());
-    EXPECT_NEAR(chart.VisibleTo(), end - 6, 0.2);
-    for (int page = 0; page < 20; ++page) {
-        Key(Qt::Key_PageUp);
-    }
-    EXPECT_NEAR(chart.VisibleTo(), history.FirstTime(), 0.2);
-    Key(Qt::Key_End);
-    EXPECT_TRUE(chart.IsLive());
-
-    Key(Qt::Key_Menu);
-    auto *menu = chart.findChild<QMenu *>();
-    ASSERT_NE(menu, nullptr);
-    std::vector<std::string> texts;
-    for (const QAction *action : menu->actions()) {
-        if (!action->isSeparator()) {
-            texts.push_back(action->text().remove('&').toStdString());
+    const auto drag = [this](double x, double y, double toX, double toY) -> Action {
+        return [=, this] { DragBy(At(x, y), At(toX, toY) - At(x, y)); };
+    };
+    AppendMany(6600, 20, 5000);
+    const struct {
+        const char *keys;
+        Action action;
+        View view;
+    } cases[] = {
+        {"PgUp, PgUp, PgUp, PgUp", [] {}, {.live = false, .back = 6599 * interval}},
+        {"Left, Left, Right", [] {}, {.live = false, .back = 6}},
+        {"Right", [] {}, {}},
+        {"PgUp, PgUp, PgDown", [] {}, {.live = false, .back = 60}},
+        {"PgUp, PgDown", [] {}, {.live = false}},
+        {"PgUp, End", [] {}, {}},
+        {"PgUp", [this] { QTest::mouseDClick(&chart, Qt::LeftButton); }, {}},
+        {"+", [] {}, {.span = 48}},
+        {"-", [] {}, {.span = 75}},
+        {"Up", [] {}, {.left = {10, 110}, .right = {1000, 11000}}},
+        {"Down", [] {}, {.left = {-10, 90}, .right = {-1000, 9000}}},
+        {"Ctrl++", [] {}, {.left = {10, 90}, .right = {1000, 9000}}},
+        {"Ctrl+-", [] {}, {.left = {-12.5, 112.5}, .right = {-1250, 11250}}},
+        {"Home", [] {}, {.left = {19, 21}, .right = {4999, 5001}}},
+        {"", turn(0.25, 0.5, 2), {.live = false, .back = 16.2, .span = 38.4}},
+        {"", turn(0.25, 0.5, -1), {.span = 75}},
+        {"", turn(0.5, -0.05, -1), {.span = 75}},
+        {"", turn(-0.02, 0.25, 1), {.left = {5, 85}}},
+        {"", turn(1.02, 0.25, 1), {.right = {500, 8500}}},
+        {"", drag(0.5, 0.5, 0.7, 0.6), {.live = false, .back = 12}},
+        {"", drag(0.5, 0.5, 0.502, 0.5), {}}, // a click that trembles
+        {"", drag(-0.02, 0.5, -0.02, 0.75), {.left = {-25, 75}}},
+        {"", drag(-0.02, 0.97, -0.02, 0.5), {.left = {0, 194}}},
+        {"", drag(-0.02, 0.03, -0.02, 0.5), {.left = {-94, 100}}},
+        {"", drag(1.02, 0.5, 1.02, 0.75), {.right = {-2500, 7500}}},
+        {"", drag(0.5, -0.05, 0.7, -0.05), {.live = false, .back = 12}},
+        {"", drag(0.01, -0.05, 0.5, -0.05), {.span = 118.8}},
+        {"", drag(0.99, -0.05, 0.5, -0.05), {.span = 118.8}},
+        {"PgUp", drag(0.99, -0.05, 0.5, -0.05), {.live = false, .back = 1.2, .span = 118.8}},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(testing::Message() << c.keys << " " << &c - cases);
+        chart.RestoreScales();
+        chart.BackToLive();
+        Settle();
+        Press(c.keys);
+        c.action();
+        Settle();
+        EXPECT_EQ(chart.IsLive(), c.view.live);
+        EXPECT_NEAR(history.LastTime() - chart.VisibleTo(), c.view.back, 0.5);
+        EXPECT_NEAR(Span(), c.view.span, 0.5);
+        for (const bool right : {true, false}) {
+            const QCPRange range = right ? c.view.right : c.view.left;
+            EXPECT_NEAR(chart.ValueRange(right).lower, range.lower, range.size() / 100);
+            EXPECT_NEAR(chart.ValueRange(right).upper, range.upper, range.size() / 100);
         }
+        const size_t notice = ColumnsWith(chart.palette().color(QPalette::Highlight)).size();
+        EXPECT_EQ(notice > 20, !c.view.live) << "says that it is not live";
+        const QImage seen = OnScreen(chart);
+        EXPECT_EQ(seen, SeenAnew());
+        const double end = chart.VisibleTo();
+        AppendMany(100, 20, 5000);
+        EXPECT_NEAR(chart.VisibleTo() - end, c.view.live ? 3 : 0, 0.5);
     }
-    EXPECT_THAT(texts,
-                ElementsAre("Fit Values", "Show Whole History", "Original Scales", "Back to Live",
-                            "Copy Picture", "Save Picture...", "Save Visible Range..."));
-    menu->actions().at(2)->trigger();
-    menu->close();
+}
+
+TEST_F(StripChartTest, DraggingKeepsAnAxisWithinReason) {
+    for (const auto &[pixels, span] : {std::pair{-4000, 1e-3}, {4000, 1e9}}) {
+        for (int time = 0; time < 20; ++time) {
+            DragBy(At(0, 1) + QPoint(-6, 4), {0, pixels});
+        }
+        EXPECT_NEAR(chart.ValueRange().size(), span, span * 1e-6);
+    }
+}
+
+TEST_F(StripChartTest, TheMenuDoesWhatItSays) {
+    const TemporaryFolder folder;
+    // Chooses an entry of the menu, and gives the text of all.
+    const auto choose = [&](int index) {
+        Press("Menu");
+        QPointer menu = chart.findChild<QMenu *>();
+        QStringList texts;
+        for (const QAction *action : menu->actions()) {
+            texts += action->text().remove('&');
+        }
+        menu->actions().at(index)->trigger();
+        delete menu;
+        Settle();
+        return texts.join('|');
+    };
+    AppendMany(8000, 20);
+    Press("Left");
+    choose(0);
+    EXPECT_EQ(chart.ValueRange(), QCPRange(19, 21));
+    choose(1);
+    EXPECT_TRUE(chart.VisibleFrom() <= noon && chart.VisibleFrom() > noon - 1);
+    EXPECT_EQ(choose(2), "Fit Values|Show Whole History|Original Scales|Back to Live||"
+                         "Copy Picture|Save Picture...|Save Visible Range...");
     EXPECT_EQ(chart.ValueRange(), QCPRange(0, 100));
+    EXPECT_NEAR(Span(), 60, 1e-6);
+    Press("Left");
+    choose(3);
+    EXPECT_TRUE(chart.IsLive());
+    choose(5);
+    EXPECT_FALSE(QGuiApplication::clipboard()->pixmap().isNull());
+    const struct {
+        int index;
+        const char *typed, *saved;
+        bool askedToReplace = false;
+    } cases[] = {{6, "it", "it.png"},
+                 {6, "it", "it.png", true},
+                 {6, "it.pdf", "it.pdf"},
+                 {7, "it", "it.txt"}};
+    for (const auto &c : cases) {
+        const auto shown = AnswerFileDialogOf([&] { choose(c.index); },
+                                              QString::fromStdString(folder.Path(c.typed)));
+        EXPECT_TRUE(QFile::exists(QString::fromStdString(folder.Path(c.saved)))) << c.saved;
+        EXPECT_EQ(shown.askedToReplace, c.askedToReplace) << c.saved;
+    }
 }
 
 TEST_F(StripChartTest, CursorReadsOutTimeAndTraces) {
+    EXPECT_TRUE(std::isnan(chart.LastValue(0)));
     AppendMany(1000, 20.04F, 5000);
     AppendMany(1000, 30, 6000);
+    EXPECT_EQ(chart.LastValue(1), 6000);
     EXPECT_EQ(chart.CursorText(), QStringList());
-    Hover(chart.PointOf(noon + 15, 50));
-    EXPECT_NEAR(CursorSecond(), 15, 0.3);
-    EXPECT_EQ(chart.CursorText().mid(1), QStringList({"Local 20.0°C", "Fan1 5000RPM"}));
-    chart.SetLabel(1, "Board");
-    Hover(chart.PointOf(noon + 45, 50));
-    EXPECT_NEAR(CursorSecond(), 45, 0.3);
-    EXPECT_EQ(chart.CursorText().mid(1), QStringList({"Board 30.0°C", "Fan1 6000RPM"}));
-    Key(Qt::Key_Escape);
-    EXPECT_EQ(chart.CursorText(), QStringList());
-    Key(Qt::Key_Left, Qt::ControlModifier);
-    EXPECT_EQ(chart.CursorText().size(), 3);
-}
-
-TEST_F(StripChartTest, PaintsNothingWhileHiddenAndOnceForManySamples) {
-    AppendMany(10, 20);
-    replots = 0;
-    AppendMany(10, 20);
-    EXPECT_LE(replots, 2);
-    EXPECT_GE(replots, 1);
-    chart.hide();
-    Settle();
-    replots = 0;
-    AppendMany(100, 20);
-    EXPECT_EQ(replots, 0);
-    chart.show();
-    Settle();
-    EXPECT_GT(replots, 0);
-    EXPECT_NEAR(chart.VisibleTo(), history.LastTime(), 0.2);
-}
-
-TEST_F(StripChartTest, ForgetsWithItsHistory) {
-    AppendMany(2000, 50);
-    EXPECT_THAT(ColumnsWith(temperatureColour, 40, 60), Not(IsEmpty()));
-    history.Clear();
-    chart.HistoryChanged();
-    Settle();
-    EXPECT_THAT(ColumnsWith(temperatureColour, 40, 60), IsEmpty());
-}
-
-TEST_F(StripChartTest, SavesWhatIsSeen) {
-    for (int sample = 0; sample < 4; ++sample) {
-        Append(sample == 2 ? Extent::gap : 20.25F, 5000);
+    const std::tuple<double, const char *, const char *> cases[] = {
+        {15, "", "Local 20.0°C, Fan1 5000RPM"}, {45, "Board", "Board 30.0°C, Fan1 6000RPM"}};
+    for (const auto &[second, name, readings] : cases) {
+        chart.SetLabel(1, name);
+        Hover(chart.PointOf(noon + second, 50));
+        EXPECT_NEAR(chart.CursorText().value(0).section(':', -1).toDouble(), second, 0.3);
+        EXPECT_EQ(chart.CursorText().mid(1).join(", "), readings);
     }
-    Settle();
-    QTemporaryDir folder;
-    ASSERT_TRUE(chart.SaveVisibleRange(folder.filePath("range.txt")));
-    QFile file(folder.filePath("range.txt"));
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(file.readAll(), "Seconds\tTime\tLocal\tFan1\n"
-                              "43200.000\t12:00:00.000\t20.25\t5000\n"
-                              "43200.030\t12:00:00.030\t20.25\t5000\n"
-                              "43200.060\t12:00:00.060\t\t5000\n"
-                              "43200.090\t12:00:00.090\t20.25\t5000\n");
-    EXPECT_TRUE(chart.SavePicture(folder.filePath("chart.png")));
-    EXPECT_EQ(QImage(folder.filePath("chart.png")).size(),
-              Plot()->size() * chart.devicePixelRatioF());
-    EXPECT_TRUE(chart.SavePicture(folder.filePath("chart.pdf")));
-    EXPECT_FALSE(chart.SavePicture(folder.filePath("chart.xyz")));
-    EXPECT_FALSE(chart.SavePicture(folder.filePath("none/chart.png")));
-    EXPECT_FALSE(chart.SaveVisibleRange(folder.filePath("none/range.txt")));
-    chart.CopyPicture();
-    EXPECT_FALSE(QGuiApplication::clipboard()->pixmap().isNull());
-}
-
-TEST_F(StripChartTest, TheWholeHistoryBeginsWithItsFirstSample) {
-    chart.SetLabel(1, QString());
-    Append(80);
-    AppendMany(5000, 20);
-    chart.ShowWholeHistory();
-    Settle();
-    EXPECT_LE(chart.VisibleFrom(), noon);
-    EXPECT_THAT(ColumnsWith(temperatureColour, 70, 90), Not(IsEmpty()));
+    const QImage seen = OnScreen(chart);
+    EXPECT_EQ(seen, SeenAnew());
+    Press("Esc");
+    EXPECT_EQ(chart.CursorText(), QStringList());
+    EXPECT_NE(seen, OnScreen(chart));
+    Press("Ctrl+Left");
+    EXPECT_EQ(chart.CursorText().size(), 3);
 }
 
 TEST_F(StripChartTest, RestsAndStaysUsableWithoutRoomForAPlot) {
     AppendMany(1000, 20);
     chart.resize(60, 50);
     Settle();
-    replots = 0;
+    PaintCounter counter(*Plot());
     Settle();
-    EXPECT_EQ(replots, 0);
-    for (const QPointF point : {QPointF(5, 5), QPointF(30, 25), QPointF(55, 45)}) {
-        Wheel(point, 1);
-        DragBy(point.toPoint(), {-7, 9});
+    EXPECT_EQ(counter.paints, 0);
+    for (const QPoint point : {QPoint(5, 5), QPoint(30, 25), QPoint(55, 45)}) {
+        TurnWheel(chart, point, 120);
+        DragBy(point, {-7, 9});
         Hover(point);
     }
     AppendMany(100, 20);
     chart.resize(700, 400);
-    Settle();
-    EXPECT_TRUE(std::isfinite(chart.VisibleTo()));
     chart.BackToLive();
     chart.RestoreScales();
     Settle();
     EXPECT_NEAR(chart.VisibleTo(), history.LastTime(), 0.2);
     EXPECT_THAT(ColumnsWith(temperatureColour, 15, 25), Not(IsEmpty()));
-}
-
-TEST_F(StripChartTest, DraggingKeepsAnAxisWithinReason) {
-    const auto dragUpperEnd = [this](int pixels) {
-        for (int time = 0; time < 20; ++time) {
-            const QPointF end = chart.PointOf(chart.VisibleFrom(), chart.ValueRange().upper);
-            DragBy({qRound(end.x()) - 6, qRound(end.y()) + 4}, {0, pixels});
-        }
-    };
-    dragUpperEnd(-4000);
-    EXPECT_NEAR(chart.ValueRange().size(), 1e-3, 1e-9);
-    dragUpperEnd(4000);
-    EXPECT_NEAR(chart.ValueRange().size(), 1e9, 1);
 }
 
 /// As on a screen of another resolution.
@@ -376,15 +202,123 @@ TEST_F(StripChartTest, TakesToAnotherDevicePixelRatio) {
     EXPECT_EQ(Plot()->bufferDevicePixelRatio(), chart.devicePixelRatioF());
 }
 
-TEST_F(StripChartTest, FollowsThePalette) {
-    AppendMany(500, 50);
-    QPalette dark = chart.palette();
-    dark.setColor(QPalette::Base, QColor(20, 20, 20));
-    dark.setColor(QPalette::Text, Qt::white);
-    chart.setPalette(dark);
+class StripChartSavingTest : public StripChartTest {
+protected:
+    QString Path(const char *name) { return QString::fromStdString(folder.Path(name)); }
+
+    QByteArray Saved(const char *name) {
+        EXPECT_TRUE(chart.SavePicture(Path(name)));
+        return QByteArray::fromStdString(BytesOf(folder.Path(name)));
+    }
+
+    QList<QByteArray> SavedLines() {
+        EXPECT_TRUE(chart.SaveVisibleRange(Path("range.txt")));
+        auto lines = QByteArray::fromStdString(BytesOf(folder.Path("range.txt"))).split('\n');
+        EXPECT_EQ(lines.takeLast(), QByteArray()) << "ends with a line feed";
+        return lines;
+    }
+
+    /// No two columns alike, and some beyond the ends of the axis.
+    void AppendRamp() {
+        for (int sample = 0; sample < 1000; ++sample) {
+            Append(static_cast<float>(sample % 197 - 50), 5000);
+        }
+        Settle();
+    }
+
+    TemporaryFolder folder;
+};
+
+/// What a pattern captures wherever it matches.
+std::vector<std::string> AllOf(const QString &pattern, const QString &text) {
+    std::vector<std::string> found;
+    for (const auto &match : QRegularExpression(pattern).globalMatch(text)) {
+        found.push_back(match.captured(1).toStdString());
+    }
+    return found;
+}
+
+TEST_F(StripChartSavingTest, ADrawingHoldsTracesWithinThePlotAndTextsAsSuch) {
+    chart.SetLabel(1, "Board");
+    AppendRamp();
+    const QString drawing = Saved("chart.svg");
+    EXPECT_THAT(AllOf(">([^<]+?)\\s*</text>", drawing),
+                IsSupersetOf({"Temperature", "Board", "Fan Speed", "100", "12 00 00"}));
+    for (const auto &size : AllOf("<text[^>]*font-size=\"([^\"]*)\"", drawing)) {
+        EXPECT_NEAR(std::stod(size), QFontInfo(chart.font()).pixelSize(), 1) << "as on the screen";
+    }
+    EXPECT_FALSE(drawing.contains("<image"));
+    // Not every format can clip.
+    const auto trace = AllOf("<g fill=\"#c80000\"[^>]*>([^#]*)</g>", drawing).at(0);
+    const auto tops = AllOf("<rect[^>]* y=\"(.*?)\"", trace.c_str());
+    const auto heights = AllOf("<rect[^>]* height=\"(.*?)\"", trace.c_str());
+    EXPECT_GT(tops.size(), 100U);
+    for (size_t index = 0; index < tops.size(); ++index) {
+        const double top = std::stod(tops[index]);
+        const double height = std::stod(heights.at(index));
+        ASSERT_TRUE(top >= 0 && height > 0) << top << " " << height;
+        ASSERT_LE(top + height, InPixels(PlotRect()).height());
+    }
+}
+
+TEST_F(StripChartSavingTest, APictureIsWhatIsSeenButForTheNotice) {
+    AppendMany(2000, 25, 5000);
+    AppendMany(500, 75, 0);
+    for (const QColor &colour : {temperatureColour, fanColour}) {
+        const auto seen = PixelsOf(Plot()->grab().toImage(), colour);
+        EXPECT_THAT(seen.size(), Gt(500U));
+        EXPECT_EQ(PixelsOf(QImage::fromData(Saved("live.png")), colour), seen);
+    }
+    Press("Left");
+    const QColor notice = chart.palette().color(QPalette::Highlight);
+    EXPECT_THAT(PixelsOf(QImage::fromData(Saved("away.png")), notice), IsEmpty());
+    for (const char *name : {"chart.xyz", "none/chart.png"}) {
+        EXPECT_FALSE(chart.SavePicture(Path(name)));
+    }
+}
+
+TEST_F(StripChartSavingTest, ADocumentHoldsTheTraces) {
+    const QByteArray empty = Saved("empty.pdf");
+    EXPECT_TRUE(empty.startsWith("%PDF-"));
+    AppendRamp();
+    const QByteArray full = Saved("chart.pdf");
+    EXPECT_TRUE(full.trimmed().endsWith("%%EOF"));
+    EXPECT_GT(full.size(), empty.size() + 500);
+    EXPECT_EQ(full.count("/Subtype /Image"), empty.count("/Subtype /Image")) << "drawn, not pasted";
+}
+
+TEST_F(StripChartSavingTest, TheVisibleRangeIsWhatIsInSight) {
+    for (const float value : {20.25F, 20.25F, Extent::gap, 20.25F}) {
+        AppendMany(1, value, 5000);
+    }
+    EXPECT_EQ(SavedLines().join('|'), "Seconds\tTime\tLocal\tFan1|"
+                                      "43200.000\t12:00:00.000\t20.25\t5000|"
+                                      "43200.030\t12:00:00.030\t20.25\t5000|"
+                                      "43200.060\t12:00:00.060\t\t5000|"
+                                      "43200.090\t12:00:00.090\t20.25\t5000");
+    EXPECT_FALSE(chart.SaveVisibleRange(Path("none/range.txt")));
+    AppendMany(8000, 20, 5000);
+    Press("Left");
+    chart.SetTraceName(0, "Board");
+    const auto lines = SavedLines();
+    EXPECT_EQ(lines.first(), "Seconds\tTime\tBoard\tFan1");
+    EXPECT_NEAR(static_cast<double>(lines.size() - 1), 60 / interval, 5);
+    EXPECT_GE(lines.at(1).split('\t').first().toDouble(), chart.VisibleFrom() - 0.001);
+    EXPECT_LE(lines.last().split('\t').first().toDouble(), chart.VisibleTo());
+}
+
+TEST_F(StripChartSavingTest, WhereSamplesHaveGoneTheVisibleRangeHasTheirExtremes) {
+    for (int sample = 0; sample < 150'000; ++sample) {
+        constexpr float none = Extent::gap;
+        history.Append(time, {sample % 2 == 0 ? 20.0F : 30.0F, none, none, none, none, none});
+        time += interval;
+    }
+    chart.ShowWholeHistory();
     Settle();
-    EXPECT_THAT(ColumnsWith(QColor(20, 20, 20), 0, 100), Not(IsEmpty()));
-    EXPECT_THAT(ColumnsWith(temperatureColour, 0, 100), IsEmpty()) << "too dark to be read";
+    const auto lines = SavedLines();
+    EXPECT_EQ(lines.first(), "Seconds\tTime\tLocal low\tLocal high");
+    EXPECT_EQ(lines.at(1), "43200.000\t12:00:00.000\t20\t30");
+    EXPECT_EQ(lines.last().split('\t').mid(2), QList<QByteArray>({"30", "30"}));
 }
 
 } // namespace

@@ -1,48 +1,41 @@
 #include "ui/kit/SpinButton.h"
+#include "support/Instrument.h"
 
 #include <gmock/gmock.h>
 
-#include <QApplication>
 #include <QHBoxLayout>
 #include <QLineEdit>
-#include <QTest>
 #include <QToolButton>
-#include <QWheelEvent>
 
 namespace ztm::test {
 namespace {
 
-class SpinButtonTest : public testing::Test {
-protected:
-    SpinButtonTest() {
-        auto *layout = new QHBoxLayout(&window);
-        layout->addWidget(NewSpinBox(box, "txtInterval(1)", {50, 10000, 50}, &window));
-        window.show();
-        QApplication::setActiveWindow(&window);
-        box->setFocus();
-    }
-
-    QString After(const char *arrow) {
-        QTest::mouseClick(window.findChild<QToolButton *>(arrow), Qt::LeftButton);
-        return box->text();
-    }
-
-    void TurnWheel(int angle) {
-        QWheelEvent event(QPointF(2, 2), box->mapToGlobal(QPointF(2, 2)), {}, {0, angle},
-                          Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-        QCoreApplication::sendEvent(box, &event);
-    }
-
+TEST(SpinButton, ArrowsKeysAndTheWheelStepTheNumberInTheBoxWithinTheRange) {
     QWidget window;
-    QLineEdit *box;
-};
-
-TEST_F(SpinButtonTest, StepsTheNumberInTheBoxWithinTheRange) {
-    const struct {
-        const char *text;
-        const char *up;
-        const char *down;
-    } cases[] = {
+    QLineEdit *box = nullptr;
+    QHBoxLayout layout(&window);
+    layout.addWidget(NewSpinBox(box, "txtInterval(1)", {50, 10000, 50}, &window));
+    window.show();
+    QApplication::setActiveWindow(&window);
+    box->setFocus();
+    const auto click = [&](const char *arrow) {
+        QTest::mouseClick(window.findChild<QToolButton *>(arrow), Qt::LeftButton);
+    };
+    const std::function<void()> ups[] = {
+        [&] { click("txtInterval(1)SpinUp"); },
+        [&] { QTest::keyClick(box, Qt::Key_Up); },
+        [&] {
+            TurnWheel(*box, {2, 2}, 120);
+        },
+    };
+    const std::function<void()> downs[] = {
+        [&] { click("txtInterval(1)SpinDown"); },
+        [&] { QTest::keyClick(box, Qt::Key_Down); },
+        [&] {
+            TurnWheel(*box, {2, 2}, -120);
+        },
+    };
+    const std::tuple<const char *, const char *, const char *> cases[] = {
         {"100", "150", "50"},
         {"50", "100", "50"},
         {"9980", "10000", "9930"},
@@ -56,38 +49,32 @@ TEST_F(SpinButtonTest, StepsTheNumberInTheBoxWithinTheRange) {
         {"1e300", "10000", "10000"},
     };
     for (const auto &[text, up, down] : cases) {
-        box->setText(text);
-        EXPECT_EQ(After("txtInterval(1)SpinUp"), up) << "from " << text;
-        box->setText(text);
-        EXPECT_EQ(After("txtInterval(1)SpinDown"), down) << "from " << text;
+        for (const auto &step : ups) {
+            box->setText(text);
+            step();
+            EXPECT_EQ(box->text(), up) << "from " << text;
+        }
+        for (const auto &step : downs) {
+            box->setText(text);
+            step();
+            EXPECT_EQ(box->text(), down) << "from " << text;
+        }
     }
-}
-
-TEST_F(SpinButtonTest, KeysAndTheWheelStepToo) {
     box->setText("100");
-    QTest::keyClick(box, Qt::Key_Up);
-    EXPECT_EQ(box->text(), "150");
-    QTest::keyClick(box, Qt::Key_Down);
-    EXPECT_EQ(box->text(), "100");
-    TurnWheel(240);
-    EXPECT_EQ(box->text(), "200");
-    TurnWheel(-60);
-    EXPECT_EQ(box->text(), "200") << "half a notch";
-    TurnWheel(-60);
-    EXPECT_EQ(box->text(), "150");
+    for (const auto &[angle, text] : {std::pair{240, "200"}, {-60, "200"}, {-60, "150"}}) {
+        TurnWheel(*box, {2, 2}, angle);
+        EXPECT_EQ(box->text(), text) << "a notch is a step";
+    }
     box->clearFocus();
-    TurnWheel(120);
+    TurnWheel(*box, {2, 2}, 120);
     EXPECT_EQ(box->text(), "150") << "a box without the focus lets the wheel pass";
     QTest::keyClicks(box, "x");
     EXPECT_EQ(box->text(), "150x") << "any text can be typed";
-}
-
-TEST_F(SpinButtonTest, FollowsItsBoxInBeingDisabled) {
-    box->setText("100");
-    box->setEnabled(false);
-    EXPECT_EQ(After("txtInterval(1)SpinUp"), "100");
-    box->setEnabled(true);
-    EXPECT_EQ(After("txtInterval(1)SpinUp"), "150");
+    for (const bool enabled : {false, true}) {
+        box->setEnabled(enabled);
+        ups[0]();
+        EXPECT_EQ(box->text(), enabled ? "200" : "150x");
+    }
 }
 
 } // namespace

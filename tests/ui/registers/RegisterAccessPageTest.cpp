@@ -15,318 +15,243 @@ using testing::IsEmpty;
 
 class RegisterAccessPageTest : public UiTest {
 protected:
-    void Open(std::string_view variant) {
+    RegisterAccessPageTest() { Open(ZTM7720); }
+
+    static void Open(std::string_view variant) {
+        DeleteAllForms();
+        ResetCore();
         StartSessionOf(variant);
         ClickTab("Register Access");
         Settle();
         Adapter().calls.clear();
     }
 
+    static void ReadAt(const char *address) {
+        Type("txtReadAddr", address);
+        Click("cmdRead");
+        Adapter().calls.clear();
+    }
+
+    /// The names of the bits with their values.
+    static QString Bits() {
+        QStringList bits;
+        for (int bit = 7; bit >= 0; --bit) {
+            bits += TextOf(QString("lblInfo(%1)").arg(7 - bit)) + "=" +
+                    TextOf(QString("lblBit(%1)").arg(bit));
+        }
+        return bits.join(' ');
+    }
+
     static QString Shown() {
         return TextOf("lblRegDescription") + "|" + TextOf("lblCurrentAddr") + "|" +
                TextOf("txtReadAddr") + "|" + TextOf("lblHexVal") + "|" + TextOf("lblDecVal");
     }
-
-    static QString Bits() {
-        QString bits;
-        for (int bit = 7; bit >= 0; --bit) {
-            bits += TextOf(QString("lblBit(%1)").arg(bit));
-        }
-        return bits;
-    }
-
-    static QString BitNames() {
-        QStringList names;
-        for (int place = 0; place < 8; ++place) {
-            names += TextOf(QString("lblInfo(%1)").arg(place));
-        }
-        return names.join(':');
-    }
 };
 
-TEST_F(RegisterAccessPageTest, ReadShowsARegisterOfTheMap) {
-    Open(ZTM7720);
-    for (const char *typed : {"3d", "3DH", " 3 d"}) {
-        Type("txtReadAddr", typed);
-        Adapter().calls.clear();
-        Click("cmdRead");
-        EXPECT_EQ(Shown(), "Device ID|3Dh|3DH|34|52") << typed;
-        EXPECT_EQ(Bits(), "00110100");
-        EXPECT_EQ(BitNames(), "7:6:5:4:3:2:1:0");
-        EXPECT_THAT(Adapter().calls, ElementsAre(Read(0x3D)));
-    }
-}
-
-TEST_F(RegisterAccessPageTest, ReadShowsAnAddressOutsideTheMapAsUnknown) {
-    Open(ZTM7720);
+TEST_F(RegisterAccessPageTest, ReadAndWriteUseTheRegisterAtTheAddressIfThereIsOne) {
     Adapter().registers[0xFE] = 0x0A;
-    Type("txtReadAddr", "FE");
-    Click("cmdRead");
-    EXPECT_EQ(Shown(), "Unknown|FEh|FEH|A|10");
-    EXPECT_EQ(BitNames(), "7:6:5:4:3:2:1:0");
-    EXPECT_THAT(Adapter().calls, ElementsAre(Read(0xFE)));
-}
+    const std::tuple<const char *, int, bool, const char *> cases[] = {
+        {"3d", 0x3D, false, "Device ID|3Dh|3DH|34|52"},
+        {"3DH", 0x3D, false, "Device ID|3Dh|3DH|34|52"},
+        {" 3 d ", 0x3D, false, "Device ID|3Dh|3DH|34|52"},
+        {"FE", 0xFE, false, "Unknown|FEh|FEH|A|10"},
+        {"", 0x00, false, "#Bytes/BlockRead|0h|0H|0|0"},
 
-TEST_F(RegisterAccessPageTest, AnEmptyAddressIsRegisterZero) {
-    Open(ZTM7720);
-    Find<QLineEdit>("txtReadAddr").clear();
-    Click("cmdRead");
-    EXPECT_EQ(TextOf("lblRegDescription"), "#Bytes/BlockRead");
-    EXPECT_THAT(Adapter().calls, ElementsAre(Read(0x00)));
-}
-
-TEST_F(RegisterAccessPageTest, AddressesWithoutARegisterTouchNothingAndAreMarked) {
-    Open(ZTM7720);
-    for (const char *typed : {"100", "FFFF", "12345678", "123456789"}) {
-        Type("txtReadAddr", typed);
-        Type("txtDec", "7");
-        EXPECT_FALSE(Find("txtReadAddr").toolTip().isEmpty()) << typed;
-        Click("cmdRead");
-        Click("cmdWrite");
-        Click("lblBit(0)");
-        EXPECT_TRUE(Shown().startsWith("Unknown|")) << typed;
-        EXPECT_EQ(TextOf("lblDecVal"), "0") << typed;
-    }
-    EXPECT_THAT(Adapter().calls, IsEmpty());
-    Type("txtReadAddr", "FF");
-    EXPECT_TRUE(Find("txtReadAddr").toolTip().isEmpty());
-}
-
-TEST_F(RegisterAccessPageTest, TextThatIsNoWholeNumberIsMarked) {
-    Open(ZTM7720);
-    const struct {
-        const char *box, *text;
-        bool marked;
-    } cases[] = {
-        {"txtReadAddr", "3dh", false}, {"txtReadAddr", "", false},  {"txtReadAddr", " 3 d ", false},
-        {"txtReadAddr", "0x08", true}, {"txtReadAddr", "zz", true}, {"txtReadAddr", "-1", true},
-        {"txtReadAddr", "08h2", true}, {"txtDec", "12abc", true},   {"txtDec", "0-1", true},
-        {"txtDec", "1e1", false},      {"txtDec", "12.", false},    {"txtHex", "1Fg", true},
-        {"txtHex", "1F", false},
+        {"08h2", 0x08, true, "Mask1|8h|8H|0|0"},
+        {"-1", 0x00, true, "#Bytes/BlockRead|0h|0H|0|0"},
+        {"100", -1, true, "Unknown|100h|100H|0|0"},
+        {"FFFF", -1, true, "Unknown|FFFFFFFFh|FFFFFFFFH|0|0"},
+        {"12345678", -1, true, "Unknown|12345678h|12345678H|0|0"},
+        {"123456789", -1, true, "Unknown|7FFFFFFFh|7FFFFFFFH|0|0"},
     };
-    for (const auto &c : cases) {
-        Find<QLineEdit>(c.box).clear();
-        Type(c.box, c.text);
-        EXPECT_EQ(!Find(c.box).toolTip().isEmpty(), c.marked) << c.text;
+    for (const auto &[typed, address, marked, shown] : cases) {
+        SCOPED_TRACE(typed);
+        Find<QLineEdit>("txtReadAddr").clear();
+        Type("txtReadAddr", typed);
+        EXPECT_EQ(!Find("txtReadAddr").toolTip().isEmpty(), marked);
+        Adapter().calls.clear();
+        Click("cmdRead");
+        EXPECT_EQ(Shown().toStdString(), shown);
+        if (address < 0) {
+            Click("cmdWrite");
+            Click("lblBit(0)");
+            EXPECT_THAT(Adapter().calls, IsEmpty());
+        } else {
+            EXPECT_THAT(Adapter().calls, ElementsAre(Read(address)));
+        }
     }
-    EXPECT_THAT(Adapter().calls, IsEmpty());
+    ReadAt("8");
+    EXPECT_EQ(Bits(), "LH=0 LL=0 R1H=0 R1L=0 R1D=0 R2H=0 R2L=0 R2D=0");
+    ReadAt("FE");
+    EXPECT_EQ(Bits(), "7=0 6=0 5=0 4=0 3=1 2=0 1=1 0=0");
 }
 
-TEST_F(RegisterAccessPageTest, WriteSendsTheDecimalBoxAndReadsBack) {
-    Open(ZTM7720);
-    const struct {
-        const char *decimal;
-        int32_t written;
-        bool marked;
-    } cases[] = {{"100", 100, false},
-                 {"2.5", 2, false},
-                 {"255", 255, false},
-                 {"256", 255, true},
-                 {"-1", 0, true}};
+TEST_F(RegisterAccessPageTest, ValueBoxesStayInStepAndWriteSendsWhatIsTaken) {
     Type("txtReadAddr", "b");
-    for (const auto &c : cases) {
-        Find<QLineEdit>("txtDec").setText(c.decimal);
-        EXPECT_EQ(!Find("txtDec").toolTip().isEmpty(), c.marked) << c.decimal;
+    const std::tuple<const char *, const char *, const char *, const char *, bool, int32_t>
+        cases[] = {
+            {"txtDec", "255", "FF", "255", false, 255},
+            {"txtDec", "x", "0", "0", false, 0},
+            {"txtDec", "100", "64", "100", false, 100},
+            {"txtDec", "2.5", "2", "2.5", false, 2},
+            {"txtDec", "12abc", "C", "12abc", true, 12},
+            {"txtDec", "0-1", "0", "0-1", true, 0},
+            {"txtDec", "1e1", "A", "10", false, 10},
+            {"txtDec", "12.", "C", "12.", false, 12},
+            {"txtDec", "1e3", "3E8", "1000", true, 255},
+            {"txtDec", "256", "100", "256", true, 255},
+            {"txtHex", "1f", "1F", "31", false, 31},
+            {"txtHex", "1Fg", "1Fg", "31", true, 31},
+            {"txtHex", "FFFF", "FFFFFFFF", "-1", true, 0},
+            {"txtHex", "q", "0", "0", false, 0},
+        };
+    for (const auto &[box, typed, hex, decimal, marked, written] : cases) {
+        SCOPED_TRACE(typed);
+        Type(box, typed);
+        EXPECT_EQ(TextOf("txtHex"), hex);
+        EXPECT_EQ(TextOf("txtDec"), decimal);
+        EXPECT_EQ(!Find(box).toolTip().isEmpty(), marked);
         Adapter().calls.clear();
         Click("cmdWrite");
-        EXPECT_THAT(Adapter().calls, ElementsAre(Write(0x0B, c.written), Read(0x0B))) << c.decimal;
-        EXPECT_EQ(TextOf("lblDecVal"), QString::number(c.written));
+        EXPECT_THAT(Adapter().calls, ElementsAre(Write(0x0B, written), Read(0x0B)));
+        EXPECT_EQ(TextOf("lblDecVal"), QString::number(written));
     }
-}
-
-TEST_F(RegisterAccessPageTest, ValueBoxesStayInStep) {
-    Open(ZTM7720);
-    const struct {
-        const char *box, *typed, *hex, *decimal;
-    } cases[] = {
-        {"txtDec", "255", "FF", "255"}, {"txtDec", "x", "0", "0"},
-        {"txtHex", "1f", "1F", "31"},   {"txtHex", "FFFF", "FFFFFFFF", "-1"},
-        {"txtHex", "q", "0", "0"},      {"txtDec", "1e3", "3E8", "1000"},
-    };
-    for (const auto &c : cases) {
-        Type(c.box, c.typed);
-        EXPECT_EQ(TextOf("txtHex"), c.hex) << c.typed;
-        EXPECT_EQ(TextOf("txtDec"), c.decimal) << c.typed;
-    }
-    EXPECT_THAT(Adapter().calls, IsEmpty());
 }
 
 TEST_F(RegisterAccessPageTest, UpperCasingTheAddressKeepsTheCaret) {
-    Open(ZTM7720);
     auto &box = Find<QLineEdit>("txtReadAddr");
-    Type("txtReadAddr", "ad");
-    EXPECT_EQ(box.text(), "AD");
-    box.setCursorPosition(1);
-    QTest::keyClicks(&box, "bc");
-    EXPECT_EQ(box.text(), "ABCD");
-    EXPECT_EQ(box.cursorPosition(), 3);
-    box.setCursorPosition(0);
-    QTest::keyClicks(&box, "\u00DF"); // upper case takes two letters
-    EXPECT_EQ(box.text(), "SSABCD");
-    EXPECT_EQ(box.cursorPosition(), 2);
-}
-
-TEST_F(RegisterAccessPageTest, EnterReadsOrWrites) {
-    Open(ZTM7720);
-    Type("txtReadAddr", "B");
-    Type("txtDec", "5");
-    const struct {
-        const char *control;
-        bool writes;
-    } cases[] = {{"cmdRead", false},
-                 {"txtReadAddr", false},
-                 {"cmdWrite", true},
-                 {"txtHex", true},
-                 {"txtDec", true}};
-    for (const auto &c : cases) {
-        for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
-            Adapter().calls.clear();
-            Press(c.control, key);
-            EXPECT_EQ(Adapter().Writes().size(), c.writes ? 1U : 0U) << c.control;
-            EXPECT_EQ(Adapter().calls.back(), Read(0x0B)) << c.control;
-        }
+    box.clear();
+    const std::tuple<int, const char *, const char *, int> cases[] = {
+        {0, "ad", "AD", 2}, {1, "bc", "ABCD", 3}, {0, "\u00DF", "SSABCD", 2}};
+    for (const auto &[caretBefore, typed, text, caret] : cases) {
+        box.setCursorPosition(caretBefore);
+        QTest::keyClicks(&box, typed);
+        EXPECT_EQ(box.text(), text);
+        EXPECT_EQ(box.cursorPosition(), caret) << text;
     }
 }
 
-TEST_F(RegisterAccessPageTest, AfterEnterTheNextAddressReplacesTheLast) {
-    Open(ZTM7720);
-    Type("txtReadAddr", "8");
-    Press("txtReadAddr", Qt::Key_Return);
-    QTest::keyClicks(&Find("txtReadAddr"), "0a");
-    Press("txtReadAddr", Qt::Key_Return);
-    EXPECT_EQ(TextOf("lblCurrentAddr"), "Ah");
-}
-
-TEST_F(RegisterAccessPageTest, ABitIsFlippedByClickOrSpace) {
-    Open(ZTM7720);
-    Adapter().registers[0x0B] = 0x04;
-    Type("txtReadAddr", "B");
-    Click("cmdRead");
-    Adapter().calls.clear();
-    Click("lblBit(3)");
-    Click("lblBit(2)");
-    Press("lblBit(7)", Qt::Key_Space);
-    EXPECT_THAT(Adapter().calls, ElementsAre(Write(0x0B, 0x0C), Read(0x0B), Write(0x0B, 0x08),
-                                             Read(0x0B), Write(0x0B, 0x88), Read(0x0B)));
-    EXPECT_EQ(Bits(), "10001000");
+TEST_F(RegisterAccessPageTest, EnterReadsOrWritesAndTheNextAddressReplacesTheLast) {
+    Type("txtDec", "5");
+    const std::vector<Call> reads{Read(0x0B)};
+    const std::vector<Call> writes{Write(0x0B, 5), Read(0x0B)};
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
+        for (const char *control : {"txtReadAddr", "cmdRead", "txtHex", "txtDec", "cmdWrite"}) {
+            Type("txtReadAddr", "B");
+            Adapter().calls.clear();
+            Press(control, key);
+            EXPECT_EQ(Adapter().calls, QString(control).contains("Read") ? reads : writes);
+        }
+        Press("txtReadAddr", key);
+        QTest::keyClicks(&Find("txtReadAddr"), "0a");
+        Press("txtReadAddr", key);
+        EXPECT_EQ(TextOf("lblCurrentAddr"), "Ah");
+    }
 }
 
 TEST_F(RegisterAccessPageTest, AFlippedBitStartsFromTheValueShownAndEndsAtTheOneReadBack) {
-    Open(ZTM7720);
     Adapter().registers[0x0B] = 0x04;
-    Type("txtReadAddr", "B");
-    Click("cmdRead");
+    ReadAt("B");
     Adapter().registers[0x0B] = 0xFF;
     Adapter().script = [](const Call &call) {
         if (call == Read(0x0B)) {
-            Adapter().registers[0x0B] = 0x80;
+            Adapter().registers[0x0B] |= 0x80; // a bit that stays
         }
         return int16_t{0};
     };
+    QTest::mouseClick(&Find("lblBit(6)"), Qt::RightButton);
+    QTest::mousePress(&Find("lblBit(6)"), Qt::LeftButton);
+    QTest::mouseRelease(&Find("lblBit(6)"), Qt::LeftButton, {}, {-9, 5});
+    EXPECT_THAT(Adapter().calls, IsEmpty());
     Click("lblBit(3)");
-    EXPECT_THAT(Adapter().Writes(), ElementsAre(Write(0x0B, 0x0C)));
-    EXPECT_EQ(Bits(), "10000000");
+    Click("lblBit(2)");
+    Press("lblBit(7)", Qt::Key_Space);
+    EXPECT_THAT(Adapter().calls, ElementsAre(Write(0x0B, 0x0C), Read(0x0B), Write(0x0B, 0x88),
+                                             Read(0x0B), Write(0x0B, 0x08), Read(0x0B)));
+    EXPECT_EQ(Bits(), "7=1 6=0 5=0 4=0 3=1 2=0 1=0 0=0");
 }
 
-TEST_F(RegisterAccessPageTest, HoveringOverABitTellsItsName) {
-    Open(ZTM7720);
-    Type("txtReadAddr", "1");
-    Click("cmdRead");
-    for (const auto &[bit, name] : {std::pair{0, "MON/SB"}, {7, "TBL/SW"}}) {
-        auto &label = Find(QString("lblBit(%1)").arg(bit));
-        QTest::mouseMove(&label, QPoint(3, 3));
-        Settle();
-        QTest::mouseMove(&label, QPoint(4, 4));
-        EXPECT_EQ(label.toolTip(), name);
+TEST_F(RegisterAccessPageTest, WhatIsReadIsToldToAssistiveTechnologyAndWhoHovers) {
+    Adapter().registers[0x01] = 0x80;
+    ReadAt("1");
+    for (const auto &[name, told] : {std::pair{"lblRegDescription", "Configuration1"},
+                                     {"lblHexVal", "80"},
+                                     {"lblBit(7)", "Bit 7, TBL/SW: 1"},
+                                     {"txtReadAddr", "Address"}}) {
+        const auto *access = QAccessible::queryAccessibleInterface(&Find(name));
+        EXPECT_EQ(access->text(QAccessible::Name), told);
+    }
+    for (const auto &[bit, name] : {std::pair{"lblBit(0)", "MON/SB"}, {"lblBit(7)", "TBL/SW"}}) {
+        QTest::mouseMove(&Find(bit), QPoint(4, 4));
+        EXPECT_EQ(Find(bit).toolTip(), name);
     }
 }
 
 TEST_F(RegisterAccessPageTest, BitsAreLaidOutForTheWidthOfTheirFrame) {
-    Open(ZTM7720);
-    auto &window = Find("frmMain");
     for (const int width : {800, 1400}) {
-        window.resize(width, 700);
+        Find("frmMain").resize(width, 700);
         Settle();
         const auto &frame = Find("fraBits");
-        const auto bit = [](int k) { return Find(QString("lblBit(%1)").arg(k)).geometry(); };
-        EXPECT_NEAR(bit(7).left(), Twips(100, frame), 1);
-        EXPECT_NEAR(frame.width() - bit(0).right() - 1, Twips(100, frame), 1);
-        for (int k = 0; k < 8; ++k) {
-            EXPECT_EQ(bit(k).top(), Twips(240, frame));
-            EXPECT_NEAR(bit(k).width(), (frame.width() - Twips(200, frame)) / 8.0, 1);
-            if (k > 0) {
-                EXPECT_EQ(bit(k).right() + 1, bit(k - 1).left());
-            }
-            const auto name = Find(QString("lblInfo(%1)").arg(7 - k)).geometry();
-            EXPECT_NEAR(name.center().x(), bit(k).center().x(), 1);
-            EXPECT_GT(name.top(), bit(k).bottom());
+        const double bitWidth = (frame.width() - Twips(200, frame)) / 8.0;
+        int right = frame.width() - Twips(100, frame);
+        for (int bit = 0; bit < 8; ++bit) {
+            const QRect place = Find(QString("lblBit(%1)").arg(bit)).geometry();
+            const QRect name = Find(QString("lblInfo(%1)").arg(7 - bit)).geometry();
+            EXPECT_NEAR(place.right() + 1, right, bit == 0 ? 1 : 0);
+            EXPECT_EQ(place.top(), Twips(240, frame));
+            EXPECT_NEAR(place.width(), bitWidth, 1);
+            EXPECT_NEAR(name.center().x(), place.center().x(), 1);
+            EXPECT_GT(name.top(), place.bottom());
+            right = place.left();
         }
+        EXPECT_NEAR(right, Twips(100, frame), 1);
     }
 }
 
 TEST_F(RegisterAccessPageTest, ChoosingANodeShowsItsRegister) {
-    const struct {
-        std::string_view variant;
-        int16_t index;
-    } cases[] = {{ZTM7720, 56}, {ZTM7710, 52}};
-    for (const auto &c : cases) {
-        ResetCore();
-        Open(c.variant);
+    for (const auto &[variant, index] : {std::pair{ZTM7720, 56}, {ZTM7710, 52}}) {
+        Open(variant);
         for (const char *text : {"Temperature", "Local", "General"}) {
             ClickNode(text);
         }
         EXPECT_THAT(Adapter().calls, IsEmpty()) << "roots and groups choose nothing";
         EXPECT_EQ(SelectedRegisterIndex, 0);
         ClickNode("Local Temperature(MSB)");
-        EXPECT_EQ(SelectedRegisterIndex, c.index);
+        EXPECT_EQ(SelectedRegisterIndex, index);
         EXPECT_EQ(Shown(), "Local Temperature(MSB)|41h|41H|0|0");
-        EXPECT_EQ(BitNames(), "12:11:10:9:8:7:6:5");
+        EXPECT_EQ(Bits(), "12=0 11=0 10=0 9=0 8=0 7=0 6=0 5=0");
         ClickNode("Local Temperature(MSB)");
         EXPECT_THAT(Adapter().calls, ElementsAre(Read(0x41), Read(0x41)));
-        DeleteAllForms();
     }
 }
 
-TEST_F(RegisterAccessPageTest, TheTreeIsUsableByKeyboard) {
-    Open(ZTM7720);
+TEST_F(RegisterAccessPageTest, TheTreeIsUsableByKeyboardAndItsChoiceIsReadAfreshOnReturn) {
     ClickNode("Configuration");
     Press("TreeView1", Qt::Key_Right);
     Press("TreeView1", Qt::Key_Down);
     EXPECT_EQ(TextOf("lblRegDescription"), "Configuration1");
     Press("TreeView1", Qt::Key_Return);
-    EXPECT_THAT(Adapter().calls, ElementsAre(Read(0x01), Read(0x01)));
-}
-
-TEST_F(RegisterAccessPageTest, TheTreeHasColoursByLevel) {
-    Open(ZTM7720);
-    const auto &tree = Find<QTreeWidget>("TreeView1");
-    EXPECT_EQ(tree.indentation(), Twips(200, tree));
-    const auto *root = tree.topLevelItem(0);
-    EXPECT_TRUE(root->isExpanded());
-    EXPECT_FALSE(tree.topLevelItem(1)->isExpanded());
-    EXPECT_EQ(root->foreground(0).color(), QColor(0, 128, 0));
-    EXPECT_EQ(root->child(0)->foreground(0).color(), QColor(192, 0, 0));
-    EXPECT_EQ(root->child(0)->child(0)->foreground(0).color(), QColor(0, 0, 192));
-    EXPECT_EQ(tree.findItems("", Qt::MatchContains | Qt::MatchRecursive).size(), 82);
-}
-
-TEST_F(RegisterAccessPageTest, ReturningToTheTabReadsTheSelectedRegisterAfresh) {
-    StartSessionOf(ZTM7720);
-    ClickTab("Register Access");
-    EXPECT_THAT(Adapter().calls, ElementsAre(Read(0x00)));
-    ClickNode("Temperature");
-    ClickNode("Local");
-    ClickNode("Local High Limit");
     ClickTab("Control");
-    Adapter().calls.clear();
-    Adapter().registers[0x0B] = 77;
+    Adapter().registers[0x01] = 77;
     ClickTab("Register Access");
-    EXPECT_THAT(Adapter().calls, ElementsAre(Read(0x0B)));
+    EXPECT_THAT(Adapter().calls, ElementsAre(Read(0x01), Read(0x01), Read(0x01)));
     EXPECT_EQ(TextOf("lblDecVal"), "77");
 }
 
-TEST_F(RegisterAccessPageTest, AnAddressCanBeTypedWhileReadsRepeat) {
-    Open(ZTM7720);
+TEST_F(RegisterAccessPageTest, TheTreeHasColoursByLevel) {
+    const auto &tree = Find<QTreeWidget>("TreeView1");
+    EXPECT_EQ(tree.indentation(), Twips(200, tree));
+    const auto *node = tree.topLevelItem(0);
+    EXPECT_TRUE(node->isExpanded());
+    EXPECT_FALSE(tree.topLevelItem(1)->isExpanded());
+    for (const QColor colour : {QColor(0, 128, 0), QColor(192, 0, 0), QColor(0, 0, 192)}) {
+        EXPECT_EQ(node->foreground(0).color(), colour);
+        node = node->child(0);
+    }
+    EXPECT_EQ(tree.findItems("", Qt::MatchContains | Qt::MatchRecursive).size(), 82);
+}
+
+TEST_F(RegisterAccessPageTest, ContinuousReadRepeatsWhileItsTabIsShownAndLeavesTheBoxInUse) {
     Click("chkContRead");
     auto &box = Find<QLineEdit>("txtReadAddr");
     box.clear();
@@ -335,50 +260,28 @@ TEST_F(RegisterAccessPageTest, AnAddressCanBeTypedWhileReadsRepeat) {
         clock.Advance(0.6);
         Tick();
     }
-    EXPECT_EQ(Shown().section('|', 0, 2), "Local Temperature(MSB)|41h|41H");
+    EXPECT_TRUE(Shown().startsWith("Local Temperature(MSB)|41h|41H|"));
     box.selectAll();
     clock.Advance(0.6);
     Tick();
     EXPECT_EQ(box.selectedText(), "41H");
-}
 
-TEST_F(RegisterAccessPageTest, WhatIsReadIsToldToAssistiveTechnology) {
-    Open(ZTM7720);
-    Adapter().registers[0x01] = 0x80;
-    Type("txtReadAddr", "1");
-    Click("cmdRead");
-    const auto told = [](const QString &name) {
-        return QAccessible::queryAccessibleInterface(&Find(name))->text(QAccessible::Name);
-    };
-    EXPECT_EQ(told("lblRegDescription"), "Configuration1");
-    EXPECT_EQ(told("lblHexVal"), "80");
-    EXPECT_EQ(told("lblBit(7)"), "Bit 7, TBL/SW: 1");
-    EXPECT_EQ(told("txtReadAddr"), "Address");
-}
-
-TEST_F(RegisterAccessPageTest, ContinuousReadRepeatsWhileItsTabIsShown) {
-    Open(ZTM7720);
-    Type("txtReadAddr", "41");
-    Click("chkContRead");
-    EXPECT_FALSE(IsEnabled("cmdRead"));
-    EXPECT_FALSE(IsEnabled("cmdWrite"));
-    const auto readsIn = [&](double seconds) {
+    const auto readsIn2Seconds = [this] {
         Adapter().calls.clear();
-        for (double passed = 0; passed < seconds; passed += 0.030) {
+        for (int tick = 0; tick < 67; ++tick) {
             Tick();
             clock.Advance(0.030);
         }
         return Adapter().calls.size();
     };
-    EXPECT_EQ(readsIn(2.5), 5U);
-    EXPECT_EQ(Adapter().calls.front(), Read(0x41));
-    ClickTab("Control");
-    EXPECT_EQ(readsIn(2), 0U);
-    ClickTab("Register Access");
-    Click("chkContRead");
-    EXPECT_TRUE(IsEnabled("cmdRead"));
-    EXPECT_TRUE(IsEnabled("cmdWrite"));
-    EXPECT_EQ(readsIn(2), 0U);
+    for (const bool reads : {true, false}) {
+        EXPECT_TRUE(IsEnabled("cmdRead") != reads && IsEnabled("cmdWrite") != reads);
+        EXPECT_EQ(readsIn2Seconds(), reads ? 3U : 0U);
+        ClickTab("Control");
+        EXPECT_EQ(readsIn2Seconds(), 0U);
+        ClickTab("Register Access");
+        Click("chkContRead");
+    }
 }
 
 } // namespace
