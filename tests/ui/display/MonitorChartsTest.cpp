@@ -45,39 +45,7 @@ protected:
     }
 };
 
-<<<<<<< HEAD
-TEST_F(MonitorChartsTest, EveryTickFeedsAllChartsOnAnyTab) {
-    Open(ZTM7720);
-    Measurements = {1, 2, 3, 4, 5, 6};
-    ClickTab("Control");
-    Tick();
-    EXPECT_EQ(MeasurementHistory().SampleCount(), 1U);
-    EXPECT_EQ(Values("frmMain", "stpTempFan"), "1 2 3 4 5 6");
-    EXPECT_EQ(Values("frmMain", "stpTemp"), "1 2 3 6");
-    EXPECT_EQ(Values("frmMain", "stpFan"), "4 5");
-    GraphingEnabled = false;
-    Tick();
-    EXPECT_EQ(MeasurementHistory().SampleCount(), 1U);
-}
-
-TEST_F(MonitorChartsTest, OneFanAndOneRemoteChannelLeaveGaps) {
-    Open(ZTM7710);
-    Measurements = {1, 2, 3, 4, 5, 6};
-    Tick();
-    OpenBigGraph();
-    for (const char *form : {"frmMain", "frmBigGraph"}) {
-        EXPECT_EQ(Values(form, "stpTempFan"), "1 2 - 4 - 6");
-    }
-    EXPECT_DOUBLE_EQ(ChartIn("frmMain", "stpTempFan").LabelVerticalPosition(7), 0.18);
-    EXPECT_DOUBLE_EQ(ChartIn("frmMain", "stpTemp").LabelVerticalPosition(4), 0.18);
-    EXPECT_NEAR(ChartIn("frmBigGraph", "stpTempFan").LabelVerticalPosition(7), 0.12, 1e-9);
-    EXPECT_NEAR(ChartIn("frmBigGraph", "stpTemp").LabelVerticalPosition(4), 0.15, 1e-9);
-}
-
-TEST_F(MonitorChartsTest, ReadOutsNameTheChannelsOfTheVariant) {
-=======
 TEST_F(MonitorChartsTest, BothWindowsShowTheChartThatIsChosenAsTheVariantHasIt) {
->>>>>>> 6e8ffbe0719f5d8707af7e961633440a020498b5
     const struct {
         std::string_view variant;
         const char *option, *chart, *labels;
@@ -148,13 +116,7 @@ TEST_F(MonitorChartsTest, EveryTickFeedsTheChartsOnAnyTabIfAsked) {
 
 TEST_F(MonitorChartsTest, TheFullScreenGraphFillsItsWindowAndIsFedWhileAskedFor) {
     Open(ZTM7720);
-<<<<<<< HEAD
-    Measurements = {1, 2, 3, 4, 5, 6};
-    OpenBigGraph();
-    EXPECT_TRUE(BigGraphEnabled);
-=======
     EXPECT_EQ(Find("frmBigGraph").windowTitle(), "Graphing");
->>>>>>> 6e8ffbe0719f5d8707af7e961633440a020498b5
     for (const QSize size : {QSize(400, 300), QSize(1200, 700)}) {
         Find("frmBigGraph").resize(size);
         Settle();

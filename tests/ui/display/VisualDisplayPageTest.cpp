@@ -39,8 +39,6 @@ protected:
     static QPoint At(const Gauge &gauge, int pointer, double value) {
         return gauge.PointerPosition(pointer, value).toPoint();
     }
-<<<<<<< HEAD
-=======
 
     /// The requests that a drag of a pointer by the mouse leads to.
     static std::vector<Call> Drag(int index, int pointer, double to) {
@@ -61,7 +59,6 @@ protected:
     }
 
     std::vector<Call> callsOfFirstVisit;
->>>>>>> 6e8ffbe0719f5d8707af7e961633440a020498b5
 };
 
 /// The whole number that is nearest.
