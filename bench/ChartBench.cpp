@@ -1,8 +1,8 @@
-// What it costs to append a sample of six channels and to repaint a chart of 700 x 400, at 60 s,
-// an hour and a day in sight: the strip chart, a plain widget that paints the same picture, the
-// plotting library's own graph fed with every sample and, where it is installed, another library
-// fed with the columns. All in one run and in turns, since the ratios hold where the times do
-// not. Fails when the strip chart costs more than it may.
+// The cost of appending a sample of six channels and repainting a chart of 700 x 400 that shows 60
+// s, an hour and a day: the strip chart, a plain widget that paints the same picture, the plotting
+// library's own graph fed with every sample and, if installed, another library fed with the
+// columns. All in one run and in turns, since the ratios are stable when the times are not. Fails
+// if the strip chart costs too much.
 
 #include "Measure.h"
 #include "ui/instruments/StripChart.h"
@@ -51,8 +51,8 @@ bool IsFan(int channel) {
 class Signal {
 public:
     enum class Kind {
-        Slow,  ///< swings over hours, as those of a board do, with some noise
-        Swings ///< from one end of the axis to the other with every sample
+        Slow,  ///< swings over hours, like those of a board, with some noise
+        Swings ///< swings from one end of the axis to the other at every sample
     };
 
     explicit Signal(Kind signalKind) : kind(signalKind) {}
@@ -172,7 +172,7 @@ private:
     QVector<QLine> lines;
 };
 
-/// The plotting library's own graph, every sample in it.
+/// The plotting library's own graph with every sample.
 class RawChart : public QCustomPlot {
 public:
     explicit RawChart(double seconds) : span(seconds) {
@@ -231,12 +231,12 @@ ztm::StripChartSetup Setup(double seconds) {
 }
 
 #ifdef ZTM_BENCH_QT_CHARTS
-/// Lines that are given the low and the high of every column with each sample.
+/// Lines that get the low and high of every column with each sample.
 class LineSeriesChart : public QChartView {
 public:
     LineSeriesChart(const ChannelHistory &source, double seconds)
         : history(source), columns(source), span(seconds) {
-        auto *chart = new QChart; // the view takes it
+        auto *chart = new QChart; // the view takes ownership
         auto *temperature = new QValueAxis(chart);
         auto *fan = new QValueAxis(chart);
         time = new QValueAxis(chart);
@@ -286,13 +286,13 @@ private:
 };
 #endif
 
-/// Puts what was painted on the screen, or where the screen would be.
+/// Flushes painting to the screen, or to the offscreen substitute.
 void Flush() {
     QCoreApplication::sendPostedEvents();
     QCoreApplication::processEvents();
 }
 
-/// All charts of one span, with as much history.
+/// All charts of one span, filled with that much history.
 class Contest {
 public:
     Contest(std::string title, double seconds, Signal::Kind kind)
@@ -346,7 +346,7 @@ public:
             }
 #endif
         }
-        // And with samples a column apart, so that the time axis moves with each.
+        // Then samples a column apart, so that the time axis moves with each.
         for (int round = 0; round < rounds; ++round) {
             source.Skip(span / 550);
             Append();
@@ -375,7 +375,7 @@ public:
                      "x");
     }
 
-    /// Of an append and a repaint, the strip chart to the reference.
+    /// Ratio of the strip chart to the reference: append and repaint; MovingRatio: repaint only.
     double MedianRatio() const {
         return Own() / (plains.Median() + append.Median());
     }
@@ -386,7 +386,7 @@ public:
         return movingCharts.Median() / movingPlains.Median();
     }
 
-    /// Of an append and a repaint of the strip chart.
+    /// Times of append and repaint; MovingAxis: repaint only; Raw: the raw graph.
     double Own() const {
         return charts.Median() + append.Median();
     }
@@ -407,7 +407,7 @@ private:
         history.Append(time, values);
     }
 
-    /// By turns the first, so that neither always finds the caches warm.
+    /// Alternates which is first, so that neither always finds the caches warm.
     void PaintChartAndReference(int round, Times &ownTimes, Times &referenceTimes) {
         for (int turn = 0; turn < 2; ++turn) {
             if ((round + turn) % 2 == 0) {
@@ -452,7 +452,7 @@ void Compare(const char *kindName, Signal::Kind kind, Table &table) {
     const auto minute = run("60 s", 60, 1);
     run("1 h", 3600, 6);
     const auto day = run("24 h", 86400, 100);
-    // The two have not run in turns: their ratios to the reference have the machine's mood out.
+    // The two did not run in turns: their ratios to the reference cancel out the machine's load.
     Table::Heading(std::string("charts over spans, ").append(kindName).c_str());
     table.AtMost("24 h to 60 s, each to its reference, median",
                  day->MedianRatio() / minute->MedianRatio(), 1.5, "x");

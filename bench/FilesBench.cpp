@@ -1,5 +1,5 @@
-// What an entry of the measurement log costs until the operating system has it, beside a plain
-// formatted write of the same line, and how fast a snapshot is read.
+// The cost of a measurement log entry until the operating system has it, compared with a plain
+// formatted write of the same line, and the speed of reading a snapshot.
 
 #include "common/Clock.h"
 #include "files/SnapshotFile.h"
@@ -16,7 +16,7 @@
 
 namespace {
 
-/// A file that is gone at the end.
+/// A file that is deleted at the end.
 class ScratchFile {
 public:
     ScratchFile() { close(mkstemp(path)); }

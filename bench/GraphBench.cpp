@@ -1,5 +1,5 @@
-// What a repaint of the automatic control graph costs while a point is carried over it. Fails
-// when that is more than it may.
+// The cost of repainting the automatic control graph while a point is carried over it. Fails if it
+// is too high.
 
 #include "Measure.h"
 #include "fan/LookupTable.h"

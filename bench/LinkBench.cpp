@@ -1,5 +1,5 @@
-// What the register operations add to the adapter library's own time, and the search for a
-// chip that is not there.
+// The time that register operations add to the adapter library's own, and the time of a search that
+// finds no chip.
 
 #include "Measure.h"
 #include "discovery/DeviceScan.h"
@@ -90,7 +90,7 @@ BENCHMARK(DirectWrite);
 BENCHMARK(WriteRegister);
 BENCHMARK(ScanOfAnAbsentChip);
 
-/// Keeps the medians, in nanoseconds, and the speeds, in bytes a second, and prints nothing.
+/// Keeps the medians in nanoseconds and the speeds in bytes per second, and prints nothing.
 class MedianReporter final : public benchmark::BenchmarkReporter {
 public:
     bool ReportContext(const Context & /*context*/) override { return true; }

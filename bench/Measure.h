@@ -18,7 +18,7 @@ inline double CpuMicroseconds() {
     return Microseconds(CLOCK_PROCESS_CPUTIME_ID);
 }
 
-/// The times of pieces of work in microseconds: CPU time, unless another clock is asked for.
+/// Times of pieces of work in microseconds: CPU time unless another clock is given.
 class Times {
 public:
     explicit Times(clockid_t timesClock = CLOCK_PROCESS_CPUTIME_ID) : clock(timesClock) {}
@@ -45,8 +45,8 @@ private:
     std::vector<double> times;
 };
 
-/// The rows of the table that all benchmarks make together: figures, beside their bounds where
-/// they have one, and whether all of them keep to those.
+/// The rows of the benchmark table: figures, with their bounds if they have one, and whether all of
+/// them keep these.
 class Table {
 public:
     static void Heading(const char *what) { std::printf("%s\n", what); }

@@ -1,5 +1,4 @@
-// What the simulated board costs: a day of its time, and one request. Fails when that is more
-// than it may.
+// The cost of the simulated board: a day of its time, and one request. Fails if it is too high.
 
 #include "Measure.h"
 #include "adapter/sim/SimulatedBoard.h"
@@ -28,7 +27,7 @@ void Write(SimulatedBoard &board, int address, int data) {
                           0, 0, nullptr);
 }
 
-/// Firmware in, noise on, both fans under automatic control in straight lines, both heaters on.
+/// Firmware loaded, noise on, both fans under linear automatic control, both heaters on.
 void SetUp(SimulatedBoard &board) {
     if (board.LoadFirmWare(ZTM_FIRMWARE_FOLDER "\\ZTM7720FW_v3.Hex") < 0) {
         std::exit(EXIT_FAILURE);
@@ -68,8 +67,8 @@ double NightMilliseconds() {
     return (CpuMicroseconds() - start) / 1e3;
 }
 
-/// The median over batches of requests that follow each other as fast as they can, on the
-/// machine's clock, among them those that let a tick pass.
+/// The median over batches of back-to-back requests on the machine's clock, including those in
+/// which a tick passes.
 double MedianRequestMicroseconds() {
     constexpr int batches = 2001;
     constexpr int requests = 200;

@@ -1,5 +1,5 @@
-// Days of the running main window in minutes: every display on, the full-screen chart open, a log
-// running, on the recording adapter and a clock that is moved. Watches the memory and the log.
+// Runs days of the main window in minutes: every display on, the full-screen chart open, a log
+// running, with the recording adapter and a simulated clock. Watches the memory and the log.
 //
 //   soak [HOURS]
 
@@ -27,7 +27,7 @@ constexpr int ticksPerPaint = 33;
 constexpr double hourSeconds = 3600;
 constexpr double megabyte = 1e6;
 
-/// Resident memory of this process in MB, without that of the history, which fills for a day.
+/// Resident memory of this process in MB, without the history, which fills for a day.
 double MemoryBesideHistory() {
     std::ifstream status("/proc/self/statm");
     double pages = 0;
@@ -42,7 +42,7 @@ void StartEverything(const TemporaryFolder &folder) {
     ztm::ShowForm<ztm::InitForm>();
     SearchInWizard();
     Click("FinishCMD");
-    Find<QTimer>("tmrMain").stop(); // only the ticks of the clock that is moved
+    Find<QTimer>("tmrMain").stop(); // ticks come only from the simulated clock
     ClickTab("Visual Display");
     Click("cmdEasySetup");
     Click("cmdGraphOptions");
@@ -59,7 +59,7 @@ void StartEverything(const TemporaryFolder &folder) {
     ClickTab("Visual Display");
 }
 
-/// What the chip measures wanders, so that every display has something to do.
+/// Lets the measurements wander, so that every display has something to do.
 void Wander(double seconds) {
     for (const size_t address : {0x41U, 0x43U, 0x45U, 0x4BU, 0x4DU, 0x4EU}) {
         Adapter().registers[address] =
@@ -67,7 +67,7 @@ void Wander(double seconds) {
     }
 }
 
-/// The largest distance of a log entry's time from one tick behind an even second.
+/// The largest deviation of the time between log entries from 1 s and half a tick.
 double LogDrift(const std::string &path) {
     std::ifstream log(path);
     std::string line;

@@ -1,5 +1,5 @@
-// What a monitor tick costs, painting included, on the recording adapter. Fails when that is more
-// than it may.
+// The cost of a monitor tick, including painting, on the recording adapter. Fails if it is too
+// high.
 
 #include "Measure.h"
 #include "link/Heaters.h"
@@ -20,7 +20,7 @@ constexpr int warmUpTicks = 500;
 constexpr int measuredTicks = 4000;
 constexpr double tickSeconds = 0.030;
 
-/// Ticks, and lets what was invalidated be painted.
+/// Runs ticks and the painting that they cause.
 ztm::bench::Times Measure(const char *what, ClockDouble &clock) {
     ztm::bench::Times times;
     for (int tick = 0; tick < warmUpTicks + measuredTicks; ++tick) {

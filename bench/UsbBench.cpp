@@ -1,6 +1,6 @@
 // A register read through the program's register operations, the shipped USB library and libusb,
-// beside a control transfer that is handed to libusb directly. Both ask the same virtual device.
-// Fails when the former costs more than it may.
+// compared with a control transfer given directly to libusb. Both use the same virtual device.
+// Fails if the former is too slow.
 
 #include "Measure.h"
 #include "adapter/usb/Device.h"
@@ -21,7 +21,7 @@ constexpr int reads = 6000;
 constexpr int32_t limitRegister = 0x0B;
 constexpr auto timeOut = std::chrono::milliseconds(500);
 
-/// Takes the time of a read, or ends the program when the read was not right.
+/// Measures a read; ends the program if the read returned a wrong value.
 template <class Read>
 void Take(bench::Times &times, const Read &read) {
     int value = 0;
@@ -35,7 +35,7 @@ void Take(bench::Times &times, const Read &read) {
 } // namespace
 
 int main() {
-    // There before the library's adapter, so that they outlive it.
+    // Created before the library's adapter, so that they outlive it.
     static test::VirtualUsb bus;
     static test::VirtualAdapter adapter(bus);
     adapter.PlugRunning();

@@ -1,5 +1,5 @@
-// From the start of the process to the first paint of the search wizard: starts itself again
-// and again and takes the time.
+// The time from the start of the process to the first paint of the search wizard: starts itself
+// repeatedly and measures it.
 
 #include "Measure.h"
 #include "ui/session/InitForm.h"

@@ -1,5 +1,5 @@
-// Walks through the real windows on the simulated board, as a newcomer would, and writes a
-// numbered picture at every stop. Program and board share a clock that nobody has to wait for.
+// Walks through the real windows on the simulated board, as a new user would, and saves a numbered
+// picture at every stop. Program and board share a simulated clock, so nothing has to wait.
 //
 //   ztm-tour FOLDER [dark]
 
@@ -68,7 +68,7 @@ private:
         Picture("InitForm", "welcome");
         Click("NextCMD");
         Picture("InitForm", "medium");
-        // The search blocks here, so the picture of it is taken from the events that it lets run.
+        // The search blocks here, so its picture is taken in an event that it processes.
         QTimer::singleShot(0, [this] { Picture("InitForm", "searching"); });
         Click("NextCMD");
         Picture("InitForm", "results");
@@ -192,7 +192,7 @@ private:
         Curve();
     }
 
-    /// Picks automatic control, which the other windows need.
+    /// Selects automatic control, which the other windows need.
     void FanConfiguration() {
         Click("cmdConParam");
         Click("optAuto");
@@ -217,7 +217,7 @@ private:
         CloseByCloseBox("frmAutoControl");
     }
 
-    /// A click on a control whose name other windows have as well.
+    /// Clicks a control whose name also occurs in other windows.
     static void ClickOn(const char *form, const char *control) {
         QTest::mouseClick(Find(form).findChild<QWidget *>(control), Qt::LeftButton);
     }
@@ -265,7 +265,7 @@ private:
         ClickTab("Visual Display");
     }
 
-    /// A hand at the bench stops a fan.
+    /// The user stops a fan at the bench.
     void StalledFan() {
         ztm::BoardWindow bench;
         bench.show();
@@ -275,7 +275,7 @@ private:
         Picture("frmMain", "stalled-fan");
     }
 
-    /// Lets that time pass for board and program.
+    /// Advances the time of board and program.
     void Live(double seconds) {
         for (double passed = 0; passed < seconds; passed += tickSeconds) {
             clock.Advance(tickSeconds);

@@ -4,7 +4,7 @@
 
 namespace ztm::test {
 
-/// Puts a new simulated board behind the adapter's entries, on that clock.
+/// Puts a new simulated board with that clock behind the adapter functions.
 void PlugIn(sim::Variant variant, sim::SimulatedBoard::Clock clock);
 
 } // namespace ztm::test

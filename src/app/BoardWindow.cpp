@@ -91,7 +91,7 @@ QGroupBox *BoardWindow::NewBenchFrame() {
     spnAmbient = Named(new QSpinBox, "spnAmbient");
     spnAmbient->setRange(coldestCelsius, hottestCelsius);
     spnAmbient->setSuffix(tr(" °C"));
-    spnAmbient->setKeyboardTracking(false); // a number is taken when it is complete
+    spnAmbient->setKeyboardTracking(false); // takes only complete numbers
     layout->addRow(tr("&Ambient"), spnAmbient);
     // In the order of sim::DiodeFault and sim::FanFault.
     const QStringList diodeFaults = {tr("Sound"), tr("Open"), tr("Shorted")};
@@ -175,7 +175,7 @@ void BoardWindow::ShowSettings() {
     }
 }
 
-/// Another variant or address is another board, so they are free until a session has begun.
+/// A change of variant or address means another board, so both are locked once firmware is loaded.
 void BoardWindow::Refresh() {
     sim::BoardSettings settings;
     sim::BoardState state{};
@@ -195,7 +195,7 @@ void BoardWindow::Refresh() {
     }
 }
 
-/// Nobody looks at a hidden window, so the board is not asked then.
+/// A hidden window does not query the board.
 void BoardWindow::showEvent(QShowEvent *event) {
     Refresh();
     tmrRefresh->start();

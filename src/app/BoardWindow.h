@@ -16,9 +16,9 @@ class QTimer;
 
 namespace ztm {
 
-/// The window "Simulated Board": the hand at the bench of ztm-eval-sim. What is chosen in it
-/// takes effect at once, and it shows how things truly stand on the board. It is none of the
-/// program's windows, so the program neither waits for it nor closes it.
+/// The window "Simulated Board" lets the user of ztm-eval-sim change board and bench. Changes take
+/// effect immediately, and it shows the true state of the board. It is not one of the program's
+/// windows: the program neither waits for it nor closes it.
 class BoardWindow final : public QWidget {
     Q_OBJECT
 
@@ -36,11 +36,11 @@ private:
     QCheckBox *NewCheck(const char *name, const QString &caption, bool sim::BoardSettings::*field);
     void ConnectSignals();
 
-    /// Changes the board's settings to what the controls show.
+    /// Sets the board to what the controls show.
     void Arrange();
     /// Shows the board's settings in the controls.
     void ShowSettings();
-    /// Shows the true values, and which controls the board leaves to the user.
+    /// Shows the true values, and enables the controls that can be used.
     void Refresh();
 
     struct Check {

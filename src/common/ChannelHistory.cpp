@@ -12,13 +12,13 @@ namespace {
 constexpr float infinity = std::numeric_limits<float>::infinity();
 constexpr double noTime = std::numeric_limits<double>::quiet_NaN();
 
-/// 64 samples at one per 30 ms. Bins are cut by time, so that a day fits at any rate.
+/// 64 samples at one per 30 ms. Bins are split by time, so a day fits at any sample rate.
 constexpr double binSeconds = 64 * 0.030;
 
 constexpr int levelCount = 4;
 constexpr uint64_t levelFactor = 8;
 
-/// The first index from `begin` up to `end` for which `isBefore` no longer holds.
+/// The first index from `begin` up to `end` for which `isBefore` is false.
 template <class Predicate>
 uint64_t FirstNot(uint64_t begin, uint64_t end, const Predicate &isBefore) {
     const auto indices = std::views::iota(begin, end);
@@ -35,7 +35,7 @@ ChannelHistory::Cell ChannelHistory::Cell::Empty() {
     return cell;
 }
 
-// A comparison with not-a-number is false, so that gaps pass by.
+// A comparison with NaN is false, so gaps are skipped.
 void ChannelHistory::Cell::Include(const Cell &other) {
     for (size_t channel = 0; channel < channelCount; ++channel) {
         lows[channel] = other.lows[channel] < lows[channel] ? other.lows[channel] : lows[channel];
@@ -51,7 +51,7 @@ void ChannelHistory::Cell::Include(const Values &values) {
 ChannelHistory::Pyramid::Pyramid(uint64_t capacity) {
     for (int level = 0; level < levelCount; ++level) {
         capacity /= levelFactor;
-        // A ring has at least one chunk; a little too much room at the top does no harm.
+        // A ring has at least one chunk; some spare room at the top does no harm.
         levels.emplace_back(std::max<uint64_t>(capacity, 256));
     }
 }
@@ -192,7 +192,7 @@ ChannelHistory::Span ChannelHistory::Between(double from, double to) const {
     span.rawEnd = FindRaw(to);
     if (!IsRawFrom(from)) {
         span.binBegin = FindBinEnd(from);
-        // Samples that have gone may bear the same time as the oldest that is left.
+        // Dropped samples may have the same time as the oldest one kept.
         const double justAfterOldest = std::nextafter(raw[FirstRaw()].time, infinity);
         span.binEnd = std::max(span.binBegin, FindBinStart(std::min(to, justAfterOldest)));
     }

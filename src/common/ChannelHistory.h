@@ -12,12 +12,12 @@
 
 namespace ztm {
 
-/// Fixed room for the newest `capacity` elements, counted from the first one ever put in.
-/// Memory comes in chunks as it fills, and not again once the ring has been round.
+/// Ring buffer of the newest `capacity` elements, indexed from the first one ever added. Memory is
+/// allocated in chunks as it fills, and no more once it is full.
 template <class T>
 class Ring {
 public:
-    /// `capacity` is a power of two and at least as large as a chunk.
+    /// `capacity` must be a power of two and at least one chunk.
     explicit Ring(uint64_t capacity) : mask(capacity - 1), chunks(capacity / chunkSize) {}
 
     T &Put(uint64_t index) {
@@ -51,69 +51,69 @@ private:
     size_t allocated = 0;
 };
 
-/// What the samples of one channel in a span of time come to.
+/// Summary of the samples of one channel in a time span.
 struct Extent {
     static constexpr float gap = std::numeric_limits<float>::quiet_NaN();
 
-    float low = gap; ///< the extremes, not-a-number when there is no value in the span
+    float low = gap; ///< minimum and maximum; NaN if the span has no value
     float high = gap;
-    float first = gap; ///< the outermost samples, not-a-number when they are gaps
+    float first = gap; ///< first and last sample; NaN for a gap
     float last = gap;
-    bool any = false; ///< whether there is a sample at all, gaps included
+    bool any = false; ///< whether there is any sample, gaps included
 };
 
-/// The measured values of six channels over time, bounded, for any number of readers. Every
-/// sample of at least the last 131,072 is kept (over an hour at one per 30 ms), and the extremes
-/// of bins of about 1.9 s for at least 24 hours beyond. No extreme is ever lost within that time:
-/// a query may show it up to one bin early or late once the sample itself has gone.
+/// Measured values of six channels over time, in bounded memory, for any number of readers. The
+/// newest 131,072 samples are kept (over an hour at one per 30 ms), and the extremes of bins of
+/// about 1.9 s for at least the last 24 hours. No extreme is lost within that time; once its sample
+/// has been dropped, a query may show it up to one bin early or late.
 class ChannelHistory {
 public:
     static constexpr int channelCount = 6;
     using Values = std::array<float, channelCount>;
 
-    /// Adds a sample of every channel at `timeSeconds`, seconds from any origin that the caller
-    /// likes. A time before that of the last sample counts as that time; a sample without a time
-    /// is left out. A value that is not finite is a gap.
+    /// Adds a sample of every channel at `timeSeconds`, in seconds from any origin. A time before
+    /// the last sample counts as the time of the last sample; a sample whose time is not finite is
+    /// ignored. A value that is not finite is a gap.
     void Append(double timeSeconds, const Values &values);
 
-    /// Forgets everything and gives the memory back.
+    /// Deletes everything and frees the memory.
     void Clear();
 
     bool IsEmpty() const { return rawCount == 0; }
-    /// Changes whenever the history is cleared, so that readers can drop what they derived.
+    /// Changes whenever the history is cleared, so that readers can drop derived data.
     uint64_t Generation() const { return generation; }
     /// Number of samples appended since the last Clear().
     uint64_t SampleCount() const { return rawCount; }
 
-    /// Times of the oldest and the newest sample; not-a-number while empty.
+    /// Times of the oldest and the newest sample; NaN while empty.
     double FirstTime() const;
     double LastTime() const;
-    /// The newest sample of the channel; not-a-number when that is a gap or there is none.
+    /// The newest sample of the channel; NaN if it is a gap or there is none.
     float LastValue(int channel) const;
     /// Whether the channel has had any value since the last Clear().
     bool HasValues(int channel) const { return At(seen, channel); }
 
-    /// The samples with from <= time < to, extremes from the pyramids: the cost grows with the
-    /// logarithm of their number.
+    /// Summary of from <= time < to, with extremes from the pyramids: the cost grows with the
+    /// logarithm of the number of samples.
     Extent MinMax(int channel, double from, double to) const;
     /// MinMax for every channel; finds the span only once.
     std::array<Extent, channelCount> MinMax(double from, double to) const;
 
-    /// The newest sample at or before `time`; a gap when there is none. Once the samples have
-    /// gone, the last value of their bin.
+    /// The newest sample at or before `time`; a gap if there is none. Where samples have been
+    /// dropped, the last value of their bin.
     float ValueAt(int channel, double time) const;
-    /// Time of the newest sample before, and of the oldest at or after, `time`; not-a-number when
-    /// there is none.
+    /// Time of the newest sample before `time`, and of the oldest at or after it; NaN if there is
+    /// none.
     double TimeBefore(double time) const;
     double TimeFrom(double time) const;
 
-    /// Gives out what is kept of from <= time < to in order of time: bins with their extremes
-    /// first, then samples, whose lows and highs are the same.
+    /// Passes everything kept with from <= time < to in time order: first bins with their extremes,
+    /// then samples, whose lows and highs are equal.
     void Visit(double from, double to,
                const std::function<void(double time, const Values &lows, const Values &highs)>
                    &take) const;
 
-    /// Whether all samples from `time` on are still there one by one.
+    /// Whether every sample from `time` on is still kept.
     bool IsRawFrom(double time) const;
 
     /// Memory in use, in bytes.
@@ -125,7 +125,7 @@ private:
         Values values;
     };
 
-    /// Extremes of each channel; low above high where there is no value.
+    /// Extremes of each channel; low > high if there is no value.
     struct Cell {
         Values lows;
         Values highs;
@@ -143,17 +143,17 @@ private:
         Cell cell;
     };
 
-    /// Cells of 8, 64, 512 and 4,096 elements of the ring beneath.
+    /// Cells of 8, 64, 512 and 4,096 elements of the ring below.
     class Pyramid {
     public:
         explicit Pyramid(uint64_t capacity);
 
-        /// Called when `count` elements are complete; `base` gives the cell of an element.
+        /// Call when `count` elements are complete; `base` gives the cell of an element.
         template <class Base>
         void Complete(uint64_t count, const Base &base);
 
-        /// Widens `low` and `high` by the elements begin <= index < end; `value` gives the low
-        /// and the high of one.
+        /// Widens `low` and `high` to include the elements begin <= index < end; `value` gives the
+        /// low and high of one.
         template <class Element>
         void Merge(uint64_t begin, uint64_t end, size_t channel, const Element &value, float &low,
                    float &high) const;
@@ -187,7 +187,7 @@ private:
 
     Ring<Sample> raw{rawCapacity};
     Pyramid rawPyramid{rawCapacity};
-    Ring<Bin> bins{binCapacity}; // of all samples, those still in `raw` included
+    Ring<Bin> bins{binCapacity}; // of all samples, including those in `raw`
     Pyramid binPyramid{binCapacity};
     uint64_t rawCount = 0;
     uint64_t binCount = 0; // the last one is still filling

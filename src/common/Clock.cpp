@@ -11,7 +11,7 @@ namespace {
 
 constexpr double secondsPerDay = 86400.0;
 
-/// Below this a sleep only costs, and a remainder lost in rounding would never pass.
+/// Shorter sleeps are pointless, and a remainder lost in rounding would never pass.
 constexpr double shortestSleepSeconds = 0.0001;
 
 double LocalTimeOfDay() {
@@ -37,7 +37,7 @@ private:
 };
 
 Clock *currentClock = nullptr;
-double lastSeconds = 0; // since midnight, as RunningSeconds last saw them
+double lastSeconds = 0; // seconds since midnight in the last RunningSeconds
 double midnightsPast = 0;
 
 Clock &CurrentClock() {
@@ -86,11 +86,11 @@ double ElapsedSeconds(double start, double now) {
 }
 
 void WaitSince(double start, double seconds) {
-    // What has passed is only known up to a day.
+    // Elapsed time is known only up to a day.
     seconds = std::min(seconds, secondsPerDay - 1);
     for (;;) {
         const double remaining = seconds - ElapsedSeconds(start, SecondsSinceMidnight());
-        if (!(remaining > 0)) { // nothing left, or no number
+        if (!(remaining > 0)) { // nothing left, or NaN
             return;
         }
         CurrentClock().Sleep(std::max(remaining, shortestSleepSeconds));

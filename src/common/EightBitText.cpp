@@ -9,14 +9,14 @@ namespace {
 constexpr char32_t noCharacter = 0xFFFF'FFFF;
 constexpr char replacement = '?';
 
-/// What the bytes 0x80 to 0x9F stand for; 0 where the set has no character.
+/// The characters of the bytes 0x80 to 0x9F; 0 where the set has none.
 constexpr std::array<char32_t, 32> between80And9F{
     0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
     0x2039, 0x0152, 0,      0x017D, 0,      0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178,
 };
 
-/// Takes one character off the front of the text; `noCharacter` for a byte that starts none.
+/// Removes one character from the front of the text; returns `noCharacter` for invalid bytes.
 char32_t TakeCharacter(std::string_view &text) {
     const auto byteAt = [&text](size_t index) {
         return index < text.size() ? static_cast<unsigned char>(text[index]) : 0U;

@@ -5,9 +5,8 @@
 
 namespace ztm {
 
-/// Appends a UTF-8 text to `bytes` in the Windows-1252 character set, one byte per character
-/// (the degree sign is 0xB0). A character that the set lacks, or bytes that are no UTF-8,
-/// become "?".
+/// Appends a UTF-8 text to `bytes` in the Windows-1252 character set, one byte per character (the
+/// degree sign is 0xB0). A character that the set lacks, and bytes that are not UTF-8, become "?".
 void AppendWindows1252(std::string &bytes, std::string_view utf8);
 
 } // namespace ztm

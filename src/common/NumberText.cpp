@@ -27,7 +27,7 @@ std::string WithoutBlanks(std::string_view text) {
     return kept;
 }
 
-/// Places the decimal point `exponent` digits behind the first of `digits`.
+/// Puts the decimal point `exponent` digits after the first of `digits`.
 std::string PlainNotation(std::string digits, int exponent) {
     const auto pointAt = exponent + 1;
     if (pointAt <= 0) {
@@ -92,8 +92,7 @@ size_t DecimalLength(std::string_view text) {
     return skipDigits() > 0 ? at : mantissaEnd;
 }
 
-/// Of a decimal number outside the range of a double: whether it is too large rather than too
-/// close to 0.
+/// Whether a decimal number outside the range of a double is too large, not too close to 0.
 bool IsBeyondDouble(std::string_view number) {
     const size_t mantissaEnd = std::min(number.find_first_of("eE"), number.size());
     const std::string_view mantissa = number.substr(0, mantissaEnd);
@@ -108,7 +107,7 @@ bool IsBeyondDouble(std::string_view number) {
             return *digits != '-';
         }
     }
-    return exponent > firstDigit - point; // whose sum could be beyond 64 bits
+    return exponent > firstDigit - point; // the sum could overflow
 }
 
 } // namespace

@@ -21,8 +21,8 @@ int32_t ToInt32(double value) {
 }
 
 double RoundToDecimals(double value, int decimals) {
-    // The conversion to text is the one place that rounds a binary value by its exact
-    // decimal expansion; scaling by a power of ten would round twice.
+    // Only the conversion to text rounds a binary value by its exact decimal expansion; scaling by
+    // a power of ten would round twice.
     char text[400];
     const auto written =
         std::to_chars(text, text + sizeof text, value, std::chars_format::fixed, decimals);

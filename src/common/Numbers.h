@@ -8,11 +8,10 @@ namespace ztm {
 /// 144.5 → 144).
 double RoundHalfToEven(double value);
 
-/// RoundHalfToEven as a 32-bit number. What lies outside its range gives the nearer end of
-/// it, not-a-number gives 0.
+/// RoundHalfToEven limited to the range of a 32-bit number; NaN gives 0.
 int32_t ToInt32(double value);
 
-/// `value` at `decimals` places (0 to 15): the exact value decides, an exact half goes to the
+/// `value` rounded to `decimals` places (0 to 15) by its exact value; an exact half goes to the
 /// even digit (25.375 → 25.38, 25.125 → 25.12).
 double RoundToDecimals(double value, int decimals);
 

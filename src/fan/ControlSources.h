@@ -9,7 +9,7 @@
 
 namespace ztm {
 
-/// What can drive a fan: the lists of both variants with their codes in Fan Behaviour.
+/// What can drive a fan: the lists for both variants with their codes in Fan Behaviour.
 
 struct ControlSource {
     std::string_view Text;
@@ -19,7 +19,7 @@ struct ControlSource {
 inline constexpr std::array<ControlSource, 4> ControlSources{
     {{"Local", 0}, {"Remote1", 1}, {"Remote2", 2}, {"Full Speed", 3}}};
 
-/// With one remote channel; a gap is left where the other one was.
+/// With one remote channel; the code of the other one is left out.
 inline constexpr std::array<ControlSource, 3> OneRemoteControlSources{
     {{"Local", 0}, {"Remote", 1}, {"Full Speed", 3}}};
 
@@ -33,8 +33,8 @@ int32_t CodeOf(std::span<const ControlSource> sources, std::string_view text);
 /// CodeOf in `ControlSources`.
 int32_t ControlSourceCode(std::string_view text);
 
-/// The position of a code from 0 to 3 in a list; one that the list lacks is shown as the source
-/// before it, so that both remote channels are "Remote".
+/// The position of a code from 0 to 3 in a list; a code that the list lacks counts as the source
+/// before it, so both remote channels are "Remote".
 size_t PositionOf(std::span<const ControlSource> sources, int32_t code);
 
 } // namespace ztm

@@ -8,17 +8,17 @@
 
 namespace ztm {
 
-/// The fields of fan control, each with the list that it is chosen from. A list text stands for
-/// a code, compared exactly; a text that no item equals gives 0. A register with a field for each
-/// fan holds that of fan 1 in its lower half.
+/// The fields of fan control, each with its list of choices. A list text stands for a code and must
+/// match exactly; an unknown text gives 0. A register with a field for each fan holds that of fan 1
+/// in its lower half.
 
-/// Whether the lookup table drives the fans, or the user does.
+/// Whether the lookup table or the user sets the fan speeds.
 inline constexpr RegisterField ControlTypeField{Configuration1, SoftwareTableBit};
 
 /// Whether the eight points form one table.
 inline constexpr RegisterField TableLayoutField{Configuration2, EightPointBit};
 
-/// Whether the speed changes on straight lines between the points, or in steps.
+/// Whether the speed changes linearly between the points, or in steps.
 inline constexpr RegisterField TransitionField{Configuration2, LinearBit};
 
 /// How often the speed is corrected. The code is the position.
@@ -43,11 +43,11 @@ inline constexpr std::array<RegisterField, 2> FanPolesFields{
 int32_t SetFanResponse(std::string_view response);
 int32_t SetRampRate(std::string_view rampRate);
 
-/// The number in a poles text; 0 when it has none.
+/// The number in a poles text; 0 if it has none.
 int32_t PolesCode(std::string_view text);
 
-/// The text of a poles code: the nearest item, halves to the even position, and the number
-/// itself where the list has none (0, and 9 to 15).
+/// The text of a poles code: the nearest item (halves to the even position), or the number itself
+/// if the list has none (0, and 9 to 15).
 std::string_view PolesText(int32_t code);
 
 } // namespace ztm

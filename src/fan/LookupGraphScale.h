@@ -7,12 +7,12 @@ namespace ztm {
 inline constexpr double GraphWidth = 4935;
 inline constexpr double GraphHeight = 3735;
 inline constexpr double GraphCelsius = 150;      ///< across the whole width
-inline constexpr double GraphRangeHeight = 3600; ///< of `GraphRpmRange` above the bottom edge
+inline constexpr double GraphRangeHeight = 3600; ///< of `GraphRpmRange`, from the bottom edge
 
 /// Top of the speed scale of the automatic-control graph in RPM.
 extern float GraphRpmRange;
 
-/// Puts the start-of-session value back.
+/// Restores the start-of-session value.
 void ResetLookupGraphScale();
 
 double TempX(double celsius);

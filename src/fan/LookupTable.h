@@ -21,7 +21,7 @@ using LookupTable = std::array<LookupPoint, LookupPoints>;
 extern LookupTable EightPointTable;
 extern LookupTable FourPointTable;
 
-/// The one that `EightPointMode` selects.
+/// The table that `EightPointMode` selects.
 LookupTable &TableInUse();
 
 /// Empties both tables.
@@ -36,7 +36,7 @@ constexpr bool IsLookupRpm(double rpm) {
     return rpm == 0 || (rpm >= SlowestLookupRpm && rpm <= FastestLookupRpm);
 }
 
-/// A speed as a point of the tables holds it: limited to 16 bits, never wrapped.
+/// A speed as stored in the tables: limited to 16 bits, never wrapped.
 int16_t PointRpm(double rpm);
 
 /// The register of a point's temperature, and that of the high byte of its speed.
@@ -47,12 +47,11 @@ constexpr int32_t SpeedRegister(int point) {
     return 0x2B + 2 * point;
 }
 
-/// Reads a temperature in °C from the chip, or writes the nearest one that has an encoding.
+/// Reads a temperature in °C from the chip, or writes the nearest one that can be encoded.
 int32_t ReadPointTemperature(int point);
 void WritePointTemperature(int point, double celsius);
 
-/// Writes a speed, limited to 0 to FastestLookupRpm. One of 1 to 75 RPM has no count and writes
-/// nothing.
+/// Writes a speed, limited to 0 to FastestLookupRpm. 1 to 75 RPM have no count: nothing is written.
 void WritePointRpm(int point, double rpm);
 
 } // namespace ztm

@@ -9,7 +9,7 @@ namespace ztm {
 
 /// The fields of the THERM functions.
 
-/// THERM does not bring the fans to full speed.
+/// Set: THERM does not bring the fans to full speed.
 inline constexpr RegisterField BoostDisableField{Configuration2, 0x02};
 
 /// In degrees.
@@ -24,7 +24,7 @@ inline constexpr RegisterField ThermReferenceField{Configuration4, 0x80};
 inline constexpr std::array<RegisterField, 3> ThermEventFields{
     {{Configuration4, 0x01}, {Configuration4, 0x02}, {Configuration4, 0x04}}};
 
-/// The time over which the share of THERM is measured. The code is the position; two are unused.
+/// The time window of the THERM percentage. The code is the position; two codes are unused.
 inline constexpr RegisterField ThermWindowField{Configuration4, 0x70};
 inline constexpr std::array<std::string_view, 6> ThermWindows{".25 sec", ".5 sec", "1 sec",
                                                               "2 sec",   "4 sec",  "8 sec"};

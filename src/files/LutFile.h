@@ -10,20 +10,18 @@ namespace ztm {
 
 inline constexpr int LutPoints = 8;
 
-/// A point as it stands in the boxes.
+/// A point as typed in the boxes.
 struct LutPoint {
     std::string Temperature;
     std::string RPM;
 };
 
-/// Writes the points' texts as they stand, UTF-8, to a file that replaces one of that name.
-/// False when that fails.
+/// Writes the points' UTF-8 texts unchanged to a file, replacing an existing one. False on failure.
 bool SaveLut(const std::string &path, const std::array<LutPoint, LutPoints> &points);
 
-/// The eight points' texts up to their ";", as the bytes of the file. What stands in front of
-/// the first line behind the first ";" is passed by, as is everything behind a point's ";" on
-/// its line. None when the file cannot be read, ends before the eighth ";", or has a point of
-/// more than 65536 characters.
+/// The eight points' texts up to their ";", as the bytes of the file. Skips everything before the
+/// line after the first ";", and the rest of each point's line. Returns nothing if the file cannot
+/// be read, ends before the eighth point's ";", or has a point of more than 65536 characters.
 std::optional<std::array<std::string, LutPoints>> ReadLut(const std::string &path);
 
 } // namespace ztm

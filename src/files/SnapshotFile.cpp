@@ -14,12 +14,12 @@
 namespace ztm {
 namespace {
 
-/// The registers in front of the measurements; what comes behind is never saved.
+/// The map slots that are saved; for a ZTM7720 all registers before the Device ID.
 constexpr size_t savedRegisters = 52;
 
 constexpr int mostLines = 4096;
 
-/// The reader looks for the first of these, and nothing in front of the data may contain it.
+/// The reader looks for the first one, so nothing before the data may contain it.
 constexpr char mark = 'x';
 
 std::string TwoHexDigits(int32_t value) {
@@ -53,8 +53,8 @@ std::string SnapshotText() {
     return text;
 }
 
-/// The number of data lines behind the first mark; the empty line at the end is not counted.
-/// None when the file cannot be read that far or has no line end at its end.
+/// The number of data lines after the first mark, without the empty line at the end. Nothing if the
+/// file cannot be read that far or does not end in a line end.
 std::optional<int> CountLines(const std::string &path) {
     std::ifstream file = OpenText(path);
     if (!SkipPast(file, mark)) {

@@ -8,15 +8,15 @@
 
 namespace ztm {
 
-/// Longest firmware path in characters that the adapter library is given.
+/// Longest firmware path passed to the adapter library, in bytes.
 inline constexpr size_t LongestFirmwarePath = 512;
 
-/// Full path of the firmware file, built at start-up, and the same as zero-terminated 8-bit
+/// Full path of the firmware file, built at start-up, and the same path as zero-terminated 8-bit
 /// text for the adapter library.
 extern std::string FirmwarePath;
 extern std::array<char, LongestFirmwarePath + 1> FirmwarePathBytes;
 
-/// Puts the start-of-run values back.
+/// Resets both to their start-up values.
 void ResetAdapterStartUp();
 
 /// The status lamp of the adapter.
@@ -31,15 +31,13 @@ public:
 /// The folder that holds the program, without a trailing separator.
 std::string ProgramFolder();
 
-/// Puts `text` into `FirmwarePathBytes`, one byte per 8-bit character, and a zero byte after
-/// it. The bytes are those that the platform names its files with, unchanged, so that the
-/// library can open the file whatever the folder is called. A text of more than
-/// LongestFirmwarePath bytes is refused: false, and nothing is changed.
+/// Copies `text` into `FirmwarePathBytes` and ends it with a zero byte. The bytes are unchanged, as
+/// the file system uses them, so the library can open the file whatever the folder is called.
+/// Returns false and changes nothing if `text` is longer than LongestFirmwarePath bytes.
 bool ToAnsiBytes(std::string_view text);
 
-/// Builds `FirmwarePath` from `programFolder` and has the adapter library load the file. A
-/// negative result means failure; so does a path that is too long, of which the library is
-/// not told.
+/// Builds `FirmwarePath` from `programFolder` and has the adapter library load the file. A negative
+/// result means failure. A path that is too long fails without calling the library.
 int16_t LoadAdapterFirmware(std::string_view programFolder);
 
 /// Brings the adapter up when the main window loads: clears `AdapterFailed`, turns the lamp

@@ -4,12 +4,12 @@
 
 namespace ztm {
 
-/// What a failed adapter request leads to. The program installs a handler that tells the user,
-/// unloads every window and ends the process; a test installs one that throws. A handler that
-/// returns ends the process with a failure.
+/// Called when an adapter request fails. The program installs a handler that tells the user, closes
+/// all windows and ends the process; a test installs one that throws. If the handler returns, the
+/// process ends with a failure code.
 using CommFailureHandler = std::function<void()>;
 
-/// Installs the handler; an empty one ends the process without a word.
+/// Installs the handler; with an empty one the process ends silently.
 void SetCommFailureHandler(CommFailureHandler handler);
 
 /// Reports that a request to the adapter failed. Never returns.

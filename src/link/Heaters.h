@@ -16,14 +16,14 @@ struct HeaterSettings {
     int32_t HighPct = 80;         ///< upper end of the ramp in percent
     int16_t IncrementPct = 2;     ///< duty change per ramp step in percent
     int16_t IntervalMs = 500;     ///< time between ramp steps in milliseconds
-    bool StartPending = false;    ///< switched on just now: the first step goes to LowPct
+    bool StartPending = false;    ///< just switched on: the first step goes to LowPct
     bool RampUp = false;          ///< the ramp is rising
 };
 
 /// Index 0 is heater 1, index 1 heater 2.
 extern std::array<HeaterSettings, 2> Heaters;
 
-/// Puts both records back to their defaults.
+/// Resets both records to their defaults.
 void ResetHeaters();
 
 } // namespace ztm

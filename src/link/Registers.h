@@ -5,8 +5,8 @@
 
 namespace ztm {
 
-/// Registers of the chip that the program itself works with, and bits in them. The whole
-/// register map is in regmap/.
+/// Chip registers, and bits in them, that the program itself uses. The whole register map is in
+/// regmap/.
 inline constexpr int32_t Configuration1 = 0x01;
 inline constexpr int32_t MonitorBit = 0x01;       ///< of Configuration1: MON/SB
 inline constexpr int32_t SoftwareTableBit = 0x80; ///< of Configuration1: TBL/SW
@@ -21,7 +21,7 @@ inline constexpr int32_t FanBehaviour = 0x07;
 inline constexpr int32_t EnhanceAcoustics = 0x3B;
 inline constexpr int32_t FanResponse = 0x3C;
 
-inline constexpr int32_t LocalThermLimit = 0x0D; ///< degrees + 64, like the two that follow
+inline constexpr int32_t LocalThermLimit = 0x0D; ///< degrees + 64, like the next two
 inline constexpr int32_t Remote1ThermLimit = 0x10;
 inline constexpr int32_t Remote2ThermLimit = 0x13;
 inline constexpr int32_t ThermPercentLimit = 0x19; ///< 255 is 100 %
@@ -29,15 +29,15 @@ inline constexpr int32_t ThermHysteresis = 0x1A;   ///< degrees in bits 3 to 0
 
 inline constexpr int32_t DeviceId = 0x3D;
 
-/// A field of a register: one or more neighbouring bits that hold a code.
+/// A field of a register: one or more adjacent bits that hold a code.
 struct RegisterField {
     int32_t Register;
     int32_t Bits;
 
-    /// The code in a value of the register.
+    /// The code of this field in a register value.
     constexpr int32_t In(int32_t value) const { return (value & Bits) >> Shift(); }
 
-    /// That value with another code in the field; of a code too large, the bits that fit.
+    /// The register value with `code` in this field; code bits that do not fit are dropped.
     constexpr int32_t With(int32_t value, int32_t code) const {
         return (value & ~Bits) | (code << Shift() & Bits);
     }

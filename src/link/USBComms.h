@@ -6,33 +6,32 @@
 
 namespace ztm {
 
-/// The register operations through which every access to the chip passes, and the other
-/// requests to the adapter. All of them block until the adapter has answered; a failed
-/// register or heater request ends in CommFailure.
+/// Register operations, used for every access to the chip, and the other requests to the adapter.
+/// All of them block until the adapter has answered; a failed register or heater request ends in
+/// CommFailure.
 
 /// Highest register address and highest register value.
 inline constexpr int32_t LastRegister = 0xFF;
 inline constexpr int32_t LargestRegisterValue = 0xFF;
 
-/// The value of one register, 0 to 255. On no medium the result is 0 and nothing is asked.
-/// There is no register outside 0 to 255: such an address asks nothing and yields 0, so that
-/// no other register is read in its place.
+/// The value of one register, 0 to 255. Without a medium, returns 0 and sends nothing. The same for
+/// an address outside 0 to 255, so that no other register is read instead.
 int16_t ReadRegister(int32_t address);
 
-/// Writes one register and runs AfterRegisterWrite. Data above 255 is written as 255, data
-/// below 0 as 0. On no medium nothing is sent, but the hook runs. An address outside 0 to 255
-/// does nothing at all, so that no other register is written in its place.
+/// Writes one register and runs AfterRegisterWrite. Data is limited to 0 to 255. Without a medium
+/// nothing is sent, but the hook runs. An address outside 0 to 255 does nothing at all, so that no
+/// other register is written instead.
 void WriteRegister(int32_t address, int32_t data);
 
-/// Asks the adapter whether it is up, every 0.2 s until it accepts, 1000 times at most; waits
-/// 0.2 s after every request, the accepted one included. Sends nothing on another medium than
-/// USB or after a failed firmware download. Failures are silent.
+/// Asks the adapter whether it is ready, every 0.2 s until it accepts, at most 1000 times; waits
+/// 0.2 s after every request, including the accepted one. Sends nothing on a medium other than USB
+/// or after a failed firmware download. Failures are silent.
 void AdapterHandshake();
 
-/// A duty that leaves its heater as it is.
+/// Duty value that leaves a heater unchanged.
 inline constexpr int32_t HeaterUnchanged = 255;
 
-/// Puts a code into a field of a register, whose other bits stay: reads and writes it.
+/// Writes a code into a field of a register and keeps the other bits (read, modify, write).
 void WriteField(const RegisterField &field, int32_t code);
 
 /// Sets the duties of both heaters in percent, 0 to 100, or HeaterUnchanged.
@@ -51,12 +50,12 @@ public:
     virtual void DisableManual() = 0;
 };
 
-/// Tells the hook which buttons there are; nullptr when there are none.
+/// Sets the buttons for the hook; nullptr for none.
 void SetFanControlButtons(FanControlButtons *buttons);
 
-/// The hook behind every write: keeps the fan control buttons in step with register 0x01 and
-/// `EightPointMode` with register 0x02, which it reads back. Does nothing for other addresses,
-/// and never enables a button.
+/// Runs after every write: updates the fan control buttons from register 0x01 and `EightPointMode`
+/// from register 0x02, reading the register back. Does nothing for other addresses, and never
+/// enables a button.
 void AfterRegisterWrite(int32_t address);
 
 } // namespace ztm

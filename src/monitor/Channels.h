@@ -6,8 +6,8 @@
 
 namespace ztm {
 
-/// What the chip measures: six channels, by an index from 0 to 5 that options, indicators,
-/// chart traces and log columns share.
+/// What the chip measures: six channels with an index from 0 to 5, shared by options, indicators,
+/// chart traces and log columns.
 inline constexpr int ChannelCount = 6;
 
 enum class Quantity { Temperature, FanSpeed, ThermPercent };
@@ -17,7 +17,7 @@ inline constexpr int32_t NoRegister = -1;
 
 struct Channel {
     std::string_view Name;
-    std::string_view NameZTM7710; ///< empty when the one-fan variant lacks the channel
+    std::string_view NameZTM7710; ///< empty if the one-fan variant lacks the channel
     Quantity Measures;
     int32_t LowRegister;  ///< fraction of a temperature, low byte of a tach count
     int32_t HighRegister; ///< whole degrees, high byte of a tach count, on-time byte
@@ -34,30 +34,29 @@ inline constexpr std::array<Channel, ChannelCount> Channels{{
     {"THERM%", "THERM%", Quantity::ThermPercent, NoRegister, 0x4E, NoRegister, 0x19},
 }};
 
-/// Whether the variant of the session measures that channel.
+/// Whether the current variant measures that channel.
 bool HasChannel(int channel);
 
-/// The latest value of each channel: °C rounded to two decimals, whole RPM, or percent. Written
-/// by ReadMeasurement alone; a slot keeps its value until its channel is read again.
+/// The latest value of each channel: °C rounded to two decimals, whole RPM, or percent. Set only by
+/// ReadMeasurement; a slot keeps its value until its channel is read again.
 extern std::array<float, ChannelCount> Measurements;
 
-/// Puts the start-of-run values back.
+/// Resets the values to 0.
 void ResetMeasurements();
 
 /// Reads one channel from the chip into its slot of `Measurements`: the low register first, then
-/// the high one. Does nothing for a channel that the variant lacks or that there is not.
+/// the high one. Does nothing for a channel that does not exist or that the variant lacks.
 void ReadMeasurement(int channel);
 
 /// The reading of a 13-bit temperature in °C, −64 to +191.97: `high` holds whole degrees offset
 /// by 64, `low` fractions of 1/32 °C in its bits 7 to 3.
 double TemperatureReading(int high, int low);
 
-/// The temperatures in whole degrees that the temperature byte can hold.
+/// The range of the temperature byte in whole degrees.
 inline constexpr int32_t lowestCelsius = -64;
 inline constexpr int32_t highestCelsius = 191;
 
-/// The temperature byte of limits and lookup points: degrees + 64 in whole degrees. What does
-/// not fit 0 to 255 is limited to it.
+/// The temperature byte of limits and lookup points: whole degrees + 64, limited to 0 to 255.
 int32_t TemperatureByte(double celsius);
 int32_t CelsiusOfByte(int32_t value);
 
@@ -66,7 +65,7 @@ int32_t PercentByte(double percent);
 double PercentOfByte(int32_t value);
 
 /// Reads the alarm state of every channel from the status registers. While the chip signals no
-/// alert (Status3 bit 0) nothing is in alarm, and the other two registers are not read.
+/// alert (Status3 bit 0), no channel is in alarm and the other two registers are not read.
 std::array<bool, ChannelCount> ReadAlerts();
 
 } // namespace ztm

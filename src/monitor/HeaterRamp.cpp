@@ -13,7 +13,7 @@ namespace {
 constexpr double pauseAfterReadSeconds = 0.005;
 constexpr double millisecondsPerSecond = 1000;
 
-/// A duty that a heater takes, whatever the settings of its ramp are.
+/// Limits a duty to what a heater accepts, whatever its ramp settings.
 int LimitedDuty(int percent) {
     return std::clamp(percent, 0, FullDuty);
 }
@@ -32,10 +32,10 @@ std::optional<int> HeaterRamp::Step(double now) {
     return duty;
 }
 
-/// Turns the ramp where it has come to an end.
+/// Reverses the ramp when it has reached an end.
 int HeaterRamp::Next() {
     HeaterSettings &settings = At(Heaters, heater);
-    // Ends beyond what can be sent would never be reached, and the ramp never turn.
+    // Ends outside 0 to 100 would never be reached, and the ramp would never turn.
     const int low = LimitedDuty(settings.LowPct);
     const int high = LimitedDuty(settings.HighPct);
     if (settings.StartPending) {

@@ -5,7 +5,7 @@
 namespace ztm {
 
 /// The software ramp of one heater of the board, set up in its record of `Heaters`: between
-/// `LowPct` and `HighPct` by `IncrementPct` every `IntervalMs`, turning at the ends.
+/// `LowPct` and `HighPct` by `IncrementPct` every `IntervalMs`, reversing at the ends.
 class HeaterRamp {
 public:
     /// Heater 0 or 1.

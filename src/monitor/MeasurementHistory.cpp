@@ -12,18 +12,18 @@ namespace {
 
 static_assert(ChannelHistory::channelCount == ChannelCount);
 
-/// A tick that takes long is no pause.
+/// A long tick is not a pause.
 constexpr double longestTickSeconds = 3;
 constexpr double periodsOfAPause = 4;
 constexpr double millisecondsPerSecond = 1000;
 
 ChannelHistory history;
 double lastRecord = 0;        // seconds since midnight, of the last sample
-double lastPeriodSeconds = 0; // of the monitor timer then
+double lastPeriodSeconds = 0; // of the monitor timer at that sample
 
-/// The line of a trace ends where samples pause, for instance while graphing is off.
+/// Ends the lines of the traces where samples pause, for instance while graphing is off.
 void LeaveGap(double elapsedSeconds, double periodSeconds) {
-    // A period that has just been changed still shows in the spacing.
+    // The spacing may still be that of the previous period.
     const double period = std::max(periodSeconds, lastPeriodSeconds);
     if (elapsedSeconds > std::max(longestTickSeconds, periodsOfAPause * period)) {
         ChannelHistory::Values none;
@@ -32,7 +32,7 @@ void LeaveGap(double elapsedSeconds, double periodSeconds) {
     }
 }
 
-/// The time of the next sample: goes on evenly where the time of day starts again at 0.
+/// The time of the next sample. Continues past midnight, where the time of day restarts at 0.
 double NextSampleTime() {
     const double now = SecondsSinceMidnight();
     const double period = MonitorInterval / millisecondsPerSecond;

@@ -8,12 +8,12 @@ namespace ztm {
 /// All charts draw from it.
 const ChannelHistory &MeasurementHistory();
 
-/// Adds the present `Measurements`, with a gap for channels that the variant lacks. To be called
-/// once per monitor tick while the measurements are to be kept; a pause of several periods and
-/// some seconds leaves a gap in all channels.
+/// Adds the current `Measurements`, with a gap for channels that the variant lacks. Call once per
+/// monitor tick while the measurements are to be kept; a pause of more than 4 periods and 3 s
+/// leaves a gap in all channels.
 void RecordMeasurements();
 
-/// Forgets everything.
+/// Clears the history.
 void ResetMeasurementHistory();
 
 } // namespace ztm

@@ -13,7 +13,7 @@ constexpr int32_t defaultLogInterval = 100;
 constexpr int32_t defaultMaxLogEntries = 10000;
 constexpr int elapsedDecimals = 3;
 
-/// What stands behind a value.
+/// The unit after a value.
 const char *UnitOf(Quantity quantity) {
     switch (quantity) {
     case Quantity::Temperature:
@@ -26,7 +26,7 @@ const char *UnitOf(Quantity quantity) {
     return "";
 }
 
-/// What closes a channel's column: the last possible one has nothing behind it.
+/// The end of a channel's column: a tab, except after the last possible one.
 const char *EndOf(size_t channel) {
     return channel + 1 < Channels.size() ? "\t" : "";
 }

@@ -77,7 +77,7 @@ void MonitorLoop::Log() {
     if (!LoggingActive) {
         return;
     }
-    now = RunningSeconds(); // what the tick has read until here may have taken long
+    now = RunningSeconds(); // the reads of this tick may have taken long
     if (now - LastLogTime > LogInterval / millisecondsPerSecond &&
         (LogEntryCount < MaxLogEntries || MaxLogEntries == 0)) {
         if (LogEntryCount == 0) {

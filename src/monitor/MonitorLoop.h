@@ -10,7 +10,7 @@ namespace ztm {
 /// Positions of the main window's tabs.
 enum class MainTab : int { About = 0, RegisterAccess = 1, VisualDisplay = 2, Control = 3 };
 
-/// The windows as the monitor tick sees them.
+/// The windows as seen by the monitor tick.
 class MonitorWindow {
 public:
     virtual ~MonitorWindow() = default;
@@ -22,13 +22,13 @@ public:
 
     virtual void UpdateAlerts() = 0;
     virtual void UpdateGauge() = 0;
-    /// Draws what has been added to the history.
+    /// Draws new history data.
     virtual void UpdateCharts() = 0;
 
     /// Shows the measured speed of fan 0 or 1 in the manual speed dialog.
     virtual void ShowFanSpeed(int fan, const std::string &text) = 0;
 
-    /// Shows how far the measurement log has come, or that it has stopped.
+    /// Shows the progress of the measurement log, or that it has stopped.
     virtual void ShowLog() = 0;
 
     /// Shows the duty in percent of heater 0 or 1.
@@ -38,9 +38,9 @@ public:
     virtual void TickDone() = 0;
 };
 
-/// The periodic driver of the program: one tick per period of the monitor timer. Its spacings
-/// are measured on RunningSeconds; a midnight stretches none of them, and a clock set back or a
-/// pause makes at most one duty come early, never a burst.
+/// The periodic driver of the program: one tick per period of the monitor timer. Its intervals are
+/// measured with RunningSeconds: midnight stretches none of them, and after a clock set back or a
+/// pause at most one action comes early, never a burst.
 class MonitorLoop {
 public:
     explicit MonitorLoop(MonitorWindow &window) : window(window) {}

@@ -12,7 +12,7 @@ extern bool MonitoringEnabled;   ///< read one measurement channel per tick
 extern bool GraphingEnabled;     ///< append to the strip charts
 extern bool LimitMonitorEnabled; ///< refresh the alert indicators
 extern bool BargraphEnabled;     ///< refresh the selected channel's gauge
-extern bool BigGraphEnabled;     ///< the full-screen chart is fed
+extern bool BigGraphEnabled;     ///< refresh the full-screen chart
 extern bool MonitorInReadWrite;  ///< keep monitoring while "Register Access" is shown
 
 extern int16_t GraphType; ///< 1 temperature and fan speed, 2 fan speed, 3 temperature
@@ -20,7 +20,7 @@ extern int16_t GraphType; ///< 1 temperature and fan speed, 2 fan speed, 3 tempe
 extern bool ManualDialogOpen;  ///< the manual speed dialog is loaded
 extern bool HeatersDialogOpen; ///< the heater dialog is loaded
 
-/// Puts the start-of-session values back.
+/// Restores the start-of-session values.
 void ResetMonitorSettings();
 
 } // namespace ztm

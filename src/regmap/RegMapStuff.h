@@ -7,7 +7,7 @@
 
 namespace ztm {
 
-// The register map: every register of the chip of the session, and how to find one.
+// The register map: every register of the current chip, and look-up functions.
 
 /// One register as the program shows it. The texts are views into constant data and stay valid
 /// for the whole run.
@@ -21,8 +21,8 @@ struct RegisterEntry {
 
 inline constexpr int RegisterMapSize = 70;
 
-/// The registers of the session's chip in ascending address order, from slot 0 on without a gap.
-/// The slots behind the last register are empty: address 0, empty texts, default 0.
+/// The registers of the current chip in ascending address order, from slot 0 on without a gap. The
+/// slots after the last register are empty: address 0, empty texts, default 0.
 extern std::array<RegisterEntry, RegisterMapSize> RegisterMap;
 
 /// Fills the first slots of `RegisterMap` for the chip named by `DeviceName`: 69 for a ZTM7720,
@@ -36,8 +36,8 @@ void ResetRegisterMap();
 /// text finds nothing.
 std::optional<int16_t> FindRegisterByName(std::string_view name);
 
-/// The index of the first slot with that address. Empty slots count with their address 0; once
-/// the map is built, slot 0 holds the register at 0x00 and comes before them.
+/// The index of the first slot with that address. Empty slots match address 0; once the map is
+/// built, slot 0 holds register 0x00 and is found before them.
 std::optional<int16_t> FindRegisterByAddress(int32_t address);
 
 } // namespace ztm

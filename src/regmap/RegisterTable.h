@@ -11,7 +11,7 @@
 
 namespace ztm {
 
-/// The members of the chip family, as far as their register maps differ.
+/// The chip variants whose register maps differ.
 enum class ChipVariant { ZTM7720, ZTM7710 };
 
 /// The variant with that device name; none for an empty or unknown name.
@@ -28,8 +28,8 @@ constexpr std::optional<ChipVariant> VariantNamed(std::string_view deviceName) {
 /// Which variants have a register. The larger chip has them all.
 enum class Presence { BothVariants, OnlyZTM7720 };
 
-/// One register of the chip family. The columns behind `Present` hold the smaller variant's text
-/// and repeat the larger one's unless a row says otherwise.
+/// One register of the chip family. The columns after `Present` hold the smaller variant's texts,
+/// which default to the larger one's.
 struct RegisterRow {
     int32_t Address;            ///< 0x00 to 0x51, ascending down the table
     std::string_view Name;      ///< unique within a variant
@@ -50,8 +50,8 @@ struct RegisterRow {
     }
 };
 
-// Labels of registers that hold a number: the positions of its bits. A pair of registers has the
-// low byte at the lower address.
+// Labels of registers that hold a number: the positions of its bits. In a register pair the low
+// byte is at the lower address.
 inline constexpr std::string_view ByteLabels = "7:6:5:4:3:2:1:0";
 inline constexpr std::string_view CountHighLabels = "15:14:13:12:11:10:9:8";
 inline constexpr std::string_view TemperatureHighLabels = "12:11:10:9:8:7:6:5";

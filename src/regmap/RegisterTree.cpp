@@ -20,8 +20,8 @@ void ResetSelectedRegister() {
 
 namespace {
 
-/// Registers shown under one group node, by address. Zeros fill up the list: the register at 0x00
-/// has no node.
+/// Registers shown under one group node, by address. Unused places are 0: the register at 0x00 has
+/// no node.
 using GroupAddresses = std::array<int32_t, 16>;
 
 struct TreeGroup {

@@ -14,17 +14,17 @@ struct TreeNode {
     std::string_view Text; ///< key and text; valid for the whole run
 };
 
-/// The nodes of the tree for the chip named by `DeviceName`, in display order: 82 for a ZTM7720,
-/// 73 for a ZTM7710, none for any other name. Every register of the chip but the one at 0x00 has
-/// one node, whose text is its name in `RegisterMap` at the time of the call (empty if the map
-/// does not have it). A group without registers is left out.
+/// The nodes of the tree for the chip named by `DeviceName`, in display order: 82 for a ZTM7720, 73
+/// for a ZTM7710, none for any other name. Every register of the chip except 0x00 has one node,
+/// whose text is its name in `RegisterMap` at the time of the call (empty if the map does not have
+/// it). A group without registers is left out.
 std::vector<TreeNode> RegisterTreeNodes();
 
 /// The `RegisterMap` index (0 to 69) of the register last chosen in the tree; 0 until the first
 /// choice.
 extern int16_t SelectedRegisterIndex;
 
-/// Puts `SelectedRegisterIndex` back to its value at the start of the run.
+/// Resets `SelectedRegisterIndex` to 0.
 void ResetSelectedRegister();
 
 } // namespace ztm

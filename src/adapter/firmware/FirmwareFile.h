@@ -8,12 +8,12 @@
 
 namespace ztm {
 
-/// The path under which this platform finds a firmware file: the last separator may be a
-/// backslash; any other backslash belongs to the name of a folder.
+/// The native path of a firmware file: the last separator may be a backslash; any other backslash
+/// is part of a folder name.
 std::string NativePath(std::string path);
 
-/// Reads an Intel HEX file by its native path; if it is not accepted, `whyNot` says why. Only an
-/// ordinary file is opened, since a pipe could keep the caller waiting for ever.
+/// Reads an Intel HEX file by its native path; if it is not accepted, `whyNot` says why. Only a
+/// regular file is opened, since a pipe could block forever.
 std::optional<std::vector<HexBlock>> ReadFirmwareFile(const std::string &path, std::string &whyNot);
 
 } // namespace ztm

@@ -21,7 +21,7 @@ enum RecordType : uint8_t {
     StartLinearAddress = 5
 };
 
-/// The byte count that each record type but Data must have.
+/// The byte count that each record type except Data must have.
 constexpr std::array<size_t, 6> byteCountOfType = {0, 0, 2, 4, 2, 4};
 
 /// The bytes of one record with their layout: count, offset (high byte first), type, data,
@@ -55,8 +55,8 @@ int DigitValue(char digit) {
     return -1;
 }
 
-/// Fills `record` from the text of one line. Null when it is well formed, otherwise what is
-/// wrong with it.
+/// Fills `record` from one line of text. Returns null if it is well formed, otherwise what is
+/// wrong.
 const char *ParseRecord(std::string_view line, Record &record) {
     constexpr size_t bytesBesideData = 5;
     if (line.empty() || line[0] != ':') {
@@ -89,10 +89,10 @@ const char *ParseRecord(std::string_view line, Record &record) {
     return nullptr;
 }
 
-/// Takes the lines of a file one after the other and gathers the data.
+/// Takes the lines of a file one by one and collects the data.
 class Reader {
 public:
-    /// Null when the line is accepted, otherwise what is wrong with it.
+    /// Returns null if the line is accepted, otherwise what is wrong.
     const char *Take(std::string_view line) {
         if (ended) {
             return line.empty() ? nullptr : "text after the end-of-file record";
@@ -118,7 +118,7 @@ public:
         return nullptr;
     }
 
-    /// Sorts and joins the gathered data. Null when the file is complete and sound.
+    /// Sorts and joins the collected data. Returns null if the file is complete and valid.
     const char *Finish() {
         if (!ended) {
             return "no end-of-file record";
@@ -162,8 +162,8 @@ private:
     bool ended = false;
 };
 
-/// Hands the file's lines, without their ends, to the reader and lets it finish. Empty when
-/// all is well, otherwise the reason for refusing the file.
+/// Passes the file's lines, without line ends, to the reader and finishes it. Empty if all is well,
+/// otherwise the reason for refusing the file.
 std::string ReadLines(std::string_view text, Reader &reader) {
     for (size_t lineNumber = 1; !text.empty(); ++lineNumber) {
         const size_t length = text.find('\n');

@@ -16,12 +16,12 @@ constexpr double keepingShare = 0.04;
 constexpr double draggingShare = 0.5;
 constexpr double standingRpm = 30;
 
-/// Something that takes part in the exchange of heat.
+/// A body that exchanges heat.
 struct Node {
     double joulesPerKelvin;
-    double watts; ///< of its own, without a heater
+    double watts; ///< its own, without a heater
     double wattsPerKelvinAtRest;
-    double wattsPerKelvinOfAir; ///< on top, for each unit of moving air
+    double wattsPerKelvinOfAir; ///< additional, per unit of moving air
 };
 constexpr Node boardNode = {30, 0.5, 0.10, 0.03};
 constexpr Node remoteNode = {2, 1.1, 0.02, 0.035};
@@ -30,7 +30,7 @@ constexpr double fullHeaterWatts = 4.5;
 constexpr double airOfOwnFan = 0.8;
 constexpr double convectionExponent = 0.8;
 
-/// A sine about 0.
+/// A sine around 0.
 struct Swing {
     double amplitude;
     double periodSeconds;
@@ -51,7 +51,7 @@ double At(const Swing &swing, double seconds) {
            std::sin(2 * std::numbers::pi * std::fmod(seconds / swing.periodSeconds, 1));
 }
 
-/// A conductance to the air that moves like that of a fan at so many RPM.
+/// Heat conductance to air moved by a fan at `airRpm`.
 double Convection(const Node &node, double airRpm) {
     return node.wattsPerKelvinAtRest +
            node.wattsPerKelvinOfAir * std::pow(airRpm / 1000, convectionExponent);
@@ -114,7 +114,7 @@ void Bench::Wander() {
     }
 }
 
-/// Where the fan's speed is heading.
+/// The speed that the fan moves towards.
 double Bench::WantedRpm(size_t fan) const {
     const double full = fullDriveRpm[fan];
     const double reach = settings.fans[fan] == FanFault::Drags ? full * draggingShare : full;
@@ -137,9 +137,9 @@ void Bench::TurnFans() {
     }
 }
 
-/// One implicit step, in which every flow of heat follows the temperatures at its end: stable for
-/// any number of seconds. The diodes are coupled through the board alone, so each is expressed by
-/// the board's temperature, of which one equation remains.
+/// One implicit step: all heat flows follow from the temperatures at its end, so it is stable for
+/// any number of seconds. The diodes are coupled only through the board, so each is expressed by
+/// the board's temperature, and one equation remains.
 void Bench::ExchangeHeat(double seconds) {
     const double bridge = remoteToBoardWattsPerKelvin;
     const double boardAir = Convection(boardNode, (fanRpm[0] + fanRpm[1]) / 2);

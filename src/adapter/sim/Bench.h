@@ -8,10 +8,10 @@ namespace ztm::sim {
 
 enum class DiodeFault : uint8_t { None, Open, Shorted };
 
-/// A fan that drags reaches half its speed; a stalled one stands.
+/// A dragging fan reaches half its speed; a stalled one stands still.
 enum class FanFault : uint8_t { None, Drags, Stalled };
 
-/// What a hand can change at the bench. Remotes, fans and heaters are numbered from 0; heater n
+/// What the user can change at the bench. Remotes, fans and heaters are numbered from 0; heater n
 /// warms remote n.
 struct BenchSettings {
     double ambientCelsius = 24;
@@ -23,8 +23,8 @@ struct BenchSettings {
     bool operator==(const BenchSettings &) const = default;
 };
 
-/// How a fan is driven: so that it would turn at `rpm`, or with that share of full drive, 0 to
-/// 1; whichever is more. The fan's reach limits both.
+/// The drive of a fan: to turn at `rpm`, or with that share of full drive, 0 to 1, whichever is
+/// more. The fan's top speed limits both.
 struct FanDrive {
     double rpm = 0;
     double share = 0;
@@ -32,12 +32,12 @@ struct FanDrive {
     bool operator==(const FanDrive &) const = default;
 };
 
-/// What a chip gives a fan for which it was told nothing.
+/// The chip's drive for a fan before any speed is set.
 constexpr FanDrive undirectedDrive = {.rpm = 0, .share = 0.3};
 
-/// The physical side of the board: air, board, two remote diodes, two heaters and two fans.
-/// Time passes on it in ticks. Everything follows from the ticks, the settings, the heaters and
-/// the drives, so two benches that are treated alike show the same values.
+/// The physics of the board: air, board, two remote diodes, two heaters and two fans. Time advances
+/// in ticks. Everything follows from the ticks, the settings, the heaters and the drives, so two
+/// benches treated alike show the same values.
 class Bench {
 public:
     static constexpr size_t remoteCount = 2;
@@ -47,14 +47,14 @@ public:
     static constexpr int ticksPerSecond = 40;
     static constexpr double tickSeconds = 1.0 / ticksPerSecond;
 
-    /// With the first `fansOnBoard` fans. Has been running for a long while with the heaters off
-    /// and the fans on the drive that a chip gives them that was told nothing.
+    /// With the first `fansOnBoard` fans. Starts settled, with the heaters off and the fans at
+    /// `undirectedDrive`.
     explicit Bench(size_t fansOnBoard = fanCount, const BenchSettings &settings = {});
 
-    /// Lets one tick pass.
+    /// Advances one tick.
     void Tick();
 
-    /// Lets ticks go by unlived: only what is a function of the time alone, the noise, moves on.
+    /// Skips ticks: only noise and drafts, which depend on time alone, move on.
     void Skip(uint64_t unlivedTicks) { ticks += unlivedTicks; }
 
     BenchSettings settings;
@@ -66,7 +66,7 @@ public:
 
     void DriveFan(size_t fan, FanDrive drive) { drives[fan] = drive; }
 
-    // The true values, and what a sensor makes of them in this tick.
+    // The true values, and those that a sensor reads in this tick.
     double BoardCelsius() const { return boardCelsius; }
     double RemoteCelsius(size_t remote) const { return remoteCelsius[remote]; }
     double FanRpm(size_t fan) const { return fanRpm[fan]; }
@@ -87,7 +87,7 @@ private:
     double boardCelsius = 0;
     std::array<double, remoteCount> remoteCelsius{};
 
-    // Drafts and supply, which change over minutes.
+    // Drafts and fan supply, which change over minutes.
     double boardDraftCelsius = 0;
     std::array<double, remoteCount> remoteDraftCelsius{};
     std::array<double, fanCount> fanFactor = {1, 1};

@@ -8,14 +8,14 @@
 
 namespace ztm::sim {
 
-/// What a hand at the bench can change about the simulated board.
+/// What the user can change about the simulated board.
 struct BoardSettings {
-    /// The chip on the board and the address at which it answers. A change puts a new board in.
+    /// The chip on the board and its address. A change installs a new board.
     Variant variant = Variant::ZTM7720;
     int32_t chipAddress = 0x50;
 
-    /// A board that is not plugged in fails every request. It loses its power and with it the
-    /// adapter's firmware and what the chip was told.
+    /// An unplugged board fails every request. It loses power, and with it the adapter's firmware
+    /// and the chip's settings.
     bool isPluggedIn = true;
     /// The next firmware load fails.
     bool refusesFirmware = false;
@@ -27,7 +27,7 @@ struct BoardSettings {
     bool operator==(const BoardSettings &) const = default;
 };
 
-/// How things truly stand on the board, whatever its chip reads.
+/// The true state of the board, whatever its chip reads.
 struct BoardState {
     bool isFirmwareLoaded;
     double boardCelsius;
@@ -38,14 +38,13 @@ struct BoardState {
 
 } // namespace ztm::sim
 
-/// Two entries beside those of link/USBFunctions.h, by which the simulator's own program, and
-/// nobody else, reaches the one board of the process. To be called from the thread that calls
-/// the others.
+/// Two functions besides those of link/USBFunctions.h. Only the simulator's own program uses them,
+/// to reach the one board of the process. Call them from the thread that calls the others.
 extern "C" {
 
-/// The board's settings and its state at this moment.
+/// Reads the board's settings and its current state.
 void ReadSimulatedBoard(ztm::sim::BoardSettings *settings, ztm::sim::BoardState *state);
 
-/// Changes the board's settings. Takes effect at once.
+/// Changes the board's settings immediately.
 void ArrangeSimulatedBoard(const ztm::sim::BoardSettings *settings);
 }

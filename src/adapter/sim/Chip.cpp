@@ -16,8 +16,8 @@ constexpr bool IsLockable(uint8_t address) {
     return address >= LocalHighLimit && address <= ThermHysteresis;
 }
 
-/// The bits of Status2 that can raise an alert and that this Mask2 lets through: %T and TA stand
-/// in the same places in both, TS two places higher in the mask.
+/// The bits of Status2 that can raise an alert and are not masked by `mask2`: %T and TA are in the
+/// same places in both, TS is two places higher in the mask.
 constexpr int UnmaskedInStatus2(uint8_t mask2) {
     return (~mask2 & 0x18) | (~mask2 >> 2 & 0x01);
 }
@@ -28,7 +28,7 @@ Chip::Chip(Variant variant, const Bench &bench) : registers(variant) {
     Begin(bench);
 }
 
-/// Everything but the registers as after power-on.
+/// Puts everything but the registers into the power-on state.
 void Chip::Begin(const Bench &bench) {
     monitor = {};
     fans = {FanControl(0), FanControl(1)};
@@ -49,7 +49,7 @@ void Chip::Tick(const Bench &bench) {
     for (size_t i = 0; i < statusCount; ++i) {
         latched[i] = static_cast<uint8_t>(latched[i] | causes[i]);
     }
-    // Shows what is so now and waits for no read.
+    // This bit shows the present state and is not latched.
     constexpr int now = TemperatureMonitor::thermAssertedBit;
     latched[1] = static_cast<uint8_t>((latched[1] & ~now) | (causes[1] & now));
 }

@@ -12,24 +12,24 @@
 
 namespace ztm::sim {
 
-/// The temperature monitor and fan controller as its bus sees it.
+/// The temperature monitor and fan controller as seen from its bus.
 class Chip {
 public:
     /// Just powered on, with first readings of the bench.
     Chip(Variant variant, const Bench &bench);
 
-    /// Lets one tick pass: measures the bench and decides how its fans are driven.
+    /// Advances one tick: measures the bench and decides how its fans are driven.
     void Tick(const Bench &bench);
 
     FanDrive Drive(size_t fan) const { return fans[fan].Drive(); }
 
-    /// Reads any address. Reading the low register of a measured pair holds the high byte that
-    /// belongs to it for the next read of the high register, which releases it again. Reading a
-    /// status register clears those of its bits whose cause is over.
+    /// Reads any address. Reading the low register of a measured pair holds the matching high byte
+    /// for the next read of the high register, which releases it. Reading a status register clears
+    /// the bits whose cause is gone.
     uint8_t Read(uint8_t address);
 
-    /// Writes any address. Bit 0 of Configuration2 resets the chip; the rest of that write is
-    /// lost.
+    /// Writes any address. Bit 0 of Configuration2 resets the chip; the other bits of that write
+    /// are ignored.
     void Write(uint8_t address, uint8_t data, const Bench &bench);
 
 private:
@@ -44,7 +44,7 @@ private:
     RegisterFile registers;
     TemperatureMonitor monitor;
     std::array<FanControl, Bench::fanCount> fans = {FanControl(0), FanControl(1)};
-    std::array<uint8_t, statusCount> causes{}; ///< status bits whose causes last
+    std::array<uint8_t, statusCount> causes{}; ///< status bits whose causes are present
     std::array<uint8_t, statusCount> latched{};
     std::array<std::optional<uint8_t>, measuredPairs.size()> heldHigh;
 };

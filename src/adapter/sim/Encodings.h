@@ -10,7 +10,7 @@ struct RegisterPair {
     uint8_t high;
 };
 
-/// Temperatures inside the chip are whole numbers of 1/32 °C from -64 °C on: 0 to 0x1FFF.
+/// The chip counts temperatures in steps of 1/32 °C from -64 °C: 0 to 0x1FFF.
 constexpr int stepsPerCelsius = 32;
 constexpr int maxTemperatureSteps = 0x1FFF;
 
@@ -28,11 +28,11 @@ constexpr int StepsOfLimit(uint8_t limit) {
 RegisterPair EncodeTemperature(int steps);
 double DecodeTemperature(RegisterPair pair);
 
-/// A fan speed as the tach count 4915200 / RPM, rounded to the nearest and limited to 1 to
-/// 0xFFFF; a standing fan (0 RPM) gives 0xFFFF.
+/// A fan speed as the tach count 4915200 / RPM, rounded to the nearest and limited to 1 to 0xFFFF;
+/// a stopped fan (0 RPM) gives 0xFFFF.
 RegisterPair EncodeTach(double rpm);
 
-/// The speed that belongs to a pair with a tach count; 0 RPM for the counts 0 and 0xFFFF.
+/// The speed of a tach count pair; 0 RPM for the counts 0 and 0xFFFF.
 double DecodeTach(RegisterPair pair);
 
 } // namespace ztm::sim

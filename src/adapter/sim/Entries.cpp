@@ -6,7 +6,7 @@
 
 namespace {
 
-/// The one board of the process, plugged in at the first call of an entry.
+/// The only board of the process, created at the first call.
 ztm::sim::SimulatedBoard &Board() {
     static ztm::sim::SimulatedBoard board;
     return board;
@@ -16,7 +16,7 @@ ztm::sim::SimulatedBoard &Board() {
 
 extern "C" {
 
-/// An exception must not leave through a C entry; only want of memory can raise one here.
+/// An exception must not leave a C function; here only a lack of memory can cause one.
 __attribute__((visibility("default"))) int16_t LoadFirmWare(const char *path) {
     try {
         return Board().LoadFirmWare(path);

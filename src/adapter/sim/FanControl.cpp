@@ -27,8 +27,8 @@ constexpr double spunUpRpm = 600;
 constexpr double quietRpm = 200;
 constexpr double slowShare = 0.75;
 
-// Response: the slowest update interval halves with each code, and below one tick several
-// updates fall into one.
+// Response: the update interval is the slowest one halved with each code; below one tick several
+// updates are done at once.
 constexpr int slowestUpdateTicks = 32;
 constexpr double updateShare = 0.25;
 constexpr double rpmPerCount = 40;
@@ -40,7 +40,7 @@ constexpr int ThreeBits(uint8_t value, int shift) {
 
 } // namespace
 
-/// What belongs to a fan; shifts say where its fields begin.
+/// Registers and bits of a fan; shifts say where its fields begin.
 struct FanControl::Row {
     RegisterAddress tach, manualSpeed;
     int nibbleShift; ///< in Configuration3, EnhanceAcoustics and FanResponse

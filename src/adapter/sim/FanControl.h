@@ -10,26 +10,25 @@
 
 namespace ztm::sim {
 
-/// The controlling side of the chip for one fan: measures its speed, decides how fast it has to
-/// turn and drives it.
+/// The chip's control of one fan: measures its speed, decides how fast it must turn and drives it.
 class FanControl {
 public:
     /// `fan` counts from 0.
     explicit FanControl(size_t fan) : fan(fan) {}
 
-    /// Lets one tick pass: reads tach and settings, updates the tach registers and the drive.
+    /// Advances one tick: reads tach and settings, updates the tach registers and the drive.
     void Tick(RegisterFile &registers, const Bench &bench, const TemperatureMonitor &monitor);
 
     FanDrive Drive() const { return drive; }
 
-    /// The bits of Status3 whose causes last.
+    /// The bits of Status3 whose causes are present.
     uint8_t Status3Causes() const;
 
 private:
     struct Row;
     static const Row rows[];
 
-    /// Standing is meant to stand.
+    /// Standing: the fan is meant to stand still.
     enum class Phase : uint8_t { Standing, SpinningUp, Turning };
 
     void MeasureTach(RegisterFile &registers, const Bench &bench);
@@ -43,7 +42,7 @@ private:
     size_t fan;
     Phase phase = Phase::Standing;
     double tachRpm = 0;              ///< as the chip reads it
-    std::optional<double> demandRpm; ///< on its way to the wanted speed, when there is one
+    std::optional<double> demandRpm; ///< moves towards the wanted speed, if there is one
     std::optional<double> tableCelsius;
     FanDrive drive;
     int ticksToTach = 0;

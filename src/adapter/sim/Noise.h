@@ -4,8 +4,8 @@
 
 namespace ztm::sim {
 
-/// A number from -1 to 1 that looks random but depends on its arguments alone: the same step,
-/// source and seed always give the same, neighbouring ones nothing alike (the finaliser of a
+/// A pseudo-random number from -1 to 1 that depends only on its arguments: the same step, source
+/// and seed always give the same number, neighbouring ones unrelated numbers (the finaliser of a
 /// 64-bit mixing generator).
 inline double Noise(uint64_t step, uint64_t source, uint64_t seed) {
     uint64_t bits = (step + 1) * 0x9E3779B97F4A7C15U + source * 0xD1B54A32D192ED03U + seed;

@@ -4,8 +4,8 @@
 
 namespace ztm::sim {
 
-/// Neighbouring registers that are alike. A reset value of `none` says that the variant has no
-/// such registers.
+/// Adjacent registers that are alike. A reset value of `none` means that the variant does not have
+/// them.
 struct RegisterFile::Row {
     uint8_t first;
     uint8_t last;

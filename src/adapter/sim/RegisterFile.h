@@ -10,8 +10,8 @@ namespace ztm::sim {
 
 enum class Variant : uint8_t { ZTM7710, ZTM7720 };
 
-/// Addresses of the registers with a behaviour of their own. Of a pair it is the low one; its
-/// high byte follows at the next address.
+/// Addresses of the registers with special behaviour. For a pair it is the low address; the high
+/// byte is at the next address.
 enum RegisterAddress : uint8_t {
     Configuration1 = 0x01,
     Configuration2 = 0x02,
@@ -54,9 +54,9 @@ enum RegisterAddress : uint8_t {
     Status3 = 0x51
 };
 
-/// The storage behind the 256 register addresses of one chip, without any behaviour: which
-/// registers the variant has, which of them the bus may write, and their reset values.
-/// An address without a register reads 0 and cannot be changed.
+/// Storage for the 256 register addresses of one chip, without any behaviour: which registers the
+/// variant has, which of them the bus may write, and their reset values. An address without a
+/// register reads 0 and cannot be changed.
 class RegisterFile {
 public:
     /// All registers hold their reset values.
@@ -66,9 +66,9 @@ public:
     Variant GetVariant() const { return variant; }
     bool Has(uint8_t address) const { return access[address] != Access::Absent; }
     uint8_t Read(uint8_t address) const { return values[address]; }
-    /// A write from the bus; without effect on a read-only register.
+    /// A write from the bus; no effect on a read-only register.
     void Write(uint8_t address, uint8_t data);
-    /// A write by the chip itself, which also reaches read-only registers.
+    /// A write by the chip itself, also to read-only registers.
     void Set(uint8_t address, uint8_t data);
 
     bool IsSet(uint8_t address, uint8_t bit) const { return (values[address] & bit) != 0; }

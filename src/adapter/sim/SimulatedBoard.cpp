@@ -133,7 +133,7 @@ void SimulatedBoard::SwitchChipOn() {
     chip.emplace(settings.variant, bench);
 }
 
-/// The adapter, the chip and all that they drive lose their power.
+/// Cuts the power of the adapter, the chip and all that they drive.
 void SimulatedBoard::SwitchChipOff() {
     isFirmwareLoaded = false;
     chip.reset();
@@ -168,13 +168,13 @@ void SimulatedBoard::LiveOneTick() {
     }
 }
 
-/// Of the index only bits 0 to 7 count; they are the register's address.
+/// Uses only bits 0 to 7 of the index, the register address.
 void SimulatedBoard::ReadRegister(int32_t value, int32_t index, uint8_t *reply) {
     reply[0] =
         value == settings.chipAddress ? chip->Read(static_cast<uint8_t>(index & 0xFF)) : openBus;
 }
 
-/// Of the index only bits 0 to 7, the register's address, and 8 to 15, the data, count.
+/// Uses only bits 0 to 7 (register address) and 8 to 15 (data) of the index.
 void SimulatedBoard::WriteRegister(int32_t value, int32_t index, uint8_t * /*reply*/) {
     if (value == settings.chipAddress) {
         chip->Write(static_cast<uint8_t>(index & 0xFF), static_cast<uint8_t>(index >> 8 & 0xFF),

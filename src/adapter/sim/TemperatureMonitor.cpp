@@ -32,7 +32,7 @@ int WindowTicks(uint8_t configuration4) {
 
 } // namespace
 
-/// What belongs to a channel. The bits are those of Status1, Status2 and Configuration4.
+/// Registers and bits of a channel. The bits are those of Status1, Status2 and Configuration4.
 struct TemperatureMonitor::Row {
     RegisterAddress reading, highLimit, lowLimit, thermLimit, offset;
     uint8_t highBit, lowBit, diodeBit, thermBit, thermEventBit;
@@ -60,7 +60,7 @@ void LimitWatch::Take(int excess, int hysteresis, int queue) {
     }
 }
 
-/// The fastest rate converts in each tick.
+/// At the fastest rate every tick converts.
 int TemperatureMonitor::ConversionTicks(uint8_t rate) {
     return 1 << (fastestRateCode - std::min(LowNibble(rate), fastestRateCode));
 }
@@ -91,7 +91,7 @@ void TemperatureMonitor::Convert(RegisterFile &registers, const Bench &bench) {
     }
 }
 
-/// A new reading of the channel, in steps. After a diode fault averaging begins anew.
+/// A new reading of the channel, in steps. Averaging restarts after a diode fault.
 int TemperatureMonitor::Sample(size_t channel, const RegisterFile &registers, const Bench &bench) {
     Channel &state = channels[channel];
     const DiodeFault fault = channel == 0 ? DiodeFault::None : bench.settings.diodes[channel - 1];

@@ -9,12 +9,12 @@
 
 namespace ztm::sim {
 
-/// A limit and whether it is exceeded at the moment.
+/// A limit and whether it is now exceeded.
 class LimitWatch {
 public:
-    /// Takes a reading that lies `excess` beyond the limit, or inside it when negative. The limit
-    /// is exceeded from the last of `queue` readings in a row beyond it (0 counts as 1) until one
-    /// that is inside by `hysteresis` or more; all in the same unit.
+    /// Takes a reading that is `excess` beyond the limit, or inside it if negative. The limit
+    /// counts as exceeded after `queue` readings in a row beyond it (0 counts as 1), until a
+    /// reading is inside by `hysteresis` or more. All values have the same unit.
     void Take(int excess, int hysteresis, int queue);
 
     bool IsExceeded() const { return isExceeded; }
@@ -24,17 +24,16 @@ private:
     int inARow = 0;
 };
 
-/// The measuring side of the chip: conversions of all temperatures, their limits, the THERM
-/// limits and the THERM timer. Works on the chip's registers and says which status bits have a
-/// cause at the moment.
+/// The chip's measuring: conversions of all temperatures, their limits, the THERM limits and the
+/// THERM timer. Works on the chip's registers and reports which status bits have a cause now.
 class TemperatureMonitor {
 public:
     static constexpr size_t channelCount = 3; ///< local, remote 1, remote 2
 
-    /// Lets one tick pass. The first one converts at once.
+    /// Advances one tick. The first one converts.
     void Tick(RegisterFile &registers, const Bench &bench);
 
-    /// The bits of Status1 and Status2 whose causes last.
+    /// The bits of Status1 and Status2 whose causes are present.
     uint8_t Status1Causes() const { return status1; }
     uint8_t Status2Causes() const { return status2; }
 
@@ -65,7 +64,7 @@ private:
     void CollectCauses(const RegisterFile &registers, bool isThermAsserted);
 
     std::array<Channel, channelCount> channels;
-    int ticksSinceConversion = 1 << fastestRateCode; ///< due at once, whatever the rate
+    int ticksSinceConversion = 1 << fastestRateCode; ///< due immediately, whatever the rate
     int windowTicks = 0;
     int assertedTicks = 0;
     uint8_t status1 = 0;

@@ -32,7 +32,7 @@ void ArrivalWatch::Wait(std::chrono::milliseconds longest) {
     const auto end = Clock::now() + longest;
     int error = registered ? 0 : LIBUSB_ERROR_NOT_SUPPORTED;
     while (!arrived && error == 0 && Clock::now() < end) {
-        // Other events, such as the departure of a device, return from this as well.
+        // Other events, such as a device leaving, also end this call.
         const auto left = std::chrono::ceil<microseconds>(end - Clock::now()).count();
         timeval remaining{left > 0 ? left / 1'000'000 : 0, left > 0 ? left % 1'000'000 : 0};
         error = libusb_handle_events_timeout_completed(context, &remaining, &arrived);

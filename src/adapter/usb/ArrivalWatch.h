@@ -8,8 +8,8 @@
 
 namespace ztm::usb {
 
-/// Notices that a device of the given id is plugged in, from its construction on. The context
-/// must live longer.
+/// Detects the arrival of a device with the given id, from its construction on. The context must
+/// outlive it.
 class ArrivalWatch {
 public:
     ArrivalWatch(libusb_context *context, UsbId id);
@@ -17,8 +17,8 @@ public:
     ArrivalWatch(const ArrivalWatch &) = delete;
     ArrivalWatch &operator=(const ArrivalWatch &) = delete;
 
-    /// Returns when a device has arrived that no earlier call has told of, and after `longest`
-    /// at the latest. Where the system tells of no arrivals, always after `longest`.
+    /// Returns when a device has arrived that no earlier call reported, at the latest after
+    /// `longest`. Without hotplug support, always after `longest`.
     void Wait(std::chrono::milliseconds longest);
 
 private:
@@ -28,7 +28,7 @@ private:
     libusb_context *context;
     libusb_hotplug_callback_handle callback = 0;
     bool registered;
-    int arrived = 0; ///< libusb's kind of flag
+    int arrived = 0; ///< an int, as libusb takes it
 };
 
 } // namespace ztm::usb

@@ -7,7 +7,7 @@ namespace {
 
 constexpr int interfaceNumber = 0;
 
-/// The devices that are there.
+/// The connected devices.
 class DeviceList {
 public:
     explicit DeviceList(libusb_context *context)
@@ -20,7 +20,7 @@ public:
     DeviceList(const DeviceList &) = delete;
     DeviceList &operator=(const DeviceList &) = delete;
 
-    /// The first device of that id; null when there is none.
+    /// The first device with that id; null if there is none.
     libusb_device *Find(UsbId id) const {
         const std::span all(devices, count > 0 ? static_cast<size_t>(count) : 0);
         for (libusb_device *device : all) {
@@ -45,7 +45,7 @@ Context NewContext() {
     return Context(libusb_init(&context) == 0 ? context : nullptr);
 }
 
-/// Releasing an interface that was never claimed does no harm.
+/// Releasing an interface that was never claimed is harmless.
 void Device::CloseHandle::operator()(libusb_device_handle *handle) const {
     libusb_release_interface(handle, interfaceNumber);
     libusb_close(handle);

@@ -13,16 +13,16 @@ namespace ztm::usb {
 struct CloseContext {
     void operator()(libusb_context *context) const { libusb_exit(context); }
 };
-/// A session with libusb. What was opened in it must be closed before it.
+/// A libusb session. Everything opened in it must be closed before it.
 using Context = std::unique_ptr<libusb_context, CloseContext>;
 
-/// A new session, which knows the devices that are there now; null when libusb cannot start.
+/// A new session that knows the devices present now; null if libusb cannot start.
 Context NewContext();
 
-/// Which way the data of a control transfer goes.
+/// The data direction of a control transfer.
 enum class Direction : uint8_t { ToDevice = LIBUSB_ENDPOINT_OUT, FromDevice = LIBUSB_ENDPOINT_IN };
 
-/// A vendor request to the device: the fields of the set-up packet that the requests differ in.
+/// A vendor request to the device: the setup packet fields that differ between requests.
 struct VendorRequest {
     Direction direction;
     uint8_t request;
@@ -31,20 +31,20 @@ struct VendorRequest {
     uint16_t length;
 };
 
-/// A USB device whose interface 0 this object holds claimed, or none. Closed at the end of its
-/// life, of which the context must see the end.
+/// A USB device with its interface 0 claimed, or none. Closed on destruction; the context must
+/// outlive it.
 class Device {
 public:
-    /// Opens the first device of that id and claims its interface; closes what was open. 0, or a
-    /// libusb error code with nothing left open: LIBUSB_ERROR_NO_DEVICE when there is none,
-    /// LIBUSB_ERROR_ACCESS without permission, LIBUSB_ERROR_BUSY when another program holds it.
+    /// Opens the first device with that id and claims its interface; closes the previous one.
+    /// Returns 0, or a libusb error code with nothing left open: LIBUSB_ERROR_NO_DEVICE if there is
+    /// none, LIBUSB_ERROR_ACCESS without permission, LIBUSB_ERROR_BUSY if another program uses it.
     int Open(libusb_context *context, UsbId id);
     void Close();
     bool IsOpen() const { return handle != nullptr; }
 
-    /// Sends a request with `length` bytes of data from or into `data` and waits for its end, at
-    /// most `timeOut`. The number of bytes that went over, or a libusb error code. The device
-    /// must be open; one that is gone is closed.
+    /// Sends a request with `length` bytes from or into `data` and waits for its end, at most
+    /// `timeOut`. Returns the number of bytes transferred, or a libusb error code. The device must
+    /// be open; it is closed if it is gone.
     int Transfer(const VendorRequest &request, uint8_t *data, std::chrono::milliseconds timeOut);
 
 private:

@@ -5,7 +5,7 @@
 
 namespace {
 
-/// The one adapter of the process; nothing is opened before the first LoadFirmWare.
+/// The only adapter of the process; nothing is opened before the first LoadFirmWare.
 ztm::usb::UsbAdapter &Adapter() {
     static ztm::usb::UsbAdapter adapter;
     return adapter;
@@ -15,7 +15,7 @@ ztm::usb::UsbAdapter &Adapter() {
 
 extern "C" {
 
-/// An exception must not leave through a C entry; only want of memory can raise one here.
+/// An exception must not leave a C function; here only a lack of memory can cause one.
 __attribute__((visibility("default"))) int16_t LoadFirmWare(const char *path) {
     try {
         return Adapter().LoadFirmWare(path);

@@ -24,7 +24,7 @@ std::string Text(UsbId id) {
     return text;
 }
 
-/// The line of packaging/70-ztm-eval.rules.
+/// The rule line of packaging/70-ztm-eval.rules, with the ids of this build.
 std::string AccessRule() {
     char rule[200];
     std::snprintf(rule, sizeof rule,
@@ -35,7 +35,7 @@ std::string AccessRule() {
     return rule;
 }
 
-/// Why a device could not be opened, and what helps.
+/// Why a device could not be opened, and how to fix it.
 std::string OpenFault(UsbId id, int error) {
     switch (error) {
     case LIBUSB_ERROR_NO_DEVICE:
@@ -75,7 +75,7 @@ int16_t UsbAdapter::LoadFirmWare(const char *path) {
     return failure;
 }
 
-/// Empty when the adapter is open and runs, otherwise the reason why not.
+/// Empty if the adapter is open and running, otherwise the reason.
 std::string UsbAdapter::Start(const Firmware &firmware) {
     context = NewContext();
     if (!context) {
@@ -113,8 +113,8 @@ std::string UsbAdapter::StartWithFirmware(const Firmware &firmware) {
     return "";
 }
 
-/// Opens the adapter in a context of its own, which sees it even where the system tells of no
-/// arrivals. Any error may pass: rights, for one, are given a moment after the arrival.
+/// Opens the adapter in a new context, which finds it even without hotplug support. Retries after
+/// any error: access rights, for one, are set a moment after the arrival.
 int UsbAdapter::OpenOnArrival(ArrivalWatch &watch, Context &opened) {
     using std::chrono::milliseconds;
     const auto now = std::chrono::steady_clock::now;

@@ -32,7 +32,7 @@ struct ButtonRow {
     QString caption;
 };
 
-/// A frame with one button below the other, in the order of the rows.
+/// A frame with a column of buttons, in the order of the rows.
 QGroupBox *NewButtonFrame(const char *name, const QString &caption,
                           std::initializer_list<ButtonRow> rows, QWidget *parent) {
     auto *frame = Named(new Frame(caption, parent), name);
@@ -183,7 +183,7 @@ void ControlPage::cmdConParam_Click() {
             &ControlPage::ShowControlType, Qt::UniqueConnection);
 }
 
-/// Opens the log's dialog, or stops the log that is running.
+/// Opens the log dialog, or stops a running log.
 void ControlPage::cmdLogData_Click() {
     if (LoggingActive) {
         StopLog();
@@ -194,12 +194,12 @@ void ControlPage::cmdLogData_Click() {
     }
 }
 
-/// Reads the speeds again when the dialog is open already, and twice when it is not.
+/// Reads the speeds again if the dialog is already open, and twice if it is not.
 void ControlPage::cmdManual_Click() {
     ShowForm<frmManual>().Form_Load();
 }
 
-// Both end silently when the file cannot be written or read.
+// Both end silently if the file cannot be written or read.
 
 void ControlPage::cmdSaveRegs_Click() {
     const QString path = AskSaveFile(this, tr("Save Current Setup"), tr("Text Files (*.sav)"));

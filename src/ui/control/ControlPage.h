@@ -11,8 +11,8 @@ class QPushButton;
 
 namespace ztm {
 
-/// The tab "Control": the buttons that open the fan, THERM and heater dialogs and those that
-/// work on files, and the state of the measurement log.
+/// The tab "Control": buttons for the fan, THERM and heater dialogs and for files, and the state of
+/// the measurement log.
 class ControlPage final : public QWidget, public FanControlButtons {
     Q_OBJECT
 
@@ -24,12 +24,11 @@ public:
     void DisableSetLookups() override;
     void DisableManual() override;
 
-    /// Shows the state of the measurement log: the button that starts or stops it, its entries,
-    /// its progress, and why it stopped if nobody asked for that.
+    /// Shows the state of the measurement log: the button that starts or stops it, its entries, its
+    /// progress, and why it stopped if the user did not stop it.
     void ShowLog();
 
-    // What the monitor tick has for the dialogs that this page opens; nothing happens to one that
-    // is not open.
+    // Monitor tick updates for the dialogs that this page opens; no effect on one that is not open.
 
     /// Shows the measured speed of fan 0 or 1.
     void ShowFanSpeed(int fan, const QString &text);

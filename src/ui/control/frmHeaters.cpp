@@ -29,7 +29,7 @@ constexpr std::array<SpinRange, 2> incrementSpins{{{1, 50}, {0, 50}}};
 constexpr SpinRange intervalSpin{50, 10000, 50};
 constexpr int largest16Bit = std::numeric_limits<int16_t>::max();
 
-/// The whole number in a box, limited to what a 16-bit field holds.
+/// The whole number in a box, limited to 16 bits.
 int16_t Limited16Bit(const QLineEdit &box) {
     return static_cast<int16_t>(std::clamp<int32_t>(
         ToInt32(NumberIn(box)), std::numeric_limits<int16_t>::min(), largest16Bit));

@@ -12,9 +12,9 @@ class QPushButton;
 namespace ztm {
 
 /// The dialog "Heaters": a fixed duty or a ramp for each heater of the board. It shows the stored
-/// settings with the duties freshly read from the adapter, and Apply stores them and sends the
-/// duties. Text outside what a field can hold is marked in place and limited; the ramp goes on
-/// with the dialog closed.
+/// settings with the duties just read from the adapter. Apply stores the settings and sends the
+/// duties. Values out of range are marked in place and limited; the ramp continues when the dialog
+/// is closed.
 class frmHeaters final : public Form {
     Q_OBJECT
 

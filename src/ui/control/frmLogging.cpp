@@ -32,7 +32,7 @@ constexpr std::array<int, ChannelCount> channelTops{240, 600, 960, 1320, 1680, 2
 constexpr std::array<int, ChannelCount> channelTopsZTM7710{600, 960, 0, 1320, 0, 1680};
 constexpr int frameHeight = 2520;
 
-/// The number in a box as a whole one from 0 to the largest 32-bit one; otherwise none.
+/// The number in a box, rounded to a whole number from 0 to the largest 32-bit one; otherwise none.
 std::optional<int32_t> WholeNumberIn(const QLineEdit &box) {
     const double number = std::nearbyint(NumberIn(box));
     if (number < 0 || number > std::numeric_limits<int32_t>::max()) {
@@ -101,7 +101,7 @@ QGroupBox *frmLogging::NewOptionsFrame() {
     return frame;
 }
 
-/// One row per channel, where a font larger than usual stretches the rows alike.
+/// One row per channel; a larger font stretches all rows alike.
 void frmLogging::PlaceChannels() {
     const auto &tops = HasOneFan() ? channelTopsZTM7710 : channelTops;
     const double rowHeight = Twips(channelHeight, *this);

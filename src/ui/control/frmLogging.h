@@ -12,10 +12,10 @@ class QLineEdit;
 
 namespace ztm {
 
-/// The dialog "Logging": which channels the measurement log holds, how often an entry is
-/// written and when the log ends. OK asks for the file and starts the log. A negative interval
-/// or limit, or one of more than 2147483647, is refused with a message; a file that cannot be
-/// created leaves the dialog open with the reason in it, and nothing changed.
+/// The dialog "Logging": which channels the measurement log holds, how often an entry is written
+/// and when the log ends. OK asks for the file and starts the log. A negative interval or limit, or
+/// one above 2147483647, is refused with a message. If the file cannot be created, the dialog stays
+/// open and shows the reason, with nothing changed.
 class frmLogging final : public Dialog {
     Q_OBJECT
 

@@ -16,7 +16,7 @@
 namespace ztm {
 namespace {
 
-/// The register pairs of the required speeds, by their high byte.
+/// The register pairs of the required speeds, by high byte.
 constexpr std::array<int32_t, 2> speedRegisters{0x2B, 0x2D};
 
 constexpr double slowestRpm = 75;
@@ -165,7 +165,7 @@ void frmManual::cmdClose_Click() {
     close();
 }
 
-// Not in Form_Unload: after a failed request every window goes, and none may ask for more.
+// Not in Form_Unload: after a failed request all windows are unloaded, and none may send more.
 void frmManual::closeEvent(QCloseEvent *event) {
     WritePending();
     Form::closeEvent(event);

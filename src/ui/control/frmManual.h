@@ -15,12 +15,12 @@ namespace ztm {
 
 class ValueSlider;
 
-/// The dialog "Manual RPM Mode": a slider per fan sets its required speed, beside the measured
-/// one. What is read from the chip and shown is not written back.
+/// The dialog "Manual RPM Mode": a slider per fan sets its required speed, next to the measured
+/// one. Values read from the chip are not written back.
 ///
-/// A slider writes while it is dragged: its first move at once, then at most once per monitor
-/// tick, and its last value always, as soon as the handle is let go or the dialog closed. What
-/// the keys and the wheel do is written at once.
+/// A dragged slider writes its first move immediately, then at most once per monitor tick, and
+/// always its last value, as soon as the handle is released or the dialog closed. Changes by keys
+/// and wheel are written immediately.
 class frmManual final : public Form {
     Q_OBJECT
 
@@ -41,7 +41,7 @@ protected:
     void Form_Unload() override;
 
 private:
-    /// What of a slider's moves the chip has yet to be told.
+    /// Slider moves that have not been written to the chip yet.
     struct Writing {
         bool pending = false;       // the chip holds an earlier value
         bool writtenInTick = false; // since the last monitor tick

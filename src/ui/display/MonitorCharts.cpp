@@ -25,7 +25,7 @@ constexpr StripChartSetup::ValueAxis fanAxis{0, 8000};
 constexpr double leftColumn = 0.12;
 constexpr double rightColumn = 0.8;
 
-/// A trace with a label in a row of one of the columns.
+/// A trace whose label is in that row of one of the columns.
 struct Row {
     int channel;
     double column;
@@ -56,7 +56,7 @@ void AddTraces(StripChartSetup &setup, std::initializer_list<Row> rows, double r
     }
 }
 
-/// Trace 5 of the combined chart is THERM%, but its label comes last, behind those of the fans.
+/// Trace 5 of the combined chart is THERM%, but its label comes last, after those of the fans.
 StripChartSetup TempFanSetup(double rowHeight) {
     StripChartSetup setup;
     setup.left = temperatureAxis;

@@ -6,8 +6,8 @@ namespace ztm {
 
 class StripChart;
 
-/// The three strip charts of the measurements, of which `GraphType` shows one: temperatures and
-/// fan speeds, temperatures, fan speeds. They draw from the session's one history.
+/// The three strip charts of the measurements: temperatures and fan speeds, temperatures, fan
+/// speeds. `GraphType` selects the one shown. All draw from the session's one history.
 class MonitorCharts final : public QWidget {
     Q_OBJECT
 
@@ -20,13 +20,13 @@ public:
 
     MonitorCharts(const LabelRows &rows, QWidget *parent);
 
-    /// Shows the chart that `GraphType` asks for; any other value changes nothing.
+    /// Shows the chart that `GraphType` selects; any other value changes nothing.
     void ShowGraphType();
 
-    /// Gives the labels the names of the session's variant and closes the gaps between them.
+    /// Gives the labels the names of the current variant and closes the gaps between them.
     void LayOutForVariant();
 
-    /// To be called when the history has grown.
+    /// Call when the history has grown.
     void HistoryChanged();
 
 private:

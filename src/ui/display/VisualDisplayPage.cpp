@@ -48,7 +48,7 @@ const Channel &ChannelAt(int channel) {
     return At(Channels, channel);
 }
 
-/// What the variant of the session calls a channel.
+/// The name of a channel on the current variant.
 QString NameOf(int channel) {
     return ToQString(HasOneFan() ? ChannelAt(channel).NameZTM7710 : ChannelAt(channel).Name);
 }
@@ -173,8 +173,8 @@ void VisualDisplayPage::SetupMonitorTab() {
     }
 }
 
-/// Hides the rows of channels that the variant lacks, over which the others close up, and gives
-/// the rest the variant's names.
+/// Hides the rows of channels that the variant lacks, closes the gaps and gives the other rows the
+/// variant's names.
 void VisualDisplayPage::LayOutForVariant() {
     for (int channel = 0; channel < ChannelCount; ++channel) {
         auto *option = At(optMeasure, channel);
@@ -189,7 +189,7 @@ void VisualDisplayPage::LayOutForVariant() {
     charts->LayOutForVariant();
 }
 
-/// The first selected channel; -1 when none is.
+/// The first selected channel; -1 if there is none.
 int VisualDisplayPage::SelectedChannel() const {
     for (int channel = 0; channel < ChannelCount; ++channel) {
         if (At(optMeasure, channel)->isChecked()) {
@@ -237,7 +237,7 @@ void VisualDisplayPage::TrackGaugePointers(int gauge) {
 
 void VisualDisplayPage::ApplyGaugeLimits(int gauge) {
     const int channel = SelectedChannel();
-    // A message takes the focus, which ends a change by keys; behind it nothing may be written.
+    // A message takes the focus, which ends a change by keys; nothing may be written behind it.
     if (channel < 0 || static_cast<int>(ChannelAt(channel).Measures) != gauge || IsMessageShown()) {
         return;
     }

@@ -25,18 +25,18 @@ class VisualDisplayPage final : public QWidget {
 public:
     explicit VisualDisplayPage(QWidget *parent = nullptr);
 
-    /// Lays the page out for the variant at its first call, then runs the click of the selected
+    /// On the first call lays the page out for the variant. Then runs the click of the selected
     /// channel, which reads its limits.
     void SetupMonitorTab();
 
     void UpdateAlerts();
     void UpdateGauge();
 
-    /// Shows in the charts what has been added to the history.
+    /// Shows new history data in the charts.
     void UpdateCharts();
 
 signals:
-    /// The first visit asks for the monitor timer's period.
+    /// Asks for the monitor timer's period, on the first visit.
     void MonitorPeriodWanted();
 
 private:

@@ -17,7 +17,7 @@ frmBigGraph::frmBigGraph()
     : Form(QStringLiteral("frmBigGraph")), charts(new MonitorCharts({0.04, 0.05}, this)) {
     setWindowTitle(tr("Graphing"));
     setMinimumSize(320, 240);
-    resize(sizeHint()); // a window sizes itself to no more than two thirds of its screen
+    resize(sizeHint()); // by itself a window takes at most two thirds of its screen
 }
 
 QSize frmBigGraph::sizeHint() const {

@@ -6,15 +6,15 @@ namespace ztm {
 
 class MonitorCharts;
 
-/// The window "Graphing": the strip charts of the main window, as large as the user wants them.
-/// It is fed while `BigGraphEnabled` is set, which closing it clears.
+/// The window "Graphing": the strip charts of the main window at any size. It is updated while
+/// `BigGraphEnabled` is set; closing it clears that.
 class frmBigGraph final : public Form {
     Q_OBJECT
 
 public:
     frmBigGraph();
 
-    /// Shows what has been added to the history.
+    /// Shows new history data.
     void UpdateCharts();
 
     QSize sizeHint() const override;

@@ -26,7 +26,7 @@ namespace {
 
 constexpr int32_t longestInterval = std::numeric_limits<int16_t>::max();
 
-/// `GraphType` of the option with that index: the stored numbers run the other way.
+/// `GraphType` of the option with that index: the stored numbers are in reverse order.
 constexpr int16_t GraphTypeOf(size_t option) {
     return static_cast<int16_t>(3 - option);
 }
@@ -35,7 +35,7 @@ QCheckBox *NewCheck(const char *name, const QString &caption, QWidget *frame) {
     return Named(new QCheckBox(caption, frame), name);
 }
 
-/// A frame whose controls stand one below the other.
+/// A frame with its controls in a column.
 QGroupBox *NewColumn(Frame *frame, std::initializer_list<QWidget *> controls) {
     auto *layout = new QVBoxLayout(frame);
     for (auto *control : controls) {
@@ -45,7 +45,7 @@ QGroupBox *NewColumn(Frame *frame, std::initializer_list<QWidget *> controls) {
     return frame;
 }
 
-/// A text box behind its label.
+/// A text box after its label.
 QWidget *NewBoxRow(QLineEdit *&box, const char *name, const QString &caption, QWidget *frame) {
     auto *row = new QWidget(frame);
     box = Named(new QLineEdit(row), name);
@@ -125,7 +125,8 @@ void frmGraphOptions::Form_Load() {
     }
 }
 
-/// Stores the controls; false, with a message and nothing stored, for a number out of range.
+/// Stores the controls. If a number is out of range, shows a message, stores nothing and returns
+/// false.
 bool frmGraphOptions::Apply() {
     const int32_t interval = ToInt32(NumberIn(*txtInterval));
     if (interval < 1 || interval > longestInterval) {

@@ -12,8 +12,8 @@ class QRadioButton;
 namespace ztm {
 
 /// The dialog "Options": how often the monitor runs, what it does and which chart is shown. It
-/// stores nothing before Apply or OK. A monitoring interval outside 1 to 32767 ms or a negative
-/// delay is refused with a message, and nothing is stored then.
+/// stores nothing before Apply or OK. For a monitoring interval outside 1 to 32767 ms or a negative
+/// delay it shows a message and stores nothing.
 class frmGraphOptions final : public Dialog {
     Q_OBJECT
 

@@ -10,19 +10,19 @@ class QWidget;
 
 namespace ztm {
 
-/// The boxes in which two windows choose what drives the fans (the register Fan Behaviour): one
-/// for each fan, and `cmbSource33` in their place on the variant with one fan.
+/// The boxes, shared by two windows, that select what drives the fans (the register Fan Behaviour):
+/// one for each fan, or `cmbSource33` instead on the variant with one fan.
 
 QComboBox *NewControlSourceBox(const QString &name, QWidget *parent);
 
 /// The box "cmbSource33", hidden and with that accessible name.
 QComboBox *NewControlSource33Box(const QString &accessibleName, QWidget *parent);
 
-/// Shows the sources that Fan Behaviour holds.
+/// Shows the sources in a value of Fan Behaviour.
 void ShowControlSources(int32_t behaviour, const std::array<QComboBox *, 2> &fans,
                         QComboBox &source33);
 
-/// What Fan Behaviour is written with on the variant of the session.
+/// The value to write to Fan Behaviour on the current variant.
 int32_t ChosenBehaviour(const std::array<QComboBox *, 2> &fans, const QComboBox &source33);
 
 } // namespace ztm

@@ -14,7 +14,7 @@ namespace ztm {
 namespace {
 
 constexpr QColor ground(255, 255, 255);
-constexpr QColor gridColour(216, 216, 216); // behind the preview
+constexpr QColor gridColour(216, 216, 216); // lighter than the preview
 constexpr QColor readingColour(96, 96, 96);
 constexpr QColor firstCurveColour(0, 0, 255);
 constexpr QColor secondCurveColour(0, 192, 0);
@@ -38,9 +38,9 @@ QPointF PlaceOf(int point) {
     return {TempX(drawn.Temperature), RPMY(drawn.RPM)};
 }
 
-/// What of a line (or, with equal ends, of a point) runs within a graph's width and height around
-/// the graph. A point may lie hundreds of widths off, and a painter is slow with lines that leave
-/// its device by far.
+/// The part of a line (or, with equal ends, of a point) within one graph width and height around
+/// the graph. A point may be hundreds of widths away, and a painter is slow with lines far outside
+/// its device.
 std::optional<QLineF> NearPart(const QLineF &line) {
     const std::pair<double, double> bounds[] = {// speed towards an edge, and the room up to it
                                                 {-line.dx(), line.x1() + GraphWidth},
@@ -150,7 +150,7 @@ void LookupGraph::keyPressEvent(QKeyEvent *event) {
     }
 }
 
-/// A pen of so many pixels, whatever the scale of the painter.
+/// A pen of that many pixels at any scale of the painter.
 QPen LookupGraph::Pen(const QColor &colour, int pixels, Qt::PenCapStyle cap) const {
     QPen pen(colour, pixels * devicePixelRatioF(), Qt::SolidLine, cap);
     pen.setCosmetic(true);
@@ -195,10 +195,10 @@ void LookupGraph::DrawGrid(QPainter &painter) {
     }
 }
 
-/// Baseline, rise, the way from point to point, and tail.
+/// Baseline, rise, the line from point to point, and tail.
 void LookupGraph::DrawCurve(QPainter &painter, int first, int last, const QColor &colour) {
     painter.setRenderHint(QPainter::Antialiasing, linear);
-    // Ends that close the corners.
+    // Caps that close the corners.
     painter.setPen(Pen(colour, curvePixels, linear ? Qt::RoundCap : Qt::SquareCap));
     QPointF place(0, GraphHeight - baselineHeight);
     const auto drawTo = [&](const QPointF &next) {
@@ -226,7 +226,7 @@ void LookupGraph::HiLightPoints(QPainter &painter) {
     painter.setRenderHint(QPainter::Antialiasing, false);
 }
 
-/// The lines that the selected point would have there.
+/// The lines that the selected point would have at that place.
 void LookupGraph::GrayLines(QPainter &painter, double xVal, double yVal) {
     const auto [first, last] = CurveOf(selectedPoint);
     const QPointF mouse(xVal, yVal);
@@ -238,7 +238,7 @@ void LookupGraph::GrayLines(QPainter &painter, double xVal, double yVal) {
                                    : PlaceOf(selectedPoint + 1));
 }
 
-/// What the carried point would hold, beside it and within the graph.
+/// The values of the carried point, beside it and within the graph.
 void LookupGraph::DrawReading(QPainter &painter) {
     const QString text = tr("%1 °C, %2 RPM")
                              .arg(std::floor(X2Temp(carriedAt->x())))

@@ -10,28 +10,28 @@
 
 namespace ztm {
 
-/// The graph of the automatic control window: fan speed upwards over temperature to the right,
-/// with grid, curves, the highlighted point and the preview of a point that is being carried. It
-/// draws the lookup table in use in twips, whatever its size in pixels, and reports the mouse in
-/// twips. Its ground is light in every palette, since the colours of its curves are fixed.
+/// The graph of the automatic control window: fan speed upwards over temperature to the right, with
+/// grid, curves, the highlighted point and a preview of the carried point. It draws the lookup
+/// table in use in twips at any size in pixels, and reports the mouse in twips. Its background is
+/// light in every palette, because the colours of its curves are fixed.
 class LookupGraph final : public QWidget {
     Q_OBJECT
 
 public:
     explicit LookupGraph(QWidget *parent = nullptr);
 
-    /// The radius of the highlight and the measure of the hit test, in twips.
+    /// The radius of the highlight, and half the reach of the hit test, in twips.
     static constexpr double HitRadius = 40;
 
     /// What is drawn besides the table; call update afterwards.
     bool linear = false;                ///< straight lines between points instead of steps
     int selectedPoint = 0;              ///< 0 to 7
-    std::optional<QPointF> carriedAt{}; ///< where the selected point is carried, in twips
+    std::optional<QPointF> carriedAt{}; ///< position of the carried point, in twips
 
-    /// Whether that place, in twips, is on the selected point.
+    /// Whether a place, in twips, is on the selected point.
     bool IsOnSelectedPoint(QPointF place) const;
 
-    /// Tells assistive technology the points.
+    /// Describes the points for assistive technology.
     void DescribePoints();
 
     QSize sizeHint() const override;
@@ -40,7 +40,7 @@ signals:
     void MouseDown(QPointF place);
     void MouseMoved(QPointF place);
 
-    /// An arrow key: so many degrees and so many RPM.
+    /// An arrow key was pressed: the change in degrees and in RPM.
     void MoveWanted(int celsius, int rpm);
 
 protected:

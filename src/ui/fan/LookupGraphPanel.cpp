@@ -22,7 +22,7 @@ constexpr int celsiusPerLabel = 10;
 constexpr int rpmLines = 10;
 constexpr int twoDigitShift = 50; // twips
 
-/// A line of the legend, on the ground of the graph.
+/// A legend line on the graph's background colour.
 QFrame *NewLine(const char *name, const char *colour, QWidget *parent) {
     auto *line = Named(new QFrame(parent), name);
     line->setFixedSize(line->fontMetrics().averageCharWidth() * 4, 5);
@@ -82,7 +82,7 @@ void LookupGraphPanel::UpdateRPMLabels() {
     }
 }
 
-/// The room that the texts need around the graph.
+/// The space that the texts need around the graph.
 QMargins LookupGraphPanel::Surroundings() const {
     const int line = fontMetrics().height();
     return {fontMetrics().horizontalAdvance(QStringLiteral("00000 ")), line,

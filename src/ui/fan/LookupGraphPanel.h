@@ -11,10 +11,9 @@ namespace ztm {
 
 class LookupGraph;
 
-/// The graph of the automatic control window with what stands around it: the numbers of its grid
-/// lines, the names of its axes and the legend. The graph keeps its proportions in the middle of
-/// the panel and grows with it; the numbers are as large as the distance of the lines allows, up
-/// to the panel's font.
+/// The graph of the automatic control window with the numbers of its grid lines, the names of its
+/// axes and the legend around it. The graph keeps its proportions in the middle of the panel and
+/// grows with it; the numbers are as large as the line spacing allows, up to the panel's font.
 class LookupGraphPanel final : public QWidget {
     Q_OBJECT
 

@@ -185,8 +185,8 @@ void frmAutoControl::ShowSelectedPoint() {
     PlotData();
 }
 
-/// Marks a speed that Apply cannot write, unless it came from the chip: the slowest count reads
-/// as 75 RPM, which no count is written for.
+/// Marks a speed that Apply cannot write, unless it came from the chip: the slowest count reads as
+/// 75 RPM, which cannot be written.
 void frmAutoControl::MarkRpm() {
     const double rpm = RoundHalfToEven(NumberIn(*txtRPMLookup));
     const bool held =
@@ -242,7 +242,7 @@ void frmAutoControl::pctGraph_MouseMove(QPointF place) {
     pctGraph->setCursor(pctGraph->IsOnSelectedPoint(place) ? Qt::OpenHandCursor : Qt::ArrowCursor);
 }
 
-/// Moves the selected point by the keyboard, within what its boxes' spin buttons reach.
+/// Moves the selected point by keyboard, within the ranges of its spin buttons.
 void frmAutoControl::MovePoint(int celsius, int rpm) {
     if (pctGraph->carriedAt) {
         return;
@@ -257,7 +257,7 @@ void frmAutoControl::MovePoint(int celsius, int rpm) {
     }
 }
 
-/// Escape puts a carried point back to where it was, whichever control has the focus.
+/// Escape returns a carried point to where it was, whichever control has the focus.
 void frmAutoControl::keyPressEvent(QKeyEvent *event) {
     if (event->key() != Qt::Key_Escape || !pctGraph->carriedAt) {
         Dialog::keyPressEvent(event);
@@ -268,7 +268,7 @@ void frmAutoControl::keyPressEvent(QKeyEvent *event) {
     pctGraph->update();
 }
 
-/// The slider keeps to whole steps, so that the grid lines stand for round numbers.
+/// Keeps the slider at whole steps, so that the grid lines are at round numbers.
 void frmAutoControl::sldRange_Change(double value) {
     sldRange->SetValue(RoundHalfToEven(value / smallRangeStep) * smallRangeStep);
     GraphRpmRange = static_cast<float>(sldRange->Value());

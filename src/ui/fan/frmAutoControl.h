@@ -18,10 +18,10 @@ class LookupGraphPanel;
 class ValueSlider;
 
 /// The window "Auto-Control Response": the lookup table as a curve of fan speed over temperature,
-/// with its transition type and the control sources. A point is picked up by a click on it and
-/// put down by the next one, typed, or moved by the arrow keys on the graph. Loading reads the
-/// table in use from the chip; nothing reaches the chip before Apply or OK. Numbers that the
-/// chip cannot hold are marked in place and limited when they are written.
+/// with its transition type and the control sources. A click picks a point up and the next one puts
+/// it down; a point can also be typed, or moved by the arrow keys on the graph. Loading reads the
+/// table in use from the chip; nothing is written before Apply or OK. Numbers that the chip cannot
+/// hold are marked in place; writing limits them, but does not write 1 to 75 RPM.
 class frmAutoControl final : public Dialog {
     Q_OBJECT
 
@@ -55,7 +55,7 @@ private:
     bool Apply() override;
 
     int SelectedPoint = 0;
-    bool shownEightPointMode = false;              // which table the boxes show a point of
+    bool shownEightPointMode = false;              // the table whose point the boxes show
     std::array<int16_t, LookupPoints> loadedRpm{}; // as the window read them from the chip
 
     LookupGraphPanel *graphPanel;

@@ -31,14 +31,14 @@ QComboBox *NewBox(const QString &name, const List &items, QWidget *page) {
     return box;
 }
 
-/// The value of a register that holds one code of each fan and nothing else.
+/// The value of a register that holds one code per fan and nothing else.
 template <class Code>
 int32_t BothFans(const std::array<RegisterField, 2> &fields,
                  const std::array<QComboBox *, 2> &boxes, Code code) {
     return fields[1].With(fields[0].With(0, code(TextOf(*boxes[0]))), code(TextOf(*boxes[1])));
 }
 
-/// Shows a number of poles, as an item of its own if the list does not have it.
+/// Shows a number of poles, as an extra item if the list does not have it.
 void ShowPoles(QComboBox &box, int32_t code) {
     const QString text = ToQString(PolesText(code));
     if (box.findText(text) < 0) {
@@ -157,7 +157,7 @@ std::vector<QComboBox *> frmConfig::BoxesInTurn() const {
     return boxes;
 }
 
-/// From one tab to another the focus goes through the boxes and ends on OK.
+/// On a change of tab the focus goes through the boxes and ends on OK.
 void frmConfig::SSTab1_Click() {
     for (QComboBox *box : BoxesInTurn()) {
         box->setFocus();

@@ -12,10 +12,10 @@ class QTabWidget;
 
 namespace ztm {
 
-/// The dialog "Fan Configuration": control type, layout of the lookup table, and for each fan
-/// its poles, control source, response and ramp rate. It reads six registers when it loads and
-/// writes the same six on Apply or OK. A number of poles that the list does not have is shown as
-/// it is, so that Apply writes it back.
+/// The dialog "Fan Configuration": control type, layout of the lookup table, and for each fan its
+/// poles, control source, response and ramp rate. It reads six registers when it loads and writes
+/// the same six on Apply or OK. 0 and 9 to 15 poles, which the list does not have, are shown
+/// unchanged, so that Apply writes them back.
 class frmConfig final : public Dialog {
     Q_OBJECT
 

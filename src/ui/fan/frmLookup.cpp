@@ -56,12 +56,12 @@ const QString &LutName() {
     return name;
 }
 
-/// The row of a point, below the headings and, from the fifth on, a second one.
+/// The row of a point, below the headings and, from the fifth on, below a second heading.
 constexpr int RowOf(int point) {
     return 1 + point + point / PointsPerFan;
 }
 
-/// Shows the numeric value of a piece of a table file; false when it is no finite number.
+/// Shows the numeric value of a piece of a table file; false if it is not a finite number.
 bool ShowPiece(QLineEdit &box, const std::string &piece) {
     const double number = NumericValue(piece);
     if (std::isfinite(number)) {
@@ -133,7 +133,7 @@ void frmLookup::ConnectSignals() {
     connect(cmdLoadLUT, &QPushButton::clicked, this, &frmLookup::cmdLoadLUT_Click);
 }
 
-/// Numbers the points, anew for fan 2 where it has a table of its own.
+/// Numbers the points, from 1 again for fan 2 if it has its own table.
 void frmLookup::ShowLayout() {
     if (!EightPointMode) {
         Frame1->setTitle(tr("2 x 4-Point Lookup Table"));
@@ -162,8 +162,8 @@ void frmLookup::Form_Load() {
     }
 }
 
-/// What has just been read is what the chip holds, and needs no mark: the slowest count reads as
-/// 75 RPM, which no count is written for.
+/// Values just read from the chip need no mark: the slowest count reads as 75 RPM, which cannot be
+/// written.
 void frmLookup::WatchNumbers() {
     for (auto *box : txtTemp) {
         WatchRange(*box, lowestCelsius, highestCelsius, tr("°C"));

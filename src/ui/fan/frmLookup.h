@@ -13,9 +13,9 @@ class QPushButton;
 namespace ztm {
 
 /// The dialog "Set Lookup Points": the eight points of the lookup table as numbers. It reads the
-/// chip when it loads and writes it on Apply or OK; test points and table files act on the boxes
-/// only. Numbers that the chip cannot hold are marked in place and limited when they are
-/// written. A file that cannot be written or read ends its action silently.
+/// chip when it loads and writes it on Apply or OK; test points and table files change only the
+/// boxes. Numbers that the chip cannot hold are marked in place; writing limits them, but does not
+/// write 1 to 75 RPM. A file that cannot be written or read ends its action silently.
 class frmLookup final : public Dialog {
     Q_OBJECT
 

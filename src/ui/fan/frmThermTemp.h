@@ -10,9 +10,9 @@ class QLineEdit;
 namespace ztm {
 
 /// The dialog "THERM Temperature": the THERM limits in °C, the THERM hysteresis and the boost
-/// disable bit. It reads the chip when it loads and writes it on OK. A limit outside −64 to
-/// 191 °C or a hysteresis outside 0 to 15 is marked in place; what is written is the nearest
-/// limit that has an encoding, and the lower four bits of the hysteresis.
+/// disable bit. It reads the chip when it loads and writes it on OK. A limit outside −64 to 191 °C
+/// or a hysteresis outside 0 to 15 is marked in place; the nearest limit that can be encoded and
+/// the lower four bits of the hysteresis are written.
 class frmThermTemp final : public Dialog {
     Q_OBJECT
 

@@ -4,10 +4,10 @@
 
 namespace ztm {
 
-/// A colour that lies that share of the way, 0 to 1, from the first to the second.
+/// A mix of two colours; `share` is 0 for the first to 1 for the second.
 QColor Mix(const QColor &first, const QColor &second, double share);
 
-/// The colour, as much lighter or darker as it takes to stand out from the ground.
+/// The colour, made lighter or darker until it stands out from the background.
 QColor Readable(const QColor &colour, const QColor &ground);
 
 } // namespace ztm

@@ -16,7 +16,7 @@ bool IsArrow(int key) {
     return key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_Left || key == Qt::Key_Right;
 }
 
-/// How many steps a key means, upwards; 0 for another key.
+/// The steps that a key stands for, positive upwards; 0 for any other key.
 int StepsOf(const QKeyEvent &event) {
     if ((event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) != 0) {
         return 0;
@@ -134,7 +134,7 @@ void Gauge::SetCaption(const QString &text) {
     }
 }
 
-/// The text for assistive tools; without them it is not worth its time.
+/// The text for assistive tools; skipped if there are none.
 void Gauge::UpdateDescription() {
     if (!QAccessible::isActive()) {
         return;
@@ -159,7 +159,7 @@ void Gauge::Begin(Means means, int pointer) {
     }
 }
 
-/// Moves the pointer in hand, within the scale.
+/// Moves the current pointer within the scale.
 void Gauge::MoveTo(double value) {
     const double bounded = face.Clamped(value);
     if (bounded != shown.Pointer(move.pointer)) {
@@ -170,7 +170,7 @@ void Gauge::MoveTo(double value) {
 }
 
 void Gauge::DragTo(const QPointF &position) {
-    // A click on a handle is no move.
+    // A click on a handle is not a move.
     if (move.moved || position != move.pressed) {
         const double degrees = face.DegreesAt(move.pointer, position) + move.heldDegrees;
         MoveTo(face.ValueAt(degrees, shown.Pointer(move.pointer)));
@@ -185,8 +185,8 @@ void Gauge::Finish() {
     }
 }
 
-/// Something else than the user ends the move: what the keys did stays, while a drag that was
-/// not released has not been decided on.
+/// Ends a move that the user did not finish: changes by keys stay, a drag that was not released is
+/// undone.
 void Gauge::Interrupt() {
     if (move.means == Means::Mouse) {
         PutBack();
@@ -215,7 +215,7 @@ void Gauge::SelectPointer(int pointer) {
 bool Gauge::event(QEvent *event) {
     switch (event->type()) {
     case QEvent::ShortcutOverride:
-        // Escape belongs to the move in hand, not to the window.
+        // Escape is for the current move, not for the window.
         if (move.means != Means::None && static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape) {
             event->accept();
             return true;
@@ -275,8 +275,8 @@ void Gauge::mousePressEvent(QMouseEvent *event) {
     Finish();
     Begin(Means::Mouse, pointer);
     move.pressed = event->position();
-    // A handle taken off its middle keeps its distance from the mouse, so that it does not jump.
-    // Within a pixel, the middle is meant.
+    // A handle grabbed off its middle keeps its distance from the mouse, so that it does not jump.
+    // Within a pixel it counts as the middle.
     const QPointF middle = PointerPosition(pointer, shown.Pointer(pointer));
     if (QLineF(middle, move.pressed).length() > 1) {
         move.heldDegrees =
@@ -290,7 +290,7 @@ void Gauge::mouseMoveEvent(QMouseEvent *event) {
         if ((event->buttons() & Qt::LeftButton) != 0) {
             DragTo(event->position());
         } else {
-            Finish(); // the release went elsewhere
+            Finish(); // the button was released elsewhere
         }
     }
     UpdateCursor(event->position());
@@ -320,7 +320,7 @@ void Gauge::keyPressEvent(QKeyEvent *event) {
     if (event->key() == Qt::Key_Escape && move.means != Means::None) {
         PutBack();
     } else if (move.means == Means::Mouse) {
-        return; // the mouse has the pointer
+        return; // the mouse holds the pointer
     } else if (steps != 0) {
         if (move.means == Means::None) {
             Begin(Means::Keys, selected);

@@ -10,13 +10,12 @@ namespace ztm {
 /// handles, low (L) and high (H), that the user drags along the scale or moves with the keys.
 ///
 /// The scale runs clockwise over 270 degrees, from the lower left to the lower right. Needle and
-/// pointers always lie between `minimum` and `maximum`: setting them clamps, and reading gives
-/// the clamped value. A band is drawn where its start lies below its end. Values that are not a
-/// number are ignored.
+/// pointers always stay between `minimum` and `maximum`: setting them clamps, and reading gives the
+/// clamped value. A band is drawn if its start is below its end. NaN is ignored.
 ///
-/// The arrow keys move the pointer with the focus ring by `singleStep`, with Shift by ten; Space,
-/// L and H choose the pointer; Escape puts back a pointer that is being moved. One
-/// pointer may be moved past the other. The signals tell of the user's actions only.
+/// The arrow keys move the pointer with the focus ring by `singleStep`, with Shift by ten steps;
+/// Space, L and H select the pointer; Escape restores a pointer that is being moved. One pointer
+/// may be moved past the other. The signals report only the user's actions.
 class Gauge : public QWidget {
     Q_OBJECT
     Q_PROPERTY(double needle READ Needle WRITE SetNeedle)
@@ -56,7 +55,7 @@ public:
     double Band1End() const { return shown.band1.end; }
     void SetBand1End(double value);
 
-    /// The ends of the scale. An end set beyond the other takes the other along.
+    /// The ends of the scale. An end set beyond the other moves the other too.
     double Minimum() const { return face.Minimum(); }
     void SetMinimum(double value);
     double Maximum() const { return face.Maximum(); }
@@ -73,9 +72,9 @@ public:
     QString Caption() const { return shown.caption; }
     void SetCaption(const QString &text);
 
-    /// Where the middle of a pointer's handle (2 low, 3 high) stands for a value, in widget
+    /// The position of the middle of a pointer's handle (2 low, 3 high) at a value, in widget
     /// coordinates. Dragging from the position of one value to that of another moves the pointer
-    /// from the one to the other.
+    /// from one to the other.
     Q_INVOKABLE QPointF PointerPosition(int pointer, double value) const;
 
     QSize sizeHint() const override;
@@ -85,7 +84,7 @@ signals:
     /// The user has moved a pointer, and may move it further.
     void PointerMoving();
 
-    /// The user has finished moving a pointer: once for each drag or press of a key that moved it.
+    /// The user has finished moving a pointer: once per drag or key press that moved it.
     void PointerChanged();
 
 protected:
@@ -102,12 +101,12 @@ protected:
 private:
     enum class Means { None, Mouse, Keys };
 
-    /// The user's move of a pointer, while it lasts.
+    /// A move of a pointer in progress.
     struct Move {
         Means means = Means::None;
         int pointer = 0;
         double start = 0;       // the value to go back to
-        QPointF pressed;        // where the mouse took the handle
+        QPointF pressed;        // where the mouse grabbed the handle
         double heldDegrees = 0; // from there to the middle of the handle
         bool moved = false;
     };

@@ -15,12 +15,13 @@
 namespace ztm {
 namespace {
 
-// Angles are in degrees, clockwise from three o'clock as the painter turns.
+// Angles are in degrees, clockwise from three o'clock, as in QPainter.
 constexpr double firstDegrees = 135;
 constexpr double sweepDegrees = 270;
 constexpr double fullTurn = 360;
 
-// So near to an end of the scale, a mouse below it means that end, and a pointer on it is at it.
+// This close to an end of the scale, a mouse below it means that end, and a pointer counts as at
+// it.
 constexpr double endDegrees = 15;
 
 // Lengths are in hundredths of the diameter.
@@ -49,7 +50,7 @@ constexpr double numberSize = 5.6;
 constexpr double letterSize = 6;
 constexpr double captionSize = 10;
 
-// How far beside a handle the mouse still takes it, in pixels.
+// How far beside a handle the mouse still grabs it, in pixels.
 constexpr double reach = 4;
 
 constexpr QColor bandColour(46, 160, 67);
@@ -103,7 +104,7 @@ double GaugeFace::ValueAt(double degrees, double current) const {
         return along < (sweepDegrees + fullTurn) / 2 ? maximum : minimum;
     }
     const double value = minimum + (maximum - minimum) * along / sweepDegrees;
-    // The mouse gives a value to the pixel: no more decimals than that is worth.
+    // The mouse resolves one pixel: no more decimals than that is worth.
     const double pixels = qDegreesToRadians(sweepDegrees) * handleMiddle * unit;
     const double decimals = std::ceil(1 - std::log10((maximum - minimum) / pixels));
     const double perUnit = std::pow(10, qMax(0.0, decimals));
@@ -170,7 +171,7 @@ void GaugeFace::AddNumber(double value) {
     const double halfHeight = metrics.capHeight() / 2;
     const double angle = qDegreesToRadians(firstDegrees + DegreesOf(value));
     const QPointF outward(std::cos(angle), std::sin(angle));
-    // From the middle of the text to its edge, in that direction, of an ellipse around it.
+    // From the middle of the text to the edge of an ellipse around it, in that direction.
     const double extent = std::hypot(halfWidth * outward.x(), halfHeight * outward.y());
     const QPointF middle = centre + (numberRadius * unit - extent) * outward;
     numbers.append({middle + QPointF(-halfWidth, halfHeight), text});
@@ -205,7 +206,7 @@ void GaugeFace::DrawArc(QPainter &painter, const GaugeReadings::Band &band, doub
     if (!(from < to)) {
         return;
     }
-    // A filled outline costs a good deal less than a wide stroke. Qt's arcs run the other way.
+    // A filled outline is much cheaper than a wide stroke. Qt's arcs run counterclockwise.
     const auto square = [this](double half) {
         const QPointF corner(half * unit, half * unit);
         return QRectF(centre - corner, centre + corner);
@@ -256,7 +257,7 @@ void GaugeFace::DrawNeedle(QPainter &painter, double needle, const QPalette &pal
     draw(0, QPalette::WindowText);
 }
 
-/// A flag whose straight edge stands on the value, with a tip on the scale.
+/// A flag with its straight edge at the value and its tip on the scale.
 void GaugeFace::DrawHandle(QPainter &painter, int pointer, double value, const Look &look) const {
     const bool isLow = pointer == lowPointerNumber;
     const double width = Side(pointer) * handleWidth;

@@ -19,7 +19,7 @@ inline constexpr int highPointerNumber = 3;
 
 /// What a gauge shows on its face.
 struct GaugeReadings {
-    /// Drawn where its start lies below its end.
+    /// Drawn if its start is below its end.
     struct Band {
         double start = 0;
         double end = 0;
@@ -37,9 +37,9 @@ struct GaugeReadings {
     double Pointer(int number) const { return number == lowPointerNumber ? low : high; }
 };
 
-/// The face of a gauge: where a value stands on it and which value stands at a point, which
-/// handle is under the mouse, and its picture. The scale runs clockwise over 270 degrees from the
-/// lower left to the lower right; degrees count from there.
+/// The face of a gauge: maps values to points and points to values, finds the handle under the
+/// mouse, and paints. The scale runs clockwise over 270 degrees from the lower left to the lower
+/// right; degrees count from its start.
 class GaugeFace {
 public:
     double Minimum() const { return minimum; }
@@ -49,23 +49,22 @@ public:
     void SetRange(double from, double to);
     /// Fits the face into a widget.
     void SetSize(const QRectF &room, const QFont &textFont);
-    /// Makes the caption's letters as large as it leaves room for.
+    /// Makes the caption's font smaller if it does not fit.
     void FitCaption(const QString &caption);
 
     double DegreesOf(double value) const;
-    /// The degrees along the scale that a pointer's handle with its middle in that direction
-    /// stands for.
+    /// The degrees along the scale for a pointer whose handle has its middle in that direction.
     double DegreesAt(int pointer, const QPointF &position) const;
     /// The value at any angle, with no more decimals than a pixel is worth. Below the scale it is
-    /// the nearer end, except that a pointer which is about at an end (`current`) goes there, and
-    /// does not jump to the other.
+    /// the nearer end, but a pointer that is near an end (`current`) stays at that end and does not
+    /// jump to the other.
     double ValueAt(double degrees, double current) const;
-    /// The middle of a pointer's handle when it stands on a value.
+    /// The middle of a pointer's handle at a value.
     QPointF PointerPosition(int pointer, double value) const;
     /// The pointer whose handle is at a position, or 0.
     int PointerAt(const QPointF &position, const GaugeReadings &readings) const;
 
-    /// How the widget is, as far as it shows.
+    /// The widget state that affects the picture.
     struct Look {
         QPalette palette;
         bool enabled = true;

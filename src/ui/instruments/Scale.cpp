@@ -17,7 +17,7 @@ bool Divides(double step, double value) {
     return std::abs(value / step - std::round(value / step)) < 1e-9;
 }
 
-/// Round steps for a scale: those that meet its ends if possible, and about seven of them.
+/// Round steps for a scale: about seven of them, meeting its ends if possible.
 Steps StepsFor(double from, double to) {
     constexpr double wantedCount = 7;
     constexpr double faultOfAMissedEnd = 0.25;
@@ -47,8 +47,8 @@ Steps StepsFor(double from, double to) {
 } // namespace
 
 ScaleMarks MarksFor(double from, double to) {
-    // A number or tick nearer than this share of its step to an end of the scale gives way
-    // to that of the end.
+    // A number or tick closer to an end of the scale than this share of its step is left out in
+    // favour of the end's.
     constexpr double leastApart = 0.6;
     ScaleMarks marks{{from}, {}};
     if (to <= from) {

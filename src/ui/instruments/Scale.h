@@ -10,9 +10,9 @@ struct ScaleMarks {
     std::vector<double> small;    ///< the divisions between the numbered ones, ascending
 };
 
-/// About seven round intervals from `from` to `to`, which meet both ends if possible. A mark too
-/// near to an end for its number to be read beside the end's is left out. A scale without a
-/// length has a single mark.
+/// About seven round intervals from `from` to `to`, meeting both ends if possible. A number too
+/// close to an end to be readable beside the end's is left out. A scale of zero length has a single
+/// mark.
 ScaleMarks MarksFor(double from, double to);
 
 } // namespace ztm

@@ -29,7 +29,7 @@ StripChart::StripChart(const ChannelHistory &source, StripChartSetup shown, QWid
     , plot(new StripChartPlot(*columns, this)) {
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
-    // Every event comes to this widget; the plot only paints.
+    // This widget handles all events; the plot only paints.
     plot->setAttribute(Qt::WA_TransparentForMouseEvents);
     plot->setFocusPolicy(Qt::NoFocus);
     plot->setInteractions(QCP::Interactions());
@@ -43,7 +43,7 @@ StripChart::StripChart(const ChannelHistory &source, StripChartSetup shown, QWid
     connect(plot, &QCustomPlot::beforeReplot, this, &StripChart::BeforeReplot);
     connect(plot, &QCustomPlot::afterLayout, this, [this] {
         labels->Place();
-        // Tick labels of another width have moved the plot's edges: the columns follow.
+        // Tick labels of another width have moved the plot's edges: update the columns.
         if (columns->Count() != ColumnCount()) {
             Redraw();
         }
@@ -51,7 +51,7 @@ StripChart::StripChart(const ChannelHistory &source, StripChartSetup shown, QWid
 }
 
 StripChart::~StripChart() {
-    // The traces read the columns to the last.
+    // The traces use the columns until they are deleted.
     delete plot;
 }
 
@@ -144,7 +144,7 @@ bool StripChart::CanBeSeen() const {
     return isVisible() && !window()->isMinimized();
 }
 
-/// Paints everything anew. Any number of calls until the next turn of the event loop paint once.
+/// Repaints everything, once per turn of the event loop however often it is called.
 void StripChart::Redraw() {
     if (CanBeSeen()) {
         plot->TracesChanged();
@@ -152,8 +152,8 @@ void StripChart::Redraw() {
     }
 }
 
-/// Paints what new samples have changed: everything but the traces only where the time axis has
-/// to move, and often nothing at all.
+/// Paints only what new samples have changed: more than the traces only if the time axis has to
+/// move, and often nothing at all.
 void StripChart::Follow() {
     if (!CanBeSeen() || columns->Count() == 0) {
         return;
@@ -171,12 +171,12 @@ void StripChart::Follow() {
     }
 }
 
-/// How many columns of pixels the plot has; none where there is no room for it.
+/// The width of the plot in pixel columns; 0 if there is no room for it.
 int StripChart::ColumnCount() const {
     return std::max(0, qRound(PlotRect().width() * plot->bufferDevicePixelRatio()));
 }
 
-/// The leftmost of `count` columns that end with the window.
+/// The leftmost of `count` columns that end at the end of the time window.
 int64_t StripChart::FirstColumn(double width, int count) const {
     return static_cast<int64_t>(std::floor(timeWindow.End() / width)) + 1 - count;
 }
@@ -245,7 +245,7 @@ void StripChart::resizeEvent(QResizeEvent *event) {
 }
 
 void StripChart::paintEvent(QPaintEvent * /*event*/) {
-    // What the plot leaves free of this widget is the frame.
+    // The part of this widget around the plot is the frame.
     QPainter painter(this);
     painter.fillRect(rect(), palette().color(hasFocus() ? QPalette::Highlight : QPalette::Mid));
 }

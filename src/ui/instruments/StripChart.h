@@ -22,16 +22,15 @@ class StripChartColumns;
 class StripChartLabels;
 class StripChartPlot;
 
-/// A chart of measured values over time, drawn from a history that it shares with others and
-/// that outlives it. It follows the newest sample until the user moves it away; while it is not
-/// visible it costs nothing. Times of the history are seconds since a local midnight, and may go
-/// on beyond a day.
+/// A chart of measured values over time, drawn from a shared history that must outlive it. It
+/// follows the newest sample until the user moves it away; while it is not visible it costs
+/// nothing. Times of the history are seconds since a local midnight, and may exceed a day.
 ///
 /// Mouse: drag the arrows at the ends of an axis, or turn the wheel over it, to zoom that axis;
-/// drag an axis or the plot to move it; the wheel over the plot zooms time at the pointer; a
-/// double click returns to the newest sample. Keys: arrows and Page Up and Down move, + and -
-/// zoom time, with Ctrl the values; Home fits the values, End returns to the newest sample, Ctrl
-/// and left or right move the cursor, Escape takes it away.
+/// drag an axis or the plot to move it; the wheel over the plot zooms time at the pointer; a double
+/// click returns to the newest sample. Keys: arrows and Page Up and Down move, + and - zoom time,
+/// with Ctrl the values; Home fits the values, End returns to the newest sample, Ctrl and left or
+/// right move the cursor, Escape removes it.
 class StripChart : public QWidget {
     Q_OBJECT
     Q_PROPERTY(QStringList labels READ Labels)
@@ -45,45 +44,45 @@ public:
     QStringList Labels() const;
     int TraceCount() const { return static_cast<int>(setup.traces.size()); }
 
-    /// The entry must be one of the labels. A label of empty text is not seen.
+    /// `entry` must be one of the labels. A label with an empty text is hidden.
     void SetLabel(int entry, const QString &text);
-    /// The name of a trace in read-outs and files, where its label is empty.
+    /// The name of a trace in read-outs and files, used if its label is empty.
     void SetTraceName(int trace, const QString &name);
-    /// Moves the top of a label to that fraction of the chart's height; titles of axes stay.
+    /// Moves the top of a label to that fraction of the chart's height; axis titles stay.
     void SetLabelVerticalPosition(int entry, double fraction);
     double LabelVerticalPosition(int entry) const;
 
-    /// The newest value of a trace; not-a-number when there is none.
+    /// The newest value of a trace; NaN if there is none.
     Q_INVOKABLE double LastValue(int trace) const;
 
-    /// To be called after each Append() to, or Clear() of, the history.
+    /// Call after each Append() to, or Clear() of, the history.
     void HistoryChanged();
 
     bool IsLive() const { return timeWindow.IsLive(); }
     /// The times at the left and right edge, in seconds.
     double VisibleFrom() const;
     double VisibleTo() const;
-    /// The range of a value axis; the left one when there is no right one.
+    /// The range of a value axis; the left one if there is no right one.
     QCPRange ValueRange(bool rightAxis = false) const;
 
-    /// Where a time and a value on an axis stand, in widget coordinates.
+    /// The point of a time and a value on an axis, in widget coordinates.
     QPointF PointOf(double time, double value, bool rightAxis = false) const;
-    /// What the cursor says, a line each for the time and for every trace with values; empty
-    /// while there is no cursor.
+    /// The read-out of the cursor: a line for the time and one for every trace with values; empty
+    /// without a cursor.
     QStringList CursorText() const;
 
-    /// Value axes to the values in sight, with a little room.
+    /// Fits the value axes to the visible values, with a small margin.
     void Fit();
-    /// Value axes as they were at the start.
+    /// Restores the value axes and the time span of the set-up.
     void RestoreScales();
-    /// All that the history still has.
+    /// Shows all that the history still has.
     void ShowWholeHistory();
     void BackToLive();
     void CopyPicture() const;
-    /// Writes a PNG, SVG or PDF by the ending of the name; false when that did not succeed.
+    /// Writes a PNG, SVG or PDF according to the file extension; false on failure.
     bool SavePicture(const QString &path) const;
-    /// Writes what is kept of the visible time as tab-separated text, a line per sample; false
-    /// when that did not succeed.
+    /// Writes what is kept of the visible time as tab-separated text, one line per sample; false on
+    /// failure.
     bool SaveVisibleRange(const QString &path) const;
 
     QSize sizeHint() const override { return {560, 320}; }

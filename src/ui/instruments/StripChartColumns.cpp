@@ -17,7 +17,7 @@ size_t StripChartColumns::Slot(int64_t column) const {
     return static_cast<size_t>(slot < 0 ? slot + size : slot);
 }
 
-/// Whether both are drawn alike; where a column's line ended matters only to the next one.
+/// Whether both are drawn alike; the last value of a column affects only the next one.
 bool StripChartColumns::LooksLike(const Column &one, const Column &other) {
     const auto same = [](float a, float b) { return a == b || (std::isnan(a) && std::isnan(b)); };
     return std::equal(one.begin(), one.end(), other.begin(), [&](const Extent &a, const Extent &b) {
@@ -59,7 +59,7 @@ int64_t StripChartColumns::Update(double width, int64_t begin, int count) {
             known = now;
         }
     }
-    // A line over columns without samples is drawn only once its far end is known.
+    // A line across columns without samples can be drawn only once its far end is known.
     while (changed > begin && !HasSamples(changed - 1)) {
         --changed;
     }

@@ -8,17 +8,16 @@
 
 namespace ztm {
 
-/// The pixel columns of a strip chart: column k stands for the time from k to k + 1 column
-/// widths, counted from the origin of time, so that a column keeps its samples while the chart
-/// scrolls. Columns that stay in sight are not asked for again.
+/// The pixel columns of a strip chart: column k covers the time from k to k + 1 column widths after
+/// the time origin, so a column keeps its samples while the chart scrolls. Columns that stay
+/// visible are not read again.
 class StripChartColumns {
 public:
     explicit StripChartColumns(const ChannelHistory &source) : history(source) {}
 
-    /// Brings `count` columns of `width` seconds up to date, the leftmost being column `begin`.
-    /// Returns the first column, counted from the origin, from which on the traces may look
-    /// different, begin + count when they do not. The column before it has samples, unless that
-    /// is out of sight.
+    /// Updates `count` columns of `width` seconds, starting with column `begin`. Returns the first
+    /// column, counted from the origin, from which the traces may look different; begin + count if
+    /// none do. The column before it has samples, unless it is out of sight.
     int64_t Update(double width, int64_t begin, int count);
 
     int64_t Begin() const { return first; }
@@ -27,10 +26,10 @@ public:
     double Width() const { return seconds; }
     /// The column, counted from the origin, that holds a time.
     int64_t ColumnOf(double time) const;
-    /// Where column `index` begins, 0 being the leftmost one.
+    /// The start of column `index`, 0 being the leftmost one.
     double TimeOf(int index) const { return static_cast<double>(first + index) * seconds; }
 
-    /// Where a column, counted from the origin, has its place in a ring of Count() columns.
+    /// The place of a column, counted from the origin, in a ring of Count() columns.
     size_t Slot(int64_t column) const;
 
     /// A channel in column `index`, 0 being the leftmost one.

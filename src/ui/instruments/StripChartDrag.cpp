@@ -10,7 +10,7 @@ namespace {
 using Place = StripChartPlace;
 
 constexpr double gripPixels = 24;      // of the arrow at the end of an axis
-constexpr double leastFraction = 0.05; // of an axis that a dragged end leaves
+constexpr double leastFraction = 0.05; // of an axis, the least that a dragged end leaves
 constexpr double tremblePixels = 3;
 constexpr double smallestValueSpan = 1e-3; // of a value axis
 constexpr double largestValueSpan = 1e9;
@@ -32,7 +32,7 @@ StripChartPlace PlaceAt(QPointF point, const QRectF &plot, bool hasRightAxis) {
     if (plot.contains(point)) {
         return {Place::Part::Plot, Place::Grip::Middle};
     }
-    // The corners belong to the axis whose end is nearer, the value axes.
+    // The corners belong to the value axes, whose ends are nearer.
     const double fromBottom = plot.bottom() - point.y();
     const double fromLeft = point.x() - plot.left();
     if (fromLeft < 0 && fromBottom > -gripPixels / 2) {

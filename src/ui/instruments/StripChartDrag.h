@@ -9,8 +9,8 @@ class QCPAxis;
 
 namespace ztm {
 
-/// What a point of a strip chart belongs to, and whether it is at the end of an axis, where the
-/// mouse stretches the axis instead of moving it.
+/// The part of a strip chart at a point, and whether it is the end of an axis, where the mouse
+/// zooms the axis instead of moving it.
 struct StripChartPlace {
     enum class Part { None, Plot, TimeAxis, LeftAxis, RightAxis };
     enum class Grip { Middle, LowerEnd, UpperEnd };
@@ -27,18 +27,18 @@ StripChartPlace PlaceAt(QPointF point, const QRectF &plot, bool hasRightAxis);
 /// A point in fractions of the plot, from its lower left corner.
 QPointF FractionOf(QPointF point, const QRectF &plot);
 
-/// Multiplies the span of a value axis; what stands at that fraction from its lower end stays.
+/// Multiplies the span of a value axis; the value at that fraction from its lower end stays there.
 void ZoomValues(QCPAxis &axis, double factor, double fraction);
 
-/// A drag of the mouse: the value or time under the pointer goes with it, all of the axis or the
-/// end at hand while the other stays.
+/// A mouse drag: the value or time under the pointer follows it. Moves the whole axis, or one end
+/// while the other stays.
 class StripChartDrag {
 public:
-    /// From a point, with the time at the right edge and the value axis there, if there is one.
+    /// Starts at a point, with the time at the right edge and the value axis there, if any.
     StripChartDrag(StripChartPlace from, QPointF point, const TimeWindow &window, double visibleTo,
                    QCPAxis *axis);
 
-    /// Moves window or axis for the mouse at a point. False as long as it only trembles.
+    /// Moves the window or axis to the mouse position. False while the mouse has hardly moved.
     bool To(QPointF point, const QRectF &plot, TimeWindow &window);
 
 private:
@@ -48,7 +48,7 @@ private:
     StripChartPlace place;
     QPointF start;
     bool moved = false;
-    double end; // of what it began with, in seconds
+    double end; // at the start of the drag, in seconds
     double span;
     QCPAxis *axis;
     double lower = 0;

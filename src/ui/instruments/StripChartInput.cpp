@@ -1,4 +1,4 @@
-// What the user does to a chart: mouse, wheel, keys and menu.
+// User input to a chart: mouse, wheel, keys and menu.
 
 #include "ui/instruments/StripChart.h"
 #include "ui/instruments/StripChartPlot.h"
@@ -22,7 +22,7 @@ using Part = StripChartPlace::Part;
 
 constexpr int notch = QWheelEvent::DefaultDeltasPerStep;
 constexpr double zoomStep = 1.25; // per notch of the wheel or press of a key
-constexpr double panStep = 0.1;   // of what is in sight
+constexpr double panStep = 0.1;   // of the visible range
 constexpr double cursorStep = 4;  // pixels
 
 } // namespace
@@ -159,7 +159,7 @@ bool StripChart::MoveByKey(const QKeyEvent &event) {
         return true;
     case Qt::Key_Escape:
         if (!cursorX) {
-            return false; // for the dialog around
+            return false; // left to the dialog
         }
         cursorX.reset();
         return true;
@@ -192,7 +192,7 @@ void StripChart::focusOutEvent(QFocusEvent *event) {
 
 void StripChart::contextMenuEvent(QContextMenuEvent *event) {
     if (menu) {
-        return; // asked twice, by key and by the window system
+        return; // requested twice, by key and by the window system
     }
     drag.reset();
     menu = new QMenu(this);

@@ -74,7 +74,7 @@ void StripChartOverlay::PaintCursor(QPainter &painter) const {
         swatch + space);
 }
 
-/// One below the other from `line` on, each with a swatch of its trace's colour.
+/// One per line from `line` down, each with a swatch of its trace's colour.
 void StripChartOverlay::PaintReadings(QPainter &painter, QRectF line, double indent) const {
     const double swatch = line.height() * 0.6;
     for (const Row &row : rows) {

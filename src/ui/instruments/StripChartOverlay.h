@@ -4,9 +4,9 @@
 
 namespace ztm {
 
-/// What stands above the traces: the cursor, a line at a time and a box with the readings, and
-/// a notice. The plot paints it on the screen; the library only into what is saved, where the
-/// notice has no place.
+/// What is drawn above the traces: the cursor (a line at a time and a box with the readings) and a
+/// notice. The plot paints it on the screen; the library paints it only into saved pictures,
+/// without the notice.
 class StripChartOverlay final : public QCPLayerable {
 public:
     struct Row {
@@ -19,11 +19,11 @@ public:
 
     explicit StripChartOverlay(QCustomPlot *plot);
 
-    /// The cursor at `x` pixels from the left of the plot; none without rows. Returns whether
+    /// Shows the cursor at `x` pixels from the left of the plot; none without rows. Returns whether
     /// that changed anything.
     bool ShowCursor(double x, std::vector<Row> readings);
     const std::vector<Row> &Rows() const { return rows; }
-    /// Empty when there is nothing to say.
+    /// Empty for no notice.
     void SetNotice(const QString &text) { notice = text; }
     void SetPalette(const QPalette &colours, const QFont &textFont);
 

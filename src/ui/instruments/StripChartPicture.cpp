@@ -47,7 +47,7 @@ void StripChartPicture::Draw(QPainter &painter, QPoint topLeft) const {
     const int untilSeam = image.width() - origin;
     const int height = image.height();
     painter.drawImage(topLeft, image, QRect(origin, 0, untilSeam, height));
-    if (origin > 0) { // a part without width would stand for all of it
+    if (origin > 0) { // an empty part would mean the whole image
         painter.drawImage(topLeft + QPoint(untilSeam, 0), image, QRect(0, 0, origin, height));
     }
 }

@@ -6,17 +6,17 @@
 
 namespace ztm {
 
-/// The traces in device pixels, on a transparent ground as large as the plot. A column keeps its
-/// pixels while the chart scrolls, and is painted once: the picture is a ring.
+/// The traces in device pixels, on a transparent background as large as the plot. The picture is a
+/// ring: a column is painted once and keeps its pixels while the chart scrolls.
 class StripChartPicture {
 public:
     explicit StripChartPicture(const StripChartColumns &source) : columns(source) {}
 
-    /// Columns from `from` on, counted from the origin, are no longer right.
+    /// Marks columns from `from` on, counted from the origin, as outdated.
     void Invalidate(int64_t from);
-    /// Paints what is not right.
+    /// Paints the outdated columns.
     void Update(const std::vector<StripChartPlottable *> &traces);
-    /// Everything at a place in pixels of the painter.
+    /// Draws everything at a position in painter pixels.
     void Draw(QPainter &painter, QPoint topLeft) const;
 
 private:

@@ -6,14 +6,14 @@ namespace ztm {
 
 StripChartPlot::StripChartPlot(const StripChartColumns &source, QWidget *parent)
     : QCustomPlot(parent), columns(source), picture(source) {
-    // No layer of its own is buffered: what a replot paints lies below the traces.
+    // No layer has a buffer of its own: a replot paints only what is below the traces.
     layer(QStringLiteral("overlay"))->setMode(QCPLayer::lmLogical);
     overlay = new StripChartOverlay(this);
 }
 
 StripChartPlottable &StripChartPlot::AddTrace(QCPAxis *valueAxis, int channel) {
     traces.push_back(new StripChartPlottable(xAxis, valueAxis, columns, channel));
-    // Above the axes: the newest column is at the line of one.
+    // Above the axes: the newest column is on an axis line.
     traces.back()->setLayer(QStringLiteral("legend"));
     return *traces.back();
 }

@@ -7,9 +7,9 @@
 
 namespace ztm {
 
-/// The plot of a strip chart. What lies below the traces is painted as the library does it, at a
-/// replot; the traces and what lies above them come from their own picture and from the overlay,
-/// so that a new sample paints a few columns of pixels and no replot.
+/// The plot of a strip chart. What is below the traces is painted by a replot of the library; the
+/// traces and what is above them come from their own picture and the overlay, so a new sample
+/// paints a few columns of pixels without a replot.
 class StripChartPlot final : public QCustomPlot {
 public:
     StripChartPlot(const StripChartColumns &columns, QWidget *parent);
@@ -19,7 +19,7 @@ public:
     StripChartOverlay &Overlay() { return *overlay; }
     const StripChartOverlay &Overlay() const { return *overlay; }
 
-    /// Has the traces painted anew, from a column on, counted from the origin.
+    /// Repaints the traces, from a column on, counted from the origin.
     void TracesChanged(int64_t from);
     void TracesChanged();
 

@@ -14,7 +14,7 @@ constexpr int64_t millisecondsPerDay = 86'400'000;
 
 QString TimeOfDayText(double seconds, QChar separator, int decimals) {
     const double scale = std::pow(10.0, decimals);
-    // A tick of the axis may lie a rounding error before its whole second.
+    // An axis tick may be a rounding error before its whole second.
     const double shown = decimals == 0 ? std::floor(seconds + 1e-6) : std::round(seconds * scale);
     const int64_t milliseconds = std::llround(shown / scale * 1000) % millisecondsPerDay;
     const auto ofDay = static_cast<int>((milliseconds + millisecondsPerDay) % millisecondsPerDay);
@@ -78,7 +78,7 @@ StripChartPlottable::ValueScale StripChartPlottable::Scale() const {
     return result;
 }
 
-/// The library moves it up by a pixel; the lowest row is to stay.
+/// The library shifts it up by a pixel; the lowest row must stay.
 QRect StripChartPlottable::clipRect() const {
     return QCPAbstractPlottable::clipRect().adjusted(0, 1, 0, 1);
 }
@@ -113,14 +113,14 @@ void StripChartPlottable::drawLegendIcon(QCPPainter *painter, const QRectF &rect
     painter->fillRect(QRectF(rect.left(), rect.center().y(), rect.width(), 1), mPen.color());
 }
 
-/// A column of this chart, far away ones nearer than they are.
+/// The column of a time, limited for times far away.
 int StripChartPlottable::IndexOf(double time) const {
     constexpr int64_t farAway = 1'000'000;
     return static_cast<int>(
         std::clamp(columns.ColumnOf(time) - columns.Begin(), -farAway, farAway));
 }
 
-/// Where the line comes in from.
+/// Where the line enters a column.
 StripChartPlottable::Pen StripChartPlottable::PenBefore(int column) const {
     if (column > 0) {
         return {column - 1, columns.At(channel, column - 1).last};
@@ -155,7 +155,7 @@ void StripChartPlottable::CollectSegments(int from) {
         }
         pen = {column, extent.last};
     }
-    // And it leaves for the first one beyond the right edge.
+    // The line goes on to the first sample beyond the right edge.
     const ChannelHistory &history = columns.History();
     const double after = history.TimeFrom(columns.TimeOf(columns.Count()));
     if (!std::isnan(after) && !std::isnan(pen.value)) {
@@ -176,8 +176,8 @@ void StripChartPlottable::Join(int from, double fromValue, int to, double toValu
     }
 }
 
-/// A segment keeps to the plot, also in files of a kind that cannot clip; neighbours of the same
-/// height become one.
+/// Segments stay within the plot, even in file formats that cannot clip; neighbours of the same
+/// height are merged.
 void StripChartPlottable::AddSegment(int column, double low, double high) {
     const int height = scale.rect.height();
     const auto rowOf = [&](double value) {

@@ -6,8 +6,8 @@
 
 namespace ztm {
 
-/// Time of day of a number of seconds since a midnight, "HH MM SS" or with any other separator;
-/// with 0 to 3 decimals of a second.
+/// Seconds since a midnight as time of day, "HH MM SS" or with another separator, with 0 to 3
+/// decimals of a second.
 QString TimeOfDayText(double seconds, QChar separator, int decimals = 0);
 
 /// Labels a time axis in seconds since a midnight with "HH MM SS" of the time of day.
@@ -17,16 +17,15 @@ protected:
     QString getTickLabel(double tick, const QLocale &locale, QChar format, int precision) override;
 };
 
-/// Whether the painter is that of a file or of the clipboard, not of the screen.
+/// Whether the painter paints to a file or the clipboard, not to the screen.
 bool IsExport(const QCPPainter &painter);
 
 /// The plot in whole device pixels.
 QRect DevicePlotRect(const QCPAxisRect &rect, double ratio);
 
-/// One trace: in every pixel column a line from the least to the greatest value, reaching to
-/// where the column before ended. Gaps stay open; samples further apart than a column are
-/// joined by straight lines. On the screen its picture shows it; the library draws it only into
-/// what is saved.
+/// One trace: in every pixel column a line from the lowest to the highest value, extended to where
+/// the previous column ended. Gaps stay open; samples further apart than a column are joined by
+/// straight lines. On the screen its picture shows it; the library draws it only when saving.
 class StripChartPlottable final : public QCPAbstractPlottable {
 public:
     StripChartPlottable(QCPAxis *timeAxis, QCPAxis *valueAxis, const StripChartColumns &columns,
@@ -37,7 +36,7 @@ public:
     QCPRange getValueRange(bool &found, QCP::SignDomain domain,
                            const QCPRange &keys) const override;
 
-    /// Where values stand in device pixels.
+    /// Positions of values in device pixels.
     struct ValueScale {
         QRect rect; ///< of the plot
         int thickness = 1;
@@ -46,9 +45,9 @@ public:
     };
     ValueScale Scale() const;
 
-    /// Paints the columns from index `from` on, in device pixels with the origin at the top left
-    /// of the plot. Column `index` stands at (origin + index) modulo the number of columns. The
-    /// column before `from`, if there is one, must have samples.
+    /// Paints the columns from index `from` on, in device pixels with the origin at the top left of
+    /// the plot. Column `index` is at (origin + index) modulo the number of columns. The column
+    /// before `from`, if there is one, must have samples.
     void Paint(QPainter &painter, int from, int origin);
 
 protected:
@@ -57,7 +56,7 @@ protected:
     void drawLegendIcon(QCPPainter *painter, const QRectF &rect) const override;
 
 private:
-    /// Where the line of a trace has got to.
+    /// The end of a trace's line so far.
     struct Pen {
         int column = 0;
         float value = Extent::gap;
@@ -71,8 +70,8 @@ private:
 
     const StripChartColumns &columns;
     const int channel;
-    QVector<QRect> segments; // in device pixels of the plot; kept to save the allocation
-    ValueScale scale;        // of what is being painted, as are those that follow
+    QVector<QRect> segments; // in device pixels of the plot; kept to avoid allocation
+    ValueScale scale;        // of the current painting, like the next two
     int firstColumn = 0;
     int originColumn = 0;
 };

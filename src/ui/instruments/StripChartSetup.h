@@ -14,11 +14,11 @@ struct StripChartSetup {
     struct Trace {
         int channel = 0; ///< of the history
         QString name;
-        QColor colour; ///< made lighter or darker where the ground asks for it
+        QColor colour; ///< made lighter or darker to suit the background
         bool rightAxis = false;
         QString unit;
         int decimals = 1; ///< of read-outs
-        int label = -1;   ///< the label entry whose text, where not empty, stands for the name
+        int label = -1;   ///< the label entry whose text, if not empty, replaces the name
     };
     struct ValueAxis {
         double minimum = 0;
@@ -29,10 +29,10 @@ struct StripChartSetup {
 
         QString text;
         Place place = Place::AtPosition;
-        /// Top left corner in fractions of the chart's width and height. Where there is little
-        /// room the label keeps to the plot.
+        /// Top left corner in fractions of the chart's width and height. The label is kept within
+        /// the plot.
         QPointF position;
-        QColor colour; ///< invalid: that of the chart's text
+        QColor colour; ///< invalid: the chart's text colour
     };
 
     std::vector<Trace> traces;

@@ -1,4 +1,4 @@
-// What part of the history and of the value axes is in sight, and the read-out at the cursor.
+// The visible part of the history and of the value axes, and the read-out at the cursor.
 
 #include "ui/instruments/StripChart.h"
 #include "ui/instruments/StripChartPlot.h"
@@ -91,7 +91,7 @@ QString StripChart::ReadingOf(const StripChartSetup::Trace &trace, int column) c
     const double time = columns->TimeOf(column + 1);
     const auto text = [&](float value) { return QString::number(value, 'f', trace.decimals); };
     if (!extent.any) {
-        // Between two samples the older one holds; before the first and after the last none does.
+        // Between two samples the older one counts; before the first and after the last, none.
         const float held =
             time > history.LastTime() ? Extent::gap : history.ValueAt(trace.channel, time);
         return std::isnan(held) ? QStringLiteral("–") : text(held) + trace.unit;
@@ -104,7 +104,7 @@ QString StripChart::ReadingOf(const StripChartSetup::Trace &trace, int column) c
     return (low == high ? low : low + QStringLiteral(" … ") + high) + trace.unit;
 }
 
-/// Whether that changed what the cursor shows.
+/// Whether what the cursor shows has changed.
 bool StripChart::UpdateCursor() {
     if (!cursorX || columns->Count() == 0) {
         return plot->Overlay().ShowCursor(0, {});

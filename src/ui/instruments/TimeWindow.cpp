@@ -6,7 +6,7 @@ namespace ztm {
 namespace {
 
 constexpr double shortestSpan = 1;        // seconds
-constexpr double longestSpan = 48 * 3600; // seconds, more than the history holds
+constexpr double longestSpan = 48 * 3600; // seconds
 
 double Limited(double span) {
     return std::clamp(span, shortestSpan, longestSpan);

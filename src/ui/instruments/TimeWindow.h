@@ -4,39 +4,38 @@
 
 namespace ztm {
 
-/// The span of time that a chart shows of a history. While it is live it ends at the newest
-/// sample; once the user has moved it away it stays where it is. It ends within the history, and
-/// its span is 1 s to 48 h.
+/// The span of time that a chart shows of a history. While live it ends at the newest sample; once
+/// the user has moved it, it stays where it is. It ends within the history, and its span is 1 s to
+/// 48 h.
 class TimeWindow {
 public:
-    /// Live. The history must outlive it.
+    /// Starts live. The history must outlive it.
     TimeWindow(const ChannelHistory &shown, double spanSeconds);
 
     bool IsLive() const { return live; }
     double Span() const { return span; }
-    /// The time at the right edge; the span itself while there is no sample.
+    /// The time at the right edge; the span itself if there is no sample.
     double End() const { return live ? LiveEnd() : end; }
 
     void GoLive() { live = true; }
     void SetSpan(double seconds) { Set(End(), seconds); }
 
-    /// A span that ends at a time, as near as there is one. A live window keeps its end.
+    /// Sets the span and its end, limited to the history. A live window keeps its end.
     void Set(double endTime, double seconds);
     /// The same, and no longer live.
     void MoveTo(double endTime, double seconds);
 
-    /// Multiplies the span; what stands at that fraction from the left stays there. A live window
+    /// Multiplies the span; the time at that fraction from the left stays there. A live window
     /// stays live unless it is zoomed in on something older.
     void Zoom(double factor, double fraction);
-    /// Zoom at the right edge of a live window, or in the middle.
+    /// Zooms at the right edge of a live window, otherwise in the middle.
     void Zoom(double factor) { Zoom(factor, live ? 1.0 : 0.5); }
 
-    /// Moves by so many seconds, back in time when negative. There is nothing ahead of a live
-    /// window.
+    /// Moves by that many seconds, back in time if negative. A live window cannot move forward.
     void Pan(double seconds);
 
-    /// All that the history still has, live. The newest of `columns` columns may reach beyond the
-    /// newest sample.
+    /// Shows all that the history still has, live. The newest of `columns` columns may reach beyond
+    /// the newest sample.
     void ShowAll(int columns);
 
 private:

@@ -4,8 +4,8 @@
 
 namespace ztm {
 
-/// A small round indicator with two states: red with a cross while `alarm` is set, green with
-/// a tick otherwise, so that it reads without its colour as well.
+/// A small round indicator with two states: red with a cross while `alarm` is set, otherwise green
+/// with a tick, so that it is readable without colour too.
 class ToggleIndicator : public QWidget {
     Q_OBJECT
     Q_PROPERTY(bool alarm READ IsAlarm WRITE SetAlarm)

@@ -14,7 +14,7 @@
 namespace ztm {
 namespace {
 
-// Lengths are in heights of a line of text.
+// Lengths are in text line heights.
 constexpr double handleWidth = 1.5;
 constexpr double handleHeight = 0.75;
 constexpr double trackThickness = 0.3;
@@ -31,7 +31,7 @@ QString TextOf(double number) {
     return QString::number(number, 'g', 10);
 }
 
-/// The font at its own size, or as much smaller as the widest of the texts needs to fit.
+/// The font, made smaller if the widest of the texts would not fit.
 QFont FontThatFits(QFont font, const QStringList &texts, double room) {
     const QFontMetricsF metrics(font);
     double widest = 0;
@@ -45,7 +45,7 @@ QFont FontThatFits(QFont font, const QStringList &texts, double room) {
     return font;
 }
 
-/// The middle of the pixel that a line one pixel wide falls on.
+/// The middle of the pixel that a one-pixel line falls on.
 double Sharp(double position) {
     return std::floor(position) + 0.5;
 }
@@ -136,7 +136,7 @@ QPointF ValueSlider::HandlePosition(double ofValue) const {
     return {face.track.center().x(), face.track.bottom() - share * face.track.height()};
 }
 
-/// The value at a height, to no more decimals than a pixel is worth.
+/// The value at a height, with no more decimals than a pixel is worth.
 double ValueSlider::ValueAt(double y) const {
     const double length = face.track.height();
     const double share = length > 0 ? (face.track.bottom() - y) / length : 0;
@@ -153,7 +153,7 @@ QRectF ValueSlider::HandleRect() const {
 }
 
 void ValueSlider::DragTo(const QPointF &position) {
-    // A click on the handle is no move.
+    // A click on the handle is not a move.
     if (moved || position != pressed) {
         moved = true;
         MoveTo(ValueAt(position.y() - held));
@@ -203,8 +203,8 @@ void ValueSlider::mousePressEvent(QMouseEvent *event) {
     dragged = true;
     moved = !onHandle;
     pressed = event->position();
-    // A handle taken off its middle keeps its distance from the mouse, so that it does not jump.
-    // Within a pixel, the middle is meant.
+    // A handle grabbed off its middle keeps its distance from the mouse, so that it does not jump.
+    // Within a pixel it counts as the middle.
     held = onHandle ? pressed.y() - HandlePosition(value).y() : 0;
     if (std::abs(held) <= 1) {
         held = 0;
@@ -219,7 +219,7 @@ void ValueSlider::mouseMoveEvent(QMouseEvent *event) {
     if ((event->buttons() & Qt::LeftButton) != 0) {
         DragTo(event->position());
     } else {
-        Release(); // the release went elsewhere
+        Release(); // the button was released elsewhere
     }
 }
 
@@ -322,7 +322,7 @@ void ValueSlider::DrawScale(QPainter &painter) const {
     }
 }
 
-/// The way of the handle, filled up to it.
+/// The track, filled up to the handle.
 void ValueSlider::DrawTrack(QPainter &painter) const {
     const double half = trackThickness * QFontMetricsF(font()).height() / 2;
     QColor empty = palette().color(QPalette::WindowText);

@@ -10,13 +10,13 @@
 
 namespace ztm {
 
-/// A vertical slider: a handle that the user moves along a scale with numbers, a caption above
-/// and the value below.
+/// A vertical slider: a handle that the user moves along a scale with numbers, a caption above and
+/// the value below.
 ///
-/// The value always lies between `minimum` and `maximum`: setting it clamps. What is not a
-/// number is ignored. The user drags the handle, clicks on the track, turns the wheel or uses the
-/// keys: arrows move by a small step, Page Up and Page Down by a large one, Home goes to the
-/// minimum and End to the maximum. The signals tell of the user's actions only.
+/// The value always stays between `minimum` and `maximum`: setting it clamps. NaN is ignored. The
+/// user drags the handle, clicks on the track, turns the wheel or uses the keys: arrows move by a
+/// small step, Page Up and Page Down by a large one, Home goes to the minimum and End to the
+/// maximum. The signals report only the user's actions.
 class ValueSlider : public QWidget {
     Q_OBJECT
     Q_PROPERTY(double value READ Value WRITE SetValue)
@@ -25,13 +25,13 @@ class ValueSlider : public QWidget {
     Q_PROPERTY(QString caption READ Caption WRITE SetCaption)
 
 public:
-    /// A scale from 0 to 100, at 0.
+    /// A scale from 0 to 100, with the value 0.
     explicit ValueSlider(QWidget *parent = nullptr);
 
     double Value() const { return value; }
     void SetValue(double newValue);
 
-    /// The ends of the scale. An end set beyond the other takes the other along.
+    /// The ends of the scale. An end set beyond the other moves the other too.
     double Minimum() const { return minimum; }
     void SetMinimum(double end);
     double Maximum() const { return maximum; }
@@ -45,13 +45,13 @@ public:
     QString Caption() const { return caption; }
     void SetCaption(const QString &text);
 
-    /// The value as it is shown.
+    /// The value as shown.
     QString ValueText() const;
 
     /// Whether the user holds the handle with the mouse.
     bool IsDragged() const { return dragged; }
 
-    /// Where the middle of the handle stands for a value, in widget coordinates.
+    /// The position of the middle of the handle at a value, in widget coordinates.
     Q_INVOKABLE QPointF HandlePosition(double ofValue) const;
 
     /// Moves the handle as the user does.
@@ -64,7 +64,7 @@ signals:
     /// The user has moved the handle, and may move it further.
     void ValueChanged(double newValue);
 
-    /// The user has let go of the handle, moved or not.
+    /// The user has released the handle, moved or not.
     void Released();
 
 protected:
@@ -79,7 +79,7 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
-    /// What the size, the font and the ends of the scale decide.
+    /// Layout that depends on the size, the font and the ends of the scale.
     struct Face {
         QRectF track;      // of the handle's middle, without a width
         QSizeF handle;     // its size
@@ -112,7 +112,7 @@ private:
     Face face;
     bool dragged = false;
     bool moved = false; // since the mouse was pressed
-    QPointF pressed;    // where the mouse took the handle
+    QPointF pressed;    // where the mouse grabbed the handle
     double held = 0;    // from the middle of the handle down to there
     WheelSteps wheel;
 };

@@ -24,15 +24,14 @@ Control *Named(Control *control, const char *name) {
 /// A push button that also takes the Enter key when it has the focus.
 QPushButton *NewButton(const char *name, const QString &caption, QWidget *parent);
 
-/// The buttons that close a dialog, side by side at its right.
+/// The buttons that close a dialog, in a row at its right.
 QHBoxLayout *NewButtonRow(std::initializer_list<QPushButton *> buttons);
 
-/// Adds a row to a form: a label and the control that the keyboard reaches by it. Returns the
-/// label.
+/// Adds a row to a form: a label and the control that is its buddy. Returns the label.
 QLabel *AddRow(QGridLayout &form, int row, const QString &caption, QWidget *control,
                Qt::Alignment alignment = {});
 
-/// A row of a form with a box for a number and its spin button.
+/// A form row with a box for a number and its spin button.
 struct NumberRow {
     QLabel *label;
     QLineEdit *box;
@@ -41,7 +40,7 @@ struct NumberRow {
 NumberRow AddNumberRow(QGridLayout &form, int row, const QString &caption, const QString &name,
                        SpinRange spin);
 
-/// The chosen text of a list as the core takes it.
+/// The selected text of a list as a core string.
 std::string TextOf(const QComboBox &list);
 
 } // namespace ztm

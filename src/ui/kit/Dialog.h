@@ -16,12 +16,11 @@ class Dialog : public Form {
 protected:
     Dialog(const QString &name, const QString &title);
 
-    /// Takes over what the controls hold; false when something in them was refused, and the
-    /// window stays open then.
+    /// Applies the values of the controls. False if one was refused; the window then stays open.
     virtual bool Apply() = 0;
 
-    // The buttons, to be made once, behind all other controls: in a row at the right, or added to
-    // a layout.
+    // The buttons, to be created once, after all other controls: as a row at the right, or in a
+    // layout.
     QLayout *NewOkCancelRow();
     QLayout *NewOkApplyCancelRow();
     void AddOkApplyCancel(QBoxLayout &layout);

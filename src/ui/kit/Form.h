@@ -16,15 +16,15 @@ class Form : public QWidget {
 public:
     ~Form() override;
 
-    /// Hides the window, runs its Form_Unload once and deletes it when control is back in the
-    /// event loop. Does nothing when the window is already being unloaded.
+    /// Hides the window, runs its Form_Unload once and deletes it when control returns to the event
+    /// loop. Does nothing if the window is already being unloaded.
     void Unload();
 
 protected:
     /// `name` is the class name, by which tests and assistive technology find the window.
     explicit Form(const QString &name);
 
-    /// What the window does when it goes.
+    /// What the window does when unloaded.
     virtual void Form_Unload() {}
 
     void closeEvent(QCloseEvent *event) override;
@@ -57,7 +57,7 @@ FormClass &LoadForm(Arguments &&...arguments) {
 /// Shows a window and brings it to the front.
 void ShowForm(Form &form);
 
-/// Loads the window of that class if need be, shows it and brings it to the front.
+/// Loads the window of that class if necessary, shows it and brings it to the front.
 template <class FormClass>
 FormClass &ShowForm() {
     FormClass &form = LoadForm<FormClass>();

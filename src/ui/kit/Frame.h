@@ -4,8 +4,8 @@
 
 namespace ztm {
 
-/// A group box whose caption stands in its upper border, so that the frame's contents can
-/// start right below the caption in every style.
+/// A group box with its caption in the upper border, so that its contents can start right below the
+/// caption in every style.
 class Frame final : public QGroupBox {
     Q_OBJECT
 

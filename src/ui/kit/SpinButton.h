@@ -9,17 +9,17 @@ class QToolButton;
 
 namespace ztm {
 
-/// What a spin button steps through: whole numbers from `minimum` to `maximum`.
+/// The range of a spin button: whole numbers from `minimum` to `maximum`.
 struct SpinRange {
     int minimum;
     int maximum;
     int step = 1;
 };
 
-/// A pair of small arrows bound to a text box that takes any text. A step rounds the number in
-/// the box to a whole one, moves it and limits it to the range; the arrows repeat while they are
-/// held. The box's Up and Down keys step as well, and so does the wheel above it while it has
-/// the focus. The box tells of the new text as of any other.
+/// A pair of small arrows bound to a text box that takes any text. A step rounds the number in the
+/// box to a whole number, changes it and limits it to the range; the arrows repeat while held. The
+/// box's Up and Down keys step as well, and so does the wheel over it while it has the focus. The
+/// box reports the new text like any other.
 class SpinButton final : public QWidget {
     Q_OBJECT
 
@@ -28,7 +28,7 @@ public:
     /// "<box>SpinDown".
     SpinButton(QLineEdit &textBox, SpinRange spinRange, QWidget *parent);
 
-    /// Moves the number by so many steps, down when negative.
+    /// Changes the number by that many steps, down if negative.
     void Step(int steps);
 
     QSize sizeHint() const override;
@@ -45,7 +45,7 @@ private:
     WheelSteps wheel;
 };
 
-/// A text box and its spin button side by side, to stand in a layout as one.
+/// A text box and its spin button side by side, as one widget for a layout.
 QWidget *NewSpinBox(QLineEdit *&box, const QString &name, SpinRange range, QWidget *parent);
 
 } // namespace ztm

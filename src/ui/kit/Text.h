@@ -6,7 +6,7 @@
 
 namespace ztm {
 
-/// A text of the core as the windows show it.
+/// A core text as a QString.
 inline QString ToQString(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }

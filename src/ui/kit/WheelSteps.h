@@ -4,8 +4,7 @@
 
 namespace ztm {
 
-/// Turns of the wheel as whole steps, up when positive. What is left of a step waits for the next
-/// turn.
+/// Wheel turns in whole steps, up if positive. The rest of a step is kept for the next turn.
 class WheelSteps {
 public:
     int Take(const QWheelEvent &event) {

@@ -30,12 +30,12 @@ constexpr int bits = 8;
 constexpr double bitTopTwips = 240;
 constexpr double bitMarginTwips = 100;
 
-/// Texts that are one whole number, the "h" behind an address included.
+/// Texts that are a number as a whole, including the "h" after an address.
 const QRegularExpression hexadecimal(QStringLiteral("^[0-9A-Fa-f\\s]*[Hh]?\\s*$"));
 const QRegularExpression
     decimal(QStringLiteral("^\\s*[+-]?[0-9\\s]*\\.?[0-9\\s]*([Ee][+-]?[0-9\\s]+)?$"));
 
-/// Says what is taken of a text that is not one whole number; empty when it is one.
+/// Says how a text that is not a number as a whole is read; empty if it is one.
 QString HowRead(const QLineEdit &box, const QRegularExpression &whole, const std::string &taken) {
     return whole.match(box.text()).hasMatch()
                ? QString()
@@ -181,8 +181,8 @@ void RegisterAccessPage::ShowRegister(int index) {
 
 void RegisterAccessPage::ShowAddress(int32_t address) {
     lblCurrentAddr->setText(ToQString(HexText(address)) + QLatin1Char('h'));
-    // The box may be in use while reads repeat: an address that it shows already is left alone,
-    // and behind the caret of a new one the user goes on typing.
+    // The user may be typing while reads repeat: an address already shown is left alone, and a new
+    // one keeps the caret.
     if (txtReadAddr->text() != lblCurrentAddr->text().toUpper()) {
         const int caret = txtReadAddr->cursorPosition();
         txtReadAddr->setText(lblCurrentAddr->text());
@@ -223,7 +223,7 @@ void RegisterAccessPage::LayoutBitLabels() {
     fraBits->setMinimumSize(bits * nameSize.width() + 2 * margin,
                             nameTop + nameSize.height() + margin);
     for (int bit = bits - 1; bit >= 0; --bit) {
-        // Each edge is rounded for itself, so that the row fills its frame to the pixel.
+        // Each edge is rounded separately, so that the row fills its frame exactly.
         const int left = qRound(fraBits->width() - ((bit + 1) * width + margin));
         const int right = qRound(fraBits->width() - (bit * width + margin));
         At(lblBit, bit)->setGeometry(left, top, right - left, height);
@@ -285,8 +285,8 @@ void RegisterAccessPage::txtDec_Change() {
     MarkInput();
 }
 
-/// Says at the boxes what becomes of numbers that no register has, and of text that is no
-/// number or goes on behind one.
+/// Marks boxes with numbers that no register has, or with text that is no number or goes on after
+/// one, and says what becomes of them.
 void RegisterAccessPage::MarkInput() {
     const int32_t address = AddressInBox();
     if (address < 0 || address > LastRegister) {

@@ -29,10 +29,10 @@ public:
     /// Shows an entry of the register map, 0 to 69, and reads its value from the chip.
     void ShowRegister(int index);
 
-    /// Places and sizes the bit labels for the width of their frame.
+    /// Fits the bit labels to the width of their frame.
     void LayoutBitLabels();
 
-    /// Builds the tree for the session's chip, its first node not yet expanded.
+    /// Builds the tree for the current chip, with its first node not yet expanded.
     void BuildRegisterTree();
     void ExpandFirstNode();
 

@@ -51,7 +51,7 @@ RegisterTreeView::RegisterTreeView(QWidget *parent) : QTreeWidget(parent) {
     // Wide enough for the longest name at the deepest level.
     setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("Remote1 Temperature(MSB)")) +
                     4 * indentation() + style()->pixelMetric(QStyle::PM_ScrollBarExtent));
-    // Set on the tree itself, the ground stays when the program's palette changes.
+    // Set on the tree itself, so the background stays when the program's palette changes.
     QPalette light(ground);
     light.setColor(QPalette::Base, ground);
     setPalette(light);
@@ -60,7 +60,7 @@ RegisterTreeView::RegisterTreeView(QWidget *parent) : QTreeWidget(parent) {
 
 void RegisterTreeView::BuildRegisterTree() {
     clear();
-    // The node that a node of each level is added to; the roots go to the invisible one.
+    // The parent for nodes of each level; roots go to the invisible root.
     std::array<QTreeWidgetItem *, 3> parents{invisibleRootItem(), nullptr, nullptr};
     for (const TreeNode &node : RegisterTreeNodes()) {
         const auto level = static_cast<size_t>(node.Level);

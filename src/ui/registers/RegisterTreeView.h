@@ -5,21 +5,21 @@
 namespace ztm {
 
 /// The tree `TreeView1` that groups the registers of the chip by function. It keeps a light
-/// ground in every palette, because the colours of its levels are made for one.
+/// background in every palette, because its level colours need one.
 class RegisterTreeView final : public QTreeWidget {
     Q_OBJECT
 
 public:
     explicit RegisterTreeView(QWidget *parent = nullptr);
 
-    /// Rebuilds the tree for the chip variant of the session; without one it is left empty.
+    /// Rebuilds the tree for the current chip variant; without one it stays empty.
     void BuildRegisterTree();
 
     void ExpandFirstNode();
 
 signals:
-    /// A register was chosen, by mouse or keyboard; the index is that of the register map.
-    /// Roots and groups choose nothing.
+    /// A register was chosen by mouse or keyboard; `index` is its index in the register map. Not
+    /// emitted for roots and groups.
     void RegisterChosen(int index);
 
 protected:

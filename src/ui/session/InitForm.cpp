@@ -80,8 +80,7 @@ void InitForm::SetupUi() {
 }
 
 void InitForm::SetupButtons() {
-    // Created in tab order. The round starts at Next; seen from Back it goes along the row of
-    // buttons, then through the page.
+    // Created in tab order: from Next along the row of buttons, then Back, then the page.
     NextCMD = NewButton("NextCMD", tr("Next >"), this);
     FinishCMD = NewButton("FinishCMD", tr("Finish"), this);
     CancelCMD = NewButton("CancelCMD", tr("Cancel"), this);
@@ -220,7 +219,7 @@ void InitForm::SetTexts() {
     SearchInsLBL->setText(tr("Click 'Next' to Continue"));
 }
 
-/// Gives the notes on the media a green that is readable on the window's ground.
+/// Gives the notes on the media a green that is readable on the window's background.
 void InitForm::SetGreenText() {
     const bool dark = palette().color(QPalette::Window).lightness() < 128;
     const QColor green = dark ? QColor(120, 210, 120) : QColor(0, 110, 0);
@@ -303,7 +302,7 @@ void InitForm::StartSearch() {
         button->setEnabled(false);
     }
     setCursor(Qt::WaitCursor);
-    repaint(); // the adapter's start-up lets no event run
+    repaint(); // no events are processed while the adapter starts
     if (media.USB) {
         CommsMedium = MediumUSB;
     }
@@ -361,7 +360,7 @@ void InitForm::FinishCMD_Click() {
     Unload();
 }
 
-/// A click beside the entries must not leave Finish without one.
+/// A click beside the entries must not clear the selection that Finish needs.
 void InitForm::SearchResultsLIST_SelectionChanged() {
     if (SearchResultsLIST->selectedItems().isEmpty() &&
         SearchResultsLIST->currentItem() != nullptr) {
@@ -387,7 +386,8 @@ void InitForm::Form_Unload() {
 
 void InitForm::closeEvent(QCloseEvent *event) {
     if (searching) {
-        // The search is still on the stack below: it stops first and then closes the wizard.
+        // The search is still running further down the stack: it stops first, then closes the
+        // wizard.
         closedWhileSearching = true;
         event->accept();
         return;
@@ -408,7 +408,7 @@ void InitForm::resizeEvent(QResizeEvent *event) {
     PlacePanels();
 }
 
-/// Enter goes on from any control that has no use for it.
+/// Enter clicks Next or Finish from any control that does not use it.
 void InitForm::keyPressEvent(QKeyEvent *event) {
     if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) {
         Form::keyPressEvent(event);

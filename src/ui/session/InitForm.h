@@ -16,9 +16,8 @@ namespace ztm {
 
 class ProductPicture;
 
-/// The search wizard that the program opens with: welcome, choice of medium, search, results.
-/// Finish starts the session with the chosen device; any other way to close it ends the
-/// program.
+/// The search wizard that the program starts with: welcome, choice of medium, search, results.
+/// Finish starts the session with the chosen device; closing it in any other way ends the program.
 class InitForm final : public Form, private ScanWindow {
     Q_OBJECT
 
@@ -76,7 +75,7 @@ private:
     QPushButton *BackCMD;
 
     ProductPicture *Image2;
-    QWidget *panelArea; // holds the place of the panels in the layout
+    QWidget *panelArea; // reserves the space of the panels in the layout
 
     QGroupBox *WelcomePanel;
     QLabel *WelcomeLBL;

@@ -6,7 +6,7 @@
 namespace ztm {
 
 /// The program's picture: a chip that holds a temperature curve and drives a fan. Drawn, not
-/// stored, so that it is sharp at any size.
+/// stored, so it is sharp at any size.
 class ProductPicture final : public QWidget {
     Q_OBJECT
 

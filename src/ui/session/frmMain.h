@@ -13,14 +13,13 @@ class ControlPage;
 class RegisterAccessPage;
 class VisualDisplayPage;
 
-/// The main window: a panel of four tabs, each a class of its own, and the monitor timer.
-/// Loading it brings the adapter up; the session start initialises and shows it; closing it
-/// ends the program.
+/// The main window: four tabs, each a class of its own, and the monitor timer. Loading it starts
+/// the adapter; the session start initialises and shows it; closing it ends the program.
 class frmMain final : public Form, private MonitorWindow {
     Q_OBJECT
 
 public:
-    /// Brings the adapter up if the USB medium was chosen.
+    /// Starts the adapter if the USB medium was chosen.
     explicit frmMain(bool usbChosen);
 
     /// Sets the session's defaults, texts and derived state, and starts the monitor timer.
@@ -28,7 +27,7 @@ public:
 
     RegisterAccessPage &RegisterAccess() { return *registerAccess; }
 
-    /// Lets no further tick come.
+    /// Stops the monitor ticks.
     void StopMonitor();
 
     QSize sizeHint() const override;
