@@ -51,14 +51,14 @@ private:
     QComboBox *cmbVariant;
     QComboBox *cmbAddress;
     QSpinBox *spnAmbient;
-    std::array<QComboBox *, sim::Bench::remoteCount> cmbDiode{};
-    std::array<QComboBox *, sim::Bench::fanCount> cmbFan{};
+    std::array<QComboBox *, sim::Physics::remoteCount> cmbDiode{};
+    std::array<QComboBox *, sim::Physics::fanCount> cmbFan{};
     QCheckBox *chkNoise;
     QLabel *lblFirmware;
     QLabel *lblBoard;
-    std::array<QLabel *, sim::Bench::remoteCount> lblRemote{};
-    std::array<QLabel *, sim::Bench::fanCount> lblFan{};
-    std::array<QLabel *, sim::Bench::heaterCount> lblHeater{};
+    std::array<QLabel *, sim::Physics::remoteCount> lblRemote{};
+    std::array<QLabel *, sim::Physics::fanCount> lblFan{};
+    std::array<QLabel *, sim::Physics::heaterCount> lblHeater{};
     QTimer *tmrRefresh;
 };
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "adapter/sim/Bench.h"
+#include "adapter/sim/Physics.h"
 #include "adapter/sim/RegisterFile.h"
 
 #include <array>
@@ -31,9 +31,9 @@ struct BoardSettings {
 struct BoardState {
     bool isFirmwareLoaded;
     double boardCelsius;
-    std::array<double, Bench::remoteCount> remoteCelsius;
-    std::array<double, Bench::fanCount> fanRpm;
-    std::array<double, Bench::heaterCount> heaterWatts;
+    std::array<double, Physics::remoteCount> remoteCelsius;
+    std::array<double, Physics::fanCount> fanRpm;
+    std::array<double, Physics::heaterCount> heaterWatts;
 };
 
 } // namespace ztm::sim

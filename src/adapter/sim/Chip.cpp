@@ -24,12 +24,12 @@ constexpr int UnmaskedInStatus2(uint8_t mask2) {
 
 } // namespace
 
-Chip::Chip(Variant variant, const Bench &bench) : registers(variant) {
+Chip::Chip(Variant variant, const Physics &bench) : registers(variant) {
     Begin(bench);
 }
 
 /// Puts everything but the registers into the power-on state.
-void Chip::Begin(const Bench &bench) {
+void Chip::Begin(const Physics &bench) {
     monitor = {};
     fans = {FanControl(0), FanControl(1)};
     causes = {};
@@ -38,7 +38,7 @@ void Chip::Begin(const Bench &bench) {
     Tick(bench);
 }
 
-void Chip::Tick(const Bench &bench) {
+void Chip::Tick(const Physics &bench) {
     monitor.Tick(registers, bench);
     int fanCauses = 0;
     for (FanControl &fan : fans) {
@@ -84,7 +84,7 @@ bool Chip::IsAlert() const {
     return unmasked != 0 && !registers.IsSet(Configuration1, alertOffBit);
 }
 
-void Chip::Write(uint8_t address, uint8_t data, const Bench &bench) {
+void Chip::Write(uint8_t address, uint8_t data, const Physics &bench) {
     const bool isLocked = registers.IsSet(Configuration1, lockBit);
     if (address == Configuration2 && (data & resetBit)) {
         registers.Reset();

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "adapter/sim/Bench.h"
 #include "adapter/sim/FanControl.h"
+#include "adapter/sim/Physics.h"
 #include "adapter/sim/RegisterFile.h"
 #include "adapter/sim/TemperatureMonitor.h"
 
@@ -16,10 +16,10 @@ namespace ztm::sim {
 class Chip {
 public:
     /// Just powered on, with first readings of the bench.
-    Chip(Variant variant, const Bench &bench);
+    Chip(Variant variant, const Physics &bench);
 
     /// Advances one tick: measures the bench and decides how its fans are driven.
-    void Tick(const Bench &bench);
+    void Tick(const Physics &bench);
 
     FanDrive Drive(size_t fan) const { return fans[fan].Drive(); }
 
@@ -30,10 +30,10 @@ public:
 
     /// Writes any address. Bit 0 of Configuration2 resets the chip; the other bits of that write
     /// are ignored.
-    void Write(uint8_t address, uint8_t data, const Bench &bench);
+    void Write(uint8_t address, uint8_t data, const Physics &bench);
 
 private:
-    void Begin(const Bench &bench);
+    void Begin(const Physics &bench);
     uint8_t ReadStatus(size_t number);
     bool IsAlert() const;
 
@@ -43,7 +43,7 @@ private:
 
     RegisterFile registers;
     TemperatureMonitor monitor;
-    std::array<FanControl, Bench::fanCount> fans = {FanControl(0), FanControl(1)};
+    std::array<FanControl, Physics::fanCount> fans = {FanControl(0), FanControl(1)};
     std::array<uint8_t, statusCount> causes{}; ///< status bits whose causes are present
     std::array<uint8_t, statusCount> latched{};
     std::array<std::optional<uint8_t>, measuredPairs.size()> heldHigh;

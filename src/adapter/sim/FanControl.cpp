@@ -18,10 +18,10 @@ constexpr FanDrive fullSpeed = {.rpm = 0, .share = 1};
 constexpr size_t fullSpeedSource = 3;
 constexpr int boardPoles = 4;
 
-constexpr int tachTicks = Bench::ticksPerSecond / 4;
-constexpr int longestSpinUpTicks = 2 * Bench::ticksPerSecond;
-constexpr int longestQuietTicks = Bench::ticksPerSecond;
-constexpr int longestSlowTicks = 5 * Bench::ticksPerSecond;
+constexpr int tachTicks = Physics::ticksPerSecond / 4;
+constexpr int longestSpinUpTicks = 2 * Physics::ticksPerSecond;
+constexpr int longestQuietTicks = Physics::ticksPerSecond;
+constexpr int longestSlowTicks = 5 * Physics::ticksPerSecond;
 
 constexpr double spunUpRpm = 600;
 constexpr double quietRpm = 200;
@@ -53,7 +53,7 @@ const FanControl::Row FanControl::rows[] = {
     {Tach2, LookupSpeed2, 4, 2, 0x20, 0x10},
 };
 
-void FanControl::Tick(RegisterFile &registers, const Bench &bench,
+void FanControl::Tick(RegisterFile &registers, const Physics &bench,
                       const TemperatureMonitor &monitor) {
     if (!registers.Has(rows[fan].tach)) {
         return;
@@ -79,7 +79,7 @@ uint8_t FanControl::Status3Causes() const {
     return static_cast<uint8_t>(stalled | slow);
 }
 
-void FanControl::MeasureTach(RegisterFile &registers, const Bench &bench) {
+void FanControl::MeasureTach(RegisterFile &registers, const Physics &bench) {
     if (--ticksToTach >= 0) {
         return;
     }
@@ -163,7 +163,7 @@ void FanControl::MoveDemand(const RegisterFile &registers, double wantedRpm) {
     const double change = (wantedRpm - *demandRpm) * (1 - std::pow(1 - updateShare, updates));
     const double limit = rampCode == 0 ? std::abs(change)
                                        : rampCode * countsPerSecondAndCode * rpmPerCount *
-                                             interval * Bench::tickSeconds;
+                                             interval * Physics::tickSeconds;
     *demandRpm += std::clamp(change, -limit, limit);
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "adapter/sim/Bench.h"
+#include "adapter/sim/Physics.h"
 #include "adapter/sim/RegisterFile.h"
 #include "adapter/sim/TemperatureMonitor.h"
 
@@ -17,7 +17,7 @@ public:
     explicit FanControl(size_t fan) : fan(fan) {}
 
     /// Advances one tick: reads tach and settings, updates the tach registers and the drive.
-    void Tick(RegisterFile &registers, const Bench &bench, const TemperatureMonitor &monitor);
+    void Tick(RegisterFile &registers, const Physics &bench, const TemperatureMonitor &monitor);
 
     FanDrive Drive() const { return drive; }
 
@@ -31,7 +31,7 @@ private:
     /// Standing: the fan is meant to stand still.
     enum class Phase : uint8_t { Standing, SpinningUp, Turning };
 
-    void MeasureTach(RegisterFile &registers, const Bench &bench);
+    void MeasureTach(RegisterFile &registers, const Physics &bench);
     int Poles(const RegisterFile &registers) const;
     FanDrive Wanted(const RegisterFile &registers, const TemperatureMonitor &monitor);
     FanDrive WantedByTable(const RegisterFile &registers, size_t channel);

@@ -17,7 +17,7 @@ constexpr int16_t failure = -1;
 constexpr uint8_t openBus = 0xFF; // no chip pulls the data line low
 constexpr int32_t leaveHeaterUnchanged = 255;
 constexpr double slowBusSeconds = 0.020;
-constexpr int64_t longestLivedGapTicks = int64_t{3600} * Bench::ticksPerSecond;
+constexpr int64_t longestLivedGapTicks = int64_t{3600} * Physics::ticksPerSecond;
 
 size_t FansOf(Variant variant) {
     return variant == Variant::ZTM7710 ? 1 : 2;
@@ -98,7 +98,7 @@ BoardState SimulatedBoard::Look() {
     BoardState state{};
     state.isFirmwareLoaded = isFirmwareLoaded;
     state.boardCelsius = bench.BoardCelsius();
-    for (size_t i = 0; i < Bench::remoteCount; ++i) {
+    for (size_t i = 0; i < Physics::remoteCount; ++i) {
         state.remoteCelsius[i] = bench.RemoteCelsius(i);
         state.fanRpm[i] = bench.FanRpm(i);
         state.heaterWatts[i] = bench.HeaterWatts(i);
@@ -112,7 +112,7 @@ void SimulatedBoard::Arrange(const BoardSettings &wanted) {
         wanted.variant != settings.variant || wanted.chipAddress != settings.chipAddress;
     settings = wanted;
     if (isAnotherBoard) {
-        bench = Bench(FansOf(settings.variant), wanted.bench);
+        bench = Physics(FansOf(settings.variant), wanted.bench);
     }
     bench.settings = wanted.bench;
     if (isAnotherBoard || !settings.isPluggedIn) {
@@ -124,7 +124,7 @@ void SimulatedBoard::Arrange(const BoardSettings &wanted) {
 }
 
 void SimulatedBoard::SwitchHeatersOff() {
-    for (size_t heater = 0; heater < Bench::heaterCount; ++heater) {
+    for (size_t heater = 0; heater < Physics::heaterCount; ++heater) {
         bench.SetHeaterPercent(heater, 0);
     }
 }
@@ -138,7 +138,7 @@ void SimulatedBoard::SwitchChipOff() {
     isFirmwareLoaded = false;
     chip.reset();
     SwitchHeatersOff();
-    for (size_t fan = 0; fan < Bench::fanCount; ++fan) {
+    for (size_t fan = 0; fan < Physics::fanCount; ++fan) {
         bench.DriveFan(fan, {});
     }
 }
@@ -146,7 +146,7 @@ void SimulatedBoard::SwitchChipOff() {
 void SimulatedBoard::PassTime() {
     constexpr double endOfTimeSeconds = 1e15;
     const double seconds = std::min(clock() - startSeconds, endOfTimeSeconds);
-    const auto now = static_cast<int64_t>(seconds * Bench::ticksPerSecond);
+    const auto now = static_cast<int64_t>(seconds * Physics::ticksPerSecond);
     const int64_t unlived = now - ticks - longestLivedGapTicks;
     if (unlived > 0) {
         bench.Skip(static_cast<uint64_t>(unlived));
@@ -163,7 +163,7 @@ void SimulatedBoard::LiveOneTick() {
         return;
     }
     chip->Tick(bench);
-    for (size_t fan = 0; fan < Bench::fanCount; ++fan) {
+    for (size_t fan = 0; fan < Physics::fanCount; ++fan) {
         bench.DriveFan(fan, chip->Drive(fan));
     }
 }

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "adapter/sim/Bench.h"
 #include "adapter/sim/BoardControl.h"
 #include "adapter/sim/Chip.h"
+#include "adapter/sim/Physics.h"
 #include "common/Clock.h"
 
 #include <cstdint>
@@ -71,7 +71,7 @@ private:
     int64_t ticks = 0;      ///< passed since the start
     BoardSettings settings; ///< except those of `bench`, which has its own
     bool isFirmwareLoaded = false;
-    Bench bench;
+    Physics bench;
     std::optional<Chip> chip; ///< none while it is off
 };
 

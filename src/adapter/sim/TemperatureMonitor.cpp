@@ -15,7 +15,7 @@ constexpr uint8_t thermTimerBit = 0x04;
 constexpr double averagingShare = 1.0 / 8;
 constexpr int limitHysteresisSteps = stepsPerCelsius;
 constexpr int longestWindowCode = 5;
-constexpr int shortestWindowTicks = Bench::ticksPerSecond / 4;
+constexpr int shortestWindowTicks = Physics::ticksPerSecond / 4;
 constexpr int fullOnTime = 255;
 
 // Status2
@@ -65,7 +65,7 @@ int TemperatureMonitor::ConversionTicks(uint8_t rate) {
     return 1 << (fastestRateCode - std::min(LowNibble(rate), fastestRateCode));
 }
 
-void TemperatureMonitor::Tick(RegisterFile &registers, const Bench &bench) {
+void TemperatureMonitor::Tick(RegisterFile &registers, const Physics &bench) {
     if (registers.IsSet(Configuration1, monitoringBit) &&
         ++ticksSinceConversion >= ConversionTicks(registers.Read(ConversionRate))) {
         ticksSinceConversion = 0;
@@ -81,7 +81,7 @@ bool TemperatureMonitor::IsAnyOverThermLimit() const {
                        [](const Channel &channel) { return channel.therm.IsExceeded(); });
 }
 
-void TemperatureMonitor::Convert(RegisterFile &registers, const Bench &bench) {
+void TemperatureMonitor::Convert(RegisterFile &registers, const Physics &bench) {
     for (size_t i = 0; i < channelCount; ++i) {
         if (registers.Has(rows[i].reading)) {
             const int steps = Sample(i, registers, bench);
@@ -92,7 +92,8 @@ void TemperatureMonitor::Convert(RegisterFile &registers, const Bench &bench) {
 }
 
 /// A new reading of the channel, in steps. Averaging restarts after a diode fault.
-int TemperatureMonitor::Sample(size_t channel, const RegisterFile &registers, const Bench &bench) {
+int TemperatureMonitor::Sample(size_t channel, const RegisterFile &registers,
+                               const Physics &bench) {
     Channel &state = channels[channel];
     const DiodeFault fault = channel == 0 ? DiodeFault::None : bench.settings.diodes[channel - 1];
     state.hasDiodeFault = fault != DiodeFault::None;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "adapter/sim/Bench.h"
+#include "adapter/sim/Physics.h"
 #include "adapter/sim/RegisterFile.h"
 
 #include <array>
@@ -31,7 +31,7 @@ public:
     static constexpr size_t channelCount = 3; ///< local, remote 1, remote 2
 
     /// Advances one tick. The first one converts.
-    void Tick(RegisterFile &registers, const Bench &bench);
+    void Tick(RegisterFile &registers, const Physics &bench);
 
     /// The bits of Status1 and Status2 whose causes are present.
     uint8_t Status1Causes() const { return status1; }
@@ -56,8 +56,8 @@ private:
     };
 
     static int ConversionTicks(uint8_t rate);
-    void Convert(RegisterFile &registers, const Bench &bench);
-    int Sample(size_t channel, const RegisterFile &registers, const Bench &bench);
+    void Convert(RegisterFile &registers, const Physics &bench);
+    int Sample(size_t channel, const RegisterFile &registers, const Physics &bench);
     void CompareLimits(size_t channel, int steps, const RegisterFile &registers);
     bool IsThermAsserted(const RegisterFile &registers) const;
     void RunThermTimer(RegisterFile &registers, bool isAsserted);

@@ -49,7 +49,7 @@ struct TestBoard {
         SetBench({});
         Load();
         // The first readings were noisy still. The half tick keeps rounding from counting.
-        Pass(1 + Bench::tickSeconds / 2);
+        Pass(1 + Physics::tickSeconds / 2);
     }
     TestBoard(const TestBoard &) = delete;
     TestBoard &operator=(const TestBoard &) = delete;
@@ -71,7 +71,7 @@ struct TestBoard {
     double SecondsUntil(const auto &condition) {
         const double start = seconds;
         while (!condition() && seconds < start + 100) {
-            Pass(Bench::tickSeconds);
+            Pass(Physics::tickSeconds);
         }
         return seconds - start;
     }

@@ -1,4 +1,4 @@
-#include "adapter/sim/Bench.h"
+#include "adapter/sim/Physics.h"
 
 #include "adapter/sim/Noise.h"
 
@@ -9,7 +9,7 @@
 namespace ztm::sim {
 namespace {
 
-constexpr std::array<double, Bench::fanCount> fullDriveRpm = {8000, 9000};
+constexpr std::array<double, Physics::fanCount> fullDriveRpm = {8000, 9000};
 constexpr double fanLagSeconds = 0.7;
 constexpr double startingShare = 0.15;
 constexpr double keepingShare = 0.04;
@@ -36,8 +36,8 @@ struct Swing {
     double periodSeconds;
 };
 constexpr Swing boardDraft = {1.2, 310};
-constexpr std::array<Swing, Bench::remoteCount> remoteDraft = {{{0.9, 190}, {0.8, 230}}};
-constexpr std::array<Swing, Bench::fanCount> fanSwing = {{{0.01, 47}, {0.01, 61}}};
+constexpr std::array<Swing, Physics::remoteCount> remoteDraft = {{{0.9, 190}, {0.8, 230}}};
+constexpr std::array<Swing, Physics::fanCount> fanSwing = {{{0.01, 47}, {0.01, 61}}};
 constexpr uint64_t ticksPerWander = 10;
 
 constexpr double sensorNoiseCelsius = 0.06;
@@ -59,7 +59,7 @@ double Convection(const Node &node, double airRpm) {
 
 } // namespace
 
-Bench::Bench(size_t fansOnBoard, const BenchSettings &settings) : settings(settings) {
+Physics::Physics(size_t fansOnBoard, const BenchSettings &settings) : settings(settings) {
     constexpr double untilSettledSeconds = 1e9;
     for (size_t fan = 0; fan < fansOnBoard; ++fan) {
         drives[fan] = undirectedDrive;
@@ -68,7 +68,7 @@ Bench::Bench(size_t fansOnBoard, const BenchSettings &settings) : settings(setti
     ExchangeHeat(untilSettledSeconds);
 }
 
-void Bench::Tick() {
+void Physics::Tick() {
     ++ticks;
     if (ticks % ticksPerWander == 0) {
         Wander();
@@ -77,34 +77,34 @@ void Bench::Tick() {
     ExchangeHeat(tickSeconds);
 }
 
-void Bench::SetHeaterPercent(size_t heater, int percent) {
+void Physics::SetHeaterPercent(size_t heater, int percent) {
     heaterPercent[heater] = std::clamp(percent, 0, maxHeaterPercent);
 }
 
-double Bench::HeaterWatts(size_t heater) const {
+double Physics::HeaterWatts(size_t heater) const {
     return fullHeaterWatts * heaterPercent[heater] / maxHeaterPercent;
 }
 
-double Bench::SensedBoardCelsius() const {
+double Physics::SensedBoardCelsius() const {
     return boardCelsius + (settings.isNoisy
                                ? sensorNoiseCelsius * Noise(ticks, boardSource, settings.noiseSeed)
                                : 0);
 }
 
-double Bench::SensedRemoteCelsius(size_t remote) const {
+double Physics::SensedRemoteCelsius(size_t remote) const {
     return remoteCelsius[remote] +
            (settings.isNoisy
                 ? sensorNoiseCelsius * Noise(ticks, remoteSource + remote, settings.noiseSeed)
                 : 0);
 }
 
-double Bench::SensedFanRpm(size_t fan) const {
+double Physics::SensedFanRpm(size_t fan) const {
     return fanRpm[fan] * (settings.isNoisy
                               ? 1 + tachNoise * Noise(ticks, fanSource + fan, settings.noiseSeed)
                               : 1);
 }
 
-void Bench::Wander() {
+void Physics::Wander() {
     const double seconds = static_cast<double>(ticks) * tickSeconds;
     const double scale = settings.isNoisy ? 1 : 0;
     boardDraftCelsius = scale * At(boardDraft, seconds);
@@ -115,7 +115,7 @@ void Bench::Wander() {
 }
 
 /// The speed that the fan moves towards.
-double Bench::WantedRpm(size_t fan) const {
+double Physics::WantedRpm(size_t fan) const {
     const double full = fullDriveRpm[fan];
     const double reach = settings.fans[fan] == FanFault::Drags ? full * draggingShare : full;
     const double asked = std::max(drives[fan].rpm, drives[fan].share * full);
@@ -126,7 +126,7 @@ double Bench::WantedRpm(size_t fan) const {
     return std::min(asked, reach) * fanFactor[fan];
 }
 
-void Bench::TurnFans() {
+void Physics::TurnFans() {
     static const double share = -std::expm1(-tickSeconds / fanLagSeconds);
     for (size_t fan = 0; fan < fanCount; ++fan) {
         const double wanted = WantedRpm(fan);
@@ -140,7 +140,7 @@ void Bench::TurnFans() {
 /// One implicit step: all heat flows follow from the temperatures at its end, so it is stable for
 /// any number of seconds. The diodes are coupled only through the board, so each is expressed by
 /// the board's temperature, and one equation remains.
-void Bench::ExchangeHeat(double seconds) {
+void Physics::ExchangeHeat(double seconds) {
     const double bridge = remoteToBoardWattsPerKelvin;
     const double boardAir = Convection(boardNode, (fanRpm[0] + fanRpm[1]) / 2);
     const double boardInertia = boardNode.joulesPerKelvin / seconds;

@@ -38,7 +38,7 @@ constexpr FanDrive undirectedDrive = {.rpm = 0, .share = 0.3};
 /// The physics of the board: air, board, two remote diodes, two heaters and two fans. Time advances
 /// in ticks. Everything follows from the ticks, the settings, the heaters and the drives, so two
 /// benches treated alike show the same values.
-class Bench {
+class Physics {
 public:
     static constexpr size_t remoteCount = 2;
     static constexpr size_t fanCount = 2;
@@ -49,7 +49,7 @@ public:
 
     /// With the first `fansOnBoard` fans. Starts settled, with the heaters off and the fans at
     /// `undirectedDrive`.
-    explicit Bench(size_t fansOnBoard = fanCount, const BenchSettings &settings = {});
+    explicit Physics(size_t fansOnBoard = fanCount, const BenchSettings &settings = {});
 
     /// Advances one tick.
     void Tick();

@@ -1,17 +1,17 @@
-#include "adapter/sim/Bench.h"
+#include "adapter/sim/Physics.h"
 
 #include <gtest/gtest.h>
 
 namespace ztm::sim {
 namespace {
 
-void Pass(Bench &bench, double seconds) {
-    for (int tick = 0; tick < seconds * Bench::ticksPerSecond; ++tick) {
+void Pass(Physics &bench, double seconds) {
+    for (int tick = 0; tick < seconds * Physics::ticksPerSecond; ++tick) {
         bench.Tick();
     }
 }
 
-TEST(BenchTest, HeatComesFromAirAndHeatersAndGoesWithTheFans) {
+TEST(PhysicsTest, HeatComesFromAirAndHeatersAndGoesWithTheFans) {
     constexpr double hour = 3600;
     // What docs/simulated-board.md says of the bench gives these.
     const struct {
@@ -36,7 +36,7 @@ TEST(BenchTest, HeatComesFromAirAndHeatersAndGoesWithTheFans) {
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(testing::PrintToString(&c - cases));
-        Bench bench(Bench::fanCount, {.ambientCelsius = 24, .isNoisy = false});
+        Physics bench(Physics::fanCount, {.ambientCelsius = 24, .isNoisy = false});
         bench.settings.ambientCelsius = c.ambient;
         for (size_t i = 0; i < 2; ++i) {
             bench.SetHeaterPercent(i, c.heaters[i]);
@@ -49,7 +49,7 @@ TEST(BenchTest, HeatComesFromAirAndHeatersAndGoesWithTheFans) {
     }
 }
 
-TEST(BenchTest, AFanFollowsItsDriveAsFarAsItCan) {
+TEST(PhysicsTest, AFanFollowsItsDriveAsFarAsItCan) {
     const struct {
         FanFault fault;
         FanDrive drive;
@@ -67,7 +67,7 @@ TEST(BenchTest, AFanFollowsItsDriveAsFarAsItCan) {
         {FanFault::Drags, {.rpm = 0, .share = 0.3}, 20, 2400},
         {FanFault::Stalled, {.rpm = 0, .share = 1}, 20, 0},
     };
-    Bench bench(Bench::fanCount, {.isNoisy = false});
+    Physics bench(Physics::fanCount, {.isNoisy = false});
     for (const auto &[fault, drive, seconds, rpm] : steps) {
         bench.settings.fans[0] = fault;
         bench.DriveFan(0, drive);
