@@ -2,6 +2,7 @@
 
 #include "ui/kit/Controls.h"
 #include "ui/kit/Frame.h"
+#include "ui/kit/Text.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -18,10 +19,6 @@ constexpr int refreshMilliseconds = 250;
 constexpr int coldestCelsius = -40;
 constexpr int hottestCelsius = 125;
 constexpr int firstAddress = 0x50;
-
-QString ElementName(const char *name, size_t index) {
-    return QStringLiteral("%1(%2)").arg(QLatin1String(name)).arg(index);
-}
 
 QComboBox *NewList(const QString &name, const QStringList &items) {
     auto *box = new QComboBox;
@@ -97,12 +94,12 @@ QGroupBox *BoardWindow::NewBenchFrame() {
     const QStringList diodeFaults = {tr("Sound"), tr("Open"), tr("Shorted")};
     const QStringList fanFaults = {tr("Turns freely"), tr("Drags"), tr("Stalled")};
     for (size_t i = 0; i < cmbDiode.size(); ++i) {
-        cmbDiode[i] = NewList(ElementName("cmbDiode", i), diodeFaults);
+        cmbDiode[i] = NewList(IndexedName("cmbDiode", i), diodeFaults);
         layout->addRow(tr("Diode &%1").arg(i + 1), cmbDiode[i]);
     }
     const QStringList fanCaptions = {tr("&Fan 1"), tr("Fa&n 2")};
     for (size_t i = 0; i < cmbFan.size(); ++i) {
-        cmbFan[i] = NewList(ElementName("cmbFan", i), fanFaults);
+        cmbFan[i] = NewList(IndexedName("cmbFan", i), fanFaults);
         layout->addRow(fanCaptions[static_cast<int>(i)], cmbFan[i]);
     }
     chkNoise = Named(new QCheckBox(tr("N&oise")), "chkNoise");
@@ -116,13 +113,13 @@ QGroupBox *BoardWindow::NewTruthFrame() {
     lblFirmware = NewValue(QStringLiteral("lblFirmware"), tr("Firmware"), layout);
     lblBoard = NewValue(QStringLiteral("lblBoard"), tr("Board"), layout);
     for (size_t i = 0; i < lblRemote.size(); ++i) {
-        lblRemote[i] = NewValue(ElementName("lblRemote", i), tr("Remote %1").arg(i + 1), layout);
+        lblRemote[i] = NewValue(IndexedName("lblRemote", i), tr("Remote %1").arg(i + 1), layout);
     }
     for (size_t i = 0; i < lblFan.size(); ++i) {
-        lblFan[i] = NewValue(ElementName("lblFan", i), tr("Fan %1").arg(i + 1), layout);
+        lblFan[i] = NewValue(IndexedName("lblFan", i), tr("Fan %1").arg(i + 1), layout);
     }
     for (size_t i = 0; i < lblHeater.size(); ++i) {
-        lblHeater[i] = NewValue(ElementName("lblHeater", i), tr("Heater %1").arg(i + 1), layout);
+        lblHeater[i] = NewValue(IndexedName("lblHeater", i), tr("Heater %1").arg(i + 1), layout);
     }
     return frame;
 }

@@ -1,6 +1,7 @@
 #include "files/LutFile.h"
 
 #include "common/DateTimeText.h"
+#include "common/RegularFile.h"
 #include "files/TextFile.h"
 
 #include <vector>
@@ -33,7 +34,7 @@ bool SaveLut(const std::string &path, const std::array<LutPoint, LutPoints> &poi
 }
 
 std::optional<std::array<std::string, LutPoints>> ReadLut(const std::string &path) {
-    std::ifstream file = OpenText(path);
+    std::ifstream file = OpenRegularFile(path);
     if (!SkipPast(file, endOfPoint)) {
         return std::nullopt;
     }

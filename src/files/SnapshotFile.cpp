@@ -2,6 +2,7 @@
 
 #include "common/DateTimeText.h"
 #include "common/NumberText.h"
+#include "common/RegularFile.h"
 #include "files/TextFile.h"
 #include "link/LinkState.h"
 #include "link/USBComms.h"
@@ -56,7 +57,7 @@ std::string SnapshotText() {
 /// The number of data lines after the first mark, without the empty line at the end. Nothing if the
 /// file cannot be read that far or does not end in a line end.
 std::optional<int> CountLines(const std::string &path) {
-    std::ifstream file = OpenText(path);
+    std::ifstream file = OpenRegularFile(path);
     if (!SkipPast(file, mark)) {
         return std::nullopt;
     }
@@ -95,7 +96,7 @@ bool RecallSnapshot(const std::string &path) {
     if (!lines || *lines > mostLines) {
         return false;
     }
-    std::ifstream file = OpenText(path);
+    std::ifstream file = OpenRegularFile(path);
     if (!SkipPast(file, mark)) {
         return false;
     }

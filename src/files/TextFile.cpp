@@ -5,7 +5,6 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
-#include <filesystem>
 #include <limits>
 #include <unistd.h>
 
@@ -66,15 +65,6 @@ bool TextFileWriter::WriteBytes() {
 bool TextFileWriter::Fail() {
     error = std::strerror(errno);
     return false;
-}
-
-std::ifstream OpenText(const std::string &path) {
-    std::ifstream file;
-    std::error_code ignored;
-    if (std::filesystem::is_regular_file(path, ignored)) {
-        file.open(path, std::ios::binary);
-    }
-    return file;
 }
 
 bool SkipPast(std::istream &file, char character) {

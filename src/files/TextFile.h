@@ -1,6 +1,6 @@
 #pragma once
 
-#include <fstream>
+#include <istream>
 #include <string>
 #include <string_view>
 
@@ -43,10 +43,6 @@ private:
     std::string bytes;
     std::string error;
 };
-
-/// Opens a file of 8-bit characters for reading. The stream is not open on failure or if the file
-/// is not a regular one: others might block, or never end.
-std::ifstream OpenText(const std::string &path);
 
 /// Skips everything up to and including the next such character; false if there is none before the
 /// end of the file.

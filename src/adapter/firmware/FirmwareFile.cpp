@@ -1,8 +1,6 @@
 #include "adapter/firmware/FirmwareFile.h"
 
-#include <filesystem>
-#include <fstream>
-#include <system_error>
+#include "common/RegularFile.h"
 
 namespace ztm {
 
@@ -16,11 +14,7 @@ std::string NativePath(std::string path) {
 
 std::optional<std::vector<HexBlock>> ReadFirmwareFile(const std::string &path,
                                                       std::string &whyNot) {
-    std::error_code ignored;
-    std::ifstream file;
-    if (std::filesystem::is_regular_file(path, ignored)) {
-        file.open(path, std::ios::binary);
-    }
+    std::ifstream file = OpenRegularFile(path);
     if (!file.is_open()) {
         whyNot = "cannot be opened";
         return std::nullopt;

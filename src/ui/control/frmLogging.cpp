@@ -83,7 +83,7 @@ QGroupBox *frmLogging::NewMeasurementsFrame() {
                                 tr("Fan1"),  tr("Fan2"),    tr("THERM%")};
     for (size_t channel = 0; channel < chkLog.size(); ++channel) {
         chkLog[channel] = new QCheckBox(captions[channel], frame);
-        chkLog[channel]->setObjectName(IndexedName("chkLog", static_cast<int>(channel)));
+        chkLog[channel]->setObjectName(IndexedName("chkLog", channel));
     }
     return frame;
 }

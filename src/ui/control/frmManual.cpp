@@ -66,7 +66,7 @@ QLayout *frmManual::NewSliderRow() {
     const QString captions[] = {tr("Fan1"), tr("Fan2")};
     for (size_t fan = 0; fan < sldFan.size(); ++fan) {
         auto *slider = new ValueSlider(this);
-        slider->setObjectName(IndexedName("sldFan", static_cast<int>(fan)));
+        slider->setObjectName(IndexedName("sldFan", fan));
         slider->setToolTip(tr("Slide this to adjust the Fan Speed"));
         slider->SetCaption(captions[fan]);
         slider->SetMinimum(slowestRpm);

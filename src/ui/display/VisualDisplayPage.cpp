@@ -117,7 +117,7 @@ QGroupBox *VisualDisplayPage::NewGaugeFrame() {
     for (size_t index = 0; index < Limits.size(); ++index) {
         const GaugeKind &kind = gaugeKinds[index];
         auto *gauge = new Gauge(frame);
-        gauge->setObjectName(IndexedName("Limits", static_cast<int>(index)));
+        gauge->setObjectName(IndexedName("Limits", index));
         gauge->setAccessibleName(tr(kind.name));
         gauge->setToolTip(tr("Drag the sliders to change the limits"));
         gauge->SetMinimum(kind.minimum);

@@ -104,7 +104,7 @@ QGroupBox *frmGraphOptions::NewGraphFrame() {
                                 tr("Graph Temperature and Fan Speed")};
     for (size_t option = 0; option < optGraphType.size(); ++option) {
         optGraphType[option] = new QRadioButton(captions[option], frame);
-        optGraphType[option]->setObjectName(IndexedName("optGraphType", static_cast<int>(option)));
+        optGraphType[option]->setObjectName(IndexedName("optGraphType", option));
     }
     chkBigGraph = NewCheck("chkBigGraph", tr("Full-screen Graph"), frame);
     return NewColumn(frame, {optGraphType[0], optGraphType[1], optGraphType[2], chkBigGraph});

@@ -12,8 +12,9 @@ inline QString ToQString(std::string_view text) {
 }
 
 /// The object name of an element of a control array: "name(index)".
-inline QString IndexedName(const char *name, int index) {
-    return QStringLiteral("%1(%2)").arg(QLatin1String(name)).arg(index);
+template <class Index>
+QString IndexedName(const char *name, Index index) {
+    return QStringLiteral("%1(%2)").arg(QLatin1String(name)).arg(static_cast<int>(index));
 }
 
 } // namespace ztm
