@@ -204,6 +204,7 @@ TEST_F(WindowsTest, EveryWindowIsWholeReadableNamedAndInTheWayOfTheTabKeyInEvery
             }
             Click("NextCMD");
             Click("FinishCMD");
+            Find("frmMain").resize(960, 640); // whatever room the screen has
             for (const char *tab : {"Register Access", "Visual Display", "Control"}) {
                 ClickTab(tab);
                 ExpectSound("frmMain");
