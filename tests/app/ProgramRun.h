@@ -1,15 +1,32 @@
 #pragma once
 
+#include "ui/session/Program.h"
+
+#include <QString>
+
 #include <functional>
+#include <string>
 
 namespace ztm::test {
 
-/// Runs the whole program, once per process, on a fresh recording adapter with a ZTM7720 and a
-/// clock that nobody has to wait for. `user` acts once the wizard is up. Returns the exit code
-/// of a run that ends with its last window.
-int RunWith(const std::function<void()> &user);
+/// How a run of the program came to its end.
+struct Outcome {
+    int exitCode = -1; ///< −1 when it was killed by a signal
+    std::string said;  ///< see Say
+};
 
-/// From the wizard to the main window.
-void StartSession();
+/// Runs the whole program in a process of its own, with a clock that nobody has to wait for.
+/// `user` acts in it once the wizard is up. A failure is said and answered, and "ended" is said
+/// after an end with the last window.
+Outcome RunProgramWith(const std::function<void()> &user, CompanionMaker companion = nullptr);
+
+/// Tells the test something from the process of the program; a ";" comes behind it.
+void Say(const std::string &text);
+
+/// Takes steps in the windows on screen, apart by "; ": "cmdOK" clicks, "txtDec=5" types or chooses
+/// an item, "Limits(0)+Up" presses a key, "ticks 5" lets the monitor tick 50 ms apart, "tab
+/// Control" and "close frmMain" do that, "?lblDecVal" says a text, and "later " before a step
+/// leaves it to whatever lets events run.
+void Do(const QString &steps);
 
 } // namespace ztm::test

@@ -7,7 +7,6 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QTabBar>
 #include <QTabWidget>
 #include <QTest>
 #include <QTimer>
@@ -92,15 +91,6 @@ void Type(const char *box, const char *text) {
     QTest::keyClicks(&field, QLatin1String(text));
 }
 
-void ClickTab(const char *caption) {
-    auto *bar = Find<QTabWidget>("SSTab1").findChild<QTabBar *>();
-    for (int tab = 0; tab < bar->count(); ++tab) {
-        if (bar->tabText(tab) == QLatin1String(caption)) {
-            QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(tab).center());
-        }
-    }
-}
-
 /// Lets the monitor run for a few ticks.
 void WatchTicks() {
     int ticks = 0;
@@ -122,10 +112,11 @@ void UseTheProgram() {
         return;
     }
     Click("FinishCMD");
-    ClickTab("Visual Display");
+    auto &tabs = Find<QTabWidget>("SSTab1");
+    tabs.setCurrentIndex(2); // Visual Display
     Click("cmdEasySetup");
     WatchTicks();
-    ClickTab("Register Access");
+    tabs.setCurrentIndex(1); // Register Access
     Type("txtReadAddr", "b");
     Click("cmdRead");
     Type("txtDec", "66");

@@ -5,19 +5,28 @@
 
 #include <QAbstractButton>
 #include <QLabel>
+#include <QRadioButton>
 #include <QScrollBar>
 #include <QTest>
 #include <QTreeWidget>
 
+#include <algorithm>
 #include <cmath>
 
 namespace ztm::test {
 namespace {
 
+using testing::ElementsAre;
 using testing::IsEmpty;
 
+/// The windows in any look; afterwards the look is the usual one.
 class WindowsTest : public UiTest {
 protected:
+    ~WindowsTest() override {
+        QApplication::setPalette(usualPalette);
+        QApplication::setFont(usualFont);
+    }
+
     /// Visible controls that are cut off: smaller than they need to be, or out of their parent.
     static std::vector<std::string> CutOff(const QWidget &window) {
         std::vector<std::string> names;
@@ -57,16 +66,14 @@ protected:
     }
 
     /// Enabled labels whose text does not stand out from their ground.
-    static std::vector<std::string> HardToRead() {
+    static std::vector<std::string> HardToRead(const QWidget &window) {
         std::vector<std::string> names;
-        for (const Form *form : LoadedForms()) {
-            for (const auto *label : form->findChildren<QLabel *>()) {
-                const QPalette &palette = label->palette();
-                if (label->isEnabled() &&
-                    Contrast(palette.color(label->foregroundRole()),
-                             palette.color(label->backgroundRole())) < readableContrast) {
-                    names.push_back(label->objectName().toStdString());
-                }
+        for (const auto *label : window.findChildren<QLabel *>()) {
+            const QPalette &palette = label->palette();
+            if (label->isEnabled() &&
+                Contrast(palette.color(label->foregroundRole()),
+                         palette.color(label->backgroundRole())) < readableContrast) {
+                names.push_back(label->objectName().toStdString());
             }
         }
         return names;
@@ -74,28 +81,94 @@ protected:
 
     /// Controls for the keyboard without an object name, or with nothing that tells a user of
     /// assistive technology what they are.
-    static std::vector<std::string> Nameless() {
+    static std::vector<std::string> Nameless(const QWidget &window) {
         std::vector<std::string> names;
-        for (const Form *form : LoadedForms()) {
-            for (const auto *widget : form->findChildren<QWidget *>()) {
-                const QString name = widget->objectName();
-                if (widget->focusPolicy() == Qt::NoFocus || name.startsWith("qt_") ||
-                    name == "SSTab1") {
-                    continue;
-                }
-                const auto *button = qobject_cast<const QAbstractButton *>(widget);
-                bool told = !widget->accessibleName().isEmpty() ||
-                            (button != nullptr && !button->text().isEmpty());
-                for (const auto *label : form->findChildren<QLabel *>()) {
-                    told = told || label->buddy() == widget;
-                }
-                if (name.isEmpty() || !told) {
-                    names.push_back(widget->metaObject()->className() + (" " + name).toStdString());
-                }
+        const auto labels = window.findChildren<QLabel *>();
+        for (const auto *widget : window.findChildren<QWidget *>()) {
+            const QString name = widget->objectName();
+            const auto *button = qobject_cast<const QAbstractButton *>(widget);
+            const bool told = !widget->accessibleName().isEmpty() ||
+                              (button != nullptr && !button->text().isEmpty()) ||
+                              std::any_of(labels.begin(), labels.end(), [&](const auto *label) {
+                                  return label->buddy() == widget;
+                              });
+            if (widget->focusPolicy() != Qt::NoFocus && !name.startsWith("qt_") &&
+                name != "SSTab1" && (name.isEmpty() || !told)) {
+                names.push_back(widget->metaObject()->className() + (" " + name).toStdString());
             }
         }
         return names;
     }
+
+    static bool IsForTheTabKey(const QWidget &widget) {
+        return widget.isVisible() && widget.isEnabled() &&
+               (widget.focusPolicy() & Qt::TabFocus) != 0 && widget.focusProxy() == nullptr;
+    }
+
+    /// The controls that the Tab key visits in a window, once round from where it has its start.
+    static std::vector<QWidget *> Round(QWidget &window) {
+        std::vector<QWidget *> visited;
+        window.activateWindow();
+        QWidget *at = window.nextInFocusChain();
+        while (!IsForTheTabKey(*at)) {
+            at = at->nextInFocusChain();
+        }
+        at->setFocus();
+        while (std::find(visited.begin(), visited.end(), at) == visited.end()) {
+            visited.push_back(at);
+            QTest::keyClick(at, Qt::Key_Tab);
+            at = window.focusWidget();
+        }
+        return visited;
+    }
+
+    /// Controls that can be used and that the Tab key does not visit. Of a group of option
+    /// buttons it visits one: the arrow keys reach the others.
+    static std::vector<std::string> Unreached(const QWidget &window,
+                                              const std::vector<QWidget *> &visited) {
+        std::vector<std::string> names;
+        for (auto *widget : window.findChildren<QWidget *>()) {
+            if (IsForTheTabKey(*widget) && qobject_cast<const QRadioButton *>(widget) == nullptr &&
+                std::find(visited.begin(), visited.end(), widget) == visited.end()) {
+                names.push_back(widget->objectName().toStdString());
+            }
+        }
+        return names;
+    }
+
+    /// Steps that go back: to the left in a row, or upwards without going to the right.
+    static std::vector<std::string> StepsBack(const QWidget &window,
+                                              const std::vector<QWidget *> &visited) {
+        std::vector<std::string> steps;
+        QRect from;
+        for (const QWidget *widget : visited) {
+            const QRect to(widget->mapTo(&window, QPoint()), widget->size());
+            const bool up = to.bottom() < from.top() && to.left() <= from.right();
+            const bool left =
+                to.right() < from.left() && to.bottom() >= from.top() && to.top() <= from.bottom();
+            if (up || left) {
+                steps.push_back("to " + widget->objectName().toStdString());
+            }
+            from = to;
+        }
+        return steps;
+    }
+
+    static void ExpectSound(const char *name) {
+        Settle();
+        auto &window = Find(name);
+        EXPECT_THAT(CutOff(window), IsEmpty()) << name;
+        EXPECT_THAT(HardToRead(window), IsEmpty()) << name;
+        EXPECT_THAT(Nameless(window), IsEmpty()) << name;
+        const auto visited = Round(window);
+        EXPECT_THAT(Unreached(window, visited), IsEmpty()) << name;
+        if (name != std::string("InitForm")) {
+            EXPECT_THAT(StepsBack(window, visited), IsEmpty()) << name;
+        }
+    }
+
+    const QPalette usualPalette = QApplication::palette();
+    const QFont usualFont = QApplication::font();
 };
 
 TEST_F(WindowsTest, MainWindowShowsEverythingFromSmallToFullScreen) {
@@ -112,84 +185,55 @@ TEST_F(WindowsTest, MainWindowShowsEverythingFromSmallToFullScreen) {
     }
 }
 
-TEST_F(WindowsTest, LargeFontsCutNothingOff) {
-    QFont font = QApplication::font();
-    const QFont usual = font;
-    font.setPointSizeF(font.pointSizeF() * 1.5);
-    QApplication::setFont(font);
-    OpenWizard();
-    for (int page = 0; page < 3; ++page) {
-        EXPECT_THAT(CutOff(Find("InitForm")), IsEmpty()) << page;
-        Adapter().registers[0x3D] = 0x34;
-        Click("NextCMD");
-        Settle();
-    }
-    QApplication::setFont(usual);
-}
-
-TEST_F(WindowsTest, TextIsReadableInALightAndADarkPalette) {
-    const QPalette usual = QApplication::palette();
-    for (const QPalette &palette :
-         {QPalette(QColor(239, 239, 239)), QPalette(QColor(49, 54, 59))}) {
-        QApplication::setPalette(palette);
-        OpenWizard();
-        EXPECT_THAT(HardToRead(), IsEmpty());
-        DeleteAllForms();
-        StartSessionOf(ZTM7720);
-        EXPECT_THAT(HardToRead(), IsEmpty());
-        const auto &tree = Find<QTreeWidget>("TreeView1");
-        for (QTreeWidgetItemIterator node(tree.topLevelItem(0)); *node != nullptr; ++node) {
-            EXPECT_GE(
-                Contrast((*node)->foreground(0).color(), tree.palette().color(QPalette::Base)),
-                readableContrast)
-                << (*node)->text(0).toStdString();
-        }
-        DeleteAllForms();
-    }
-    QApplication::setPalette(usual);
-}
-
-TEST_F(WindowsTest, APaletteChangedOnTheWayIsFollowed) {
-    const QPalette usual = QApplication::palette();
-    OpenWizard();
-    QApplication::setPalette(QPalette(QColor(49, 54, 59)));
-    Settle();
-    EXPECT_THAT(HardToRead(), IsEmpty());
-    QApplication::setPalette(usual);
-}
-
-TEST_F(WindowsTest, EveryControlSaysWhatItIs) {
-    OpenWizard();
-    EXPECT_THAT(Nameless(), IsEmpty());
-    DeleteAllForms();
-    StartSessionOf(ZTM7720);
-    ShowForm<frmSetupLog>();
-    EXPECT_THAT(Nameless(), IsEmpty());
-}
-
-TEST_F(WindowsTest, EveryDialogIsWholeNamedAndReadable) {
-    const QPalette usual = QApplication::palette();
-    const QFont usualFont = QApplication::font();
+TEST_F(WindowsTest, EveryWindowIsWholeReadableNamedAndInTheWayOfTheTabKeyInEveryLook) {
     QFont large = usualFont;
     large.setPointSizeF(large.pointSizeF() * 1.5);
-    const std::pair<QPalette, QFont> looks[] = {{QPalette(QColor(239, 239, 239)), usualFont},
-                                                {QPalette(QColor(49, 54, 59)), usualFont},
-                                                {QPalette(QColor(239, 239, 239)), large}};
-    for (const std::string_view variant : {ZTM7720, ZTM7710}) {
-        for (const auto &[palette, font] : looks) {
+    const QPalette light(QColor(239, 239, 239));
+    const QPalette dark(QColor(49, 54, 59));
+    for (const auto &[palette, font] :
+         {std::pair(light, usualFont), {dark, usualFont}, {light, large}}) {
+        for (const std::string_view variant : {ZTM7720, ZTM7710}) {
+            ResetCore();
             QApplication::setPalette(palette);
             QApplication::setFont(font);
-            ResetCore();
-            StartSessionOf(variant);
-            ForEveryDialog(
-                [](const char *window) { EXPECT_THAT(CutOff(Find(window)), IsEmpty()) << window; });
-            EXPECT_THAT(Nameless(), IsEmpty());
-            EXPECT_THAT(HardToRead(), IsEmpty());
+            OpenWizard();
+            for (const char *button : {"NextCMD", "NextCMD", "BackCMD"}) {
+                ExpectSound("InitForm");
+                Adapter().registers[0x3D] = variant == ZTM7710 ? 0x33 : 0x34;
+                Click(button);
+            }
+            Click("NextCMD");
+            Click("FinishCMD");
+            Find("frmMain").resize(960, 640); // whatever room the screen has
+            for (const char *tab : {"Register Access", "Visual Display", "Control"}) {
+                ClickTab(tab);
+                ExpectSound("frmMain");
+            }
+            const auto &tree = Find<QTreeWidget>("TreeView1");
+            for (QTreeWidgetItemIterator node(tree.topLevelItem(0)); *node != nullptr; ++node) {
+                EXPECT_GE(
+                    Contrast((*node)->foreground(0).color(), tree.palette().color(QPalette::Base)),
+                    readableContrast)
+                    << (*node)->text(0).toStdString();
+            }
+            ForEveryDialog(ExpectSound);
             DeleteAllForms();
         }
     }
-    QApplication::setPalette(usual);
-    QApplication::setFont(usualFont);
+}
+
+TEST_F(WindowsTest, APaletteChangedOnTheWayIsFollowed) {
+    OpenWizard();
+    QApplication::setPalette(QPalette(QColor(49, 54, 59)));
+    Settle();
+    EXPECT_THAT(HardToRead(Find("InitForm")), IsEmpty());
+}
+
+TEST_F(WindowsTest, TheWizardsTabOrderStartsAtNext) {
+    OpenWizard();
+    Click("NextCMD");
+    EXPECT_THAT(Round(Find("InitForm")), ElementsAre(&Find("NextCMD"), &Find("CancelCMD"),
+                                                     &Find("BackCMD"), &Find("USBCheck")));
 }
 
 TEST_F(WindowsTest, ControlsStandWhereTheVariantHasThem) {

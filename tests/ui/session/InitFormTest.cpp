@@ -17,73 +17,61 @@ using testing::IsEmpty;
 
 class InitFormTest : public UiTest {
 protected:
-    /// "Back Next Cancel Finish" with those left out that are disabled.
-    static std::string EnabledButtons() {
-        std::string names;
-        for (const char *name : {"BackCMD", "NextCMD", "CancelCMD", "FinishCMD"}) {
-            names += IsEnabled(name) ? std::string(name) + " " : "";
-        }
-        return names;
-    }
+    InitFormTest() { Adapter().registers[0x3D] = 0x34; }
 
-    static QString FocusedIn(const QString &form) { return Find(form).focusWidget()->objectName(); }
-
-    static void PlugInChip() { Adapter().registers[0x3D] = 0x34; }
-};
-
-TEST_F(InitFormTest, ExactlyOnePageIsOnScreen) {
-    PlugInChip();
-    OpenWizard();
-    const auto &wizard = Find("InitForm");
-    const auto pagesOnScreen = [&] {
-        std::vector<std::string> names;
+    /// The pages on screen, the number of devices found, the buttons that can be used, and "Wait"
+    /// under a wait cursor.
+    static std::string Seen() {
+        const auto &wizard = Find("InitForm");
+        std::string seen;
         for (const char *name :
              {"WelcomePanel", "SeclectComsMediumPanel", "SearchingPanel", "SearchResultsPanel"}) {
             const auto &panel = Find(name);
-            if (panel.isVisible()) {
-                EXPECT_EQ(panel.x(), Twips(1320, wizard)) << name;
-                names.emplace_back(name);
-            } else {
-                EXPECT_EQ(panel.x(), Twips(-5000, wizard)) << name;
-            }
+            EXPECT_EQ(panel.x(), Twips(panel.isVisible() ? 1320 : -5000, wizard)) << name;
+            seen += panel.isVisible() ? std::string(name) + ' ' : "";
         }
-        return names;
-    };
-    EXPECT_THAT(pagesOnScreen(), ElementsAre("WelcomePanel"));
-    Click("NextCMD");
-    EXPECT_THAT(pagesOnScreen(), ElementsAre("SeclectComsMediumPanel"));
-    std::vector<std::string> whileSearching;
-    Adapter().script = [&](const Call &call) {
-        if (call == Read(0x3D)) {
-            whileSearching = pagesOnScreen();
-            EXPECT_EQ(EnabledButtons(), "");
-            EXPECT_EQ(Find("InitForm").cursor().shape(), Qt::WaitCursor);
+        seen += std::to_string(Find<QListWidget>("SearchResultsLIST").count());
+        for (const char *name : {"BackCMD", "NextCMD", "CancelCMD", "FinishCMD"}) {
+            seen += IsEnabled(name) ? std::string(" ") + name : "";
         }
-        return int16_t{0};
-    };
-    Click("NextCMD");
-    EXPECT_THAT(whileSearching, ElementsAre("SearchingPanel"));
-    EXPECT_THAT(pagesOnScreen(), ElementsAre("SearchResultsPanel"));
-    EXPECT_EQ(Find("InitForm").cursor().shape(), Qt::ArrowCursor);
-}
+        return seen + (wizard.cursor().shape() == Qt::WaitCursor ? " Wait" : "");
+    }
+};
 
-TEST_F(InitFormTest, ButtonsFollowThePages) {
-    PlugInChip();
+TEST_F(InitFormTest, PagesButtonsAndFocusFollowTheWayAndEverySearchUsesTheOneStart) {
+    const char *welcome = "WelcomePanel 0 NextCMD CancelCMD";
+    const char *medium = "SeclectComsMediumPanel 0 BackCMD NextCMD CancelCMD";
+    const char *found = "SearchResultsPanel 1 BackCMD CancelCMD FinishCMD";
+    const struct {
+        const char *button, *seen, *focus; ///< afterwards
+        std::vector<Call> asked;
+        uint8_t id = 0x34; ///< of the chip
+    } steps[] = {
+        {"BackCMD", welcome, "NextCMD", {}},
+        {"NextCMD", medium, "NextCMD", {}},
+        {"BackCMD", welcome, "NextCMD", {}},
+        {"NextCMD", medium, "NextCMD", {}},
+        {"NextCMD", found, "FinishCMD", {Handshake, Read(0x3D)}},
+        {"BackCMD", medium, "BackCMD", {}},
+        {"NextCMD", found, "FinishCMD", {Read(0x3D)}},
+        {"BackCMD", medium, "BackCMD", {}},
+        {"NextCMD", "SearchResultsPanel 0 BackCMD CancelCMD", "BackCMD", {}, 0},
+    };
     OpenWizard();
-    EXPECT_EQ(EnabledButtons(), "NextCMD CancelCMD ");
-    EXPECT_EQ(FocusedIn("InitForm"), "NextCMD");
-    EXPECT_THAT(Adapter().firmwarePaths, IsEmpty());
-    Click("NextCMD");
-    EXPECT_EQ(EnabledButtons(), "BackCMD NextCMD CancelCMD ");
-    Click("BackCMD");
-    EXPECT_EQ(EnabledButtons(), "NextCMD CancelCMD ");
-    EXPECT_EQ(FocusedIn("InitForm"), "NextCMD");
-    SearchInWizard();
-    EXPECT_EQ(EnabledButtons(), "BackCMD CancelCMD FinishCMD ");
-    EXPECT_EQ(FocusedIn("InitForm"), "FinishCMD");
-    Click("BackCMD");
-    EXPECT_EQ(EnabledButtons(), "BackCMD NextCMD CancelCMD ");
-    EXPECT_EQ(Find<QListWidget>("SearchResultsLIST").count(), 0);
+    for (const auto &step : steps) {
+        Adapter().calls.clear();
+        Adapter().registers[0x3D] = step.id;
+        Adapter().script = [&](const Call &call) {
+            EXPECT_TRUE(call == Handshake || Seen() == "SearchingPanel 0 Wait") << Seen();
+            return int16_t{0};
+        };
+        Click(step.button);
+        EXPECT_EQ(Seen(), step.seen) << step.button;
+        EXPECT_EQ(Find("InitForm").focusWidget()->objectName(), step.focus) << step.seen;
+        EXPECT_TRUE(step.id == 0 || Adapter().calls == step.asked) << step.seen;
+    }
+    EXPECT_EQ(std::count(Adapter().calls.begin(), Adapter().calls.end(), Handshake), 0);
+    EXPECT_EQ(Adapter().firmwarePaths.size(), 1U);
 }
 
 TEST_F(InitFormTest, AsksForAMediumWhenNoneIsChecked) {
@@ -93,16 +81,16 @@ TEST_F(InitFormTest, AsksForAMediumWhenNoneIsChecked) {
     const auto message = AnswerMessageOf([] { Click("NextCMD"); });
     EXPECT_EQ(message.text, "Please select a search medium");
     EXPECT_EQ(message.title, "A problem was detected");
-    EXPECT_EQ(EnabledButtons(), "BackCMD NextCMD CancelCMD ");
-    EXPECT_TRUE(Find("SeclectComsMediumPanel").isVisible());
+    EXPECT_EQ(Seen(), "SeclectComsMediumPanel 0 BackCMD NextCMD CancelCMD");
     EXPECT_THAT(Adapter().firmwarePaths, IsEmpty());
 }
 
-TEST_F(InitFormTest, AStartMakesExactlyTheseRequests) {
-    PlugInChip();
+TEST_F(InitFormTest, EnterGoesOnFromAnyControlAndAStartMakesExactlyTheseRequests) {
     OpenWizard();
-    SearchInWizard();
-    Click("FinishCMD");
+    Press("NextCMD", Qt::Key_Return);
+    Press("USBCheck", Qt::Key_Return);
+    EXPECT_TRUE(Find("SearchResultsPanel").isVisible());
+    Press("SearchResultsLIST", Qt::Key_Enter);
     Settle();
     const auto folder = std::filesystem::canonical("/proc/self/exe").parent_path().string();
     EXPECT_THAT(Adapter().firmwarePaths, ElementsAre(folder + "\\ZTM7720FW_v3.Hex"));
@@ -111,58 +99,33 @@ TEST_F(InitFormTest, AStartMakesExactlyTheseRequests) {
     EXPECT_NEAR(Adapter().times[0] - 36000, 0.020, 0.002);
     EXPECT_NEAR(Adapter().times[1] - Adapter().times[0], 0.200, 0.002);
     EXPECT_NEAR(clock.TotalSeconds(), 0.240, 0.005);
-}
-
-TEST_F(InitFormTest, AnotherSearchReusesTheAdapterAndShowsNoStaleEntry) {
-    PlugInChip();
-    OpenWizard();
-    SearchInWizard();
-    Click("BackCMD");
-    Click("NextCMD");
-    EXPECT_EQ(Find<QListWidget>("SearchResultsLIST").count(), 1);
-    EXPECT_THAT(Adapter().calls, ElementsAre(Handshake, Read(0x3D), Read(0x3D)));
-
-    Adapter().registers[0x3D] = 0;
-    Click("BackCMD");
-    Click("NextCMD");
-    EXPECT_EQ(Find<QListWidget>("SearchResultsLIST").count(), 0);
-    EXPECT_EQ(Adapter().firmwarePaths.size(), 1U);
-    EXPECT_EQ(std::count(Adapter().calls.begin(), Adapter().calls.end(), Handshake), 1);
-}
-
-TEST_F(InitFormTest, OnlyBackAndCancelAreLeftWhenNothingWasFound) {
-    OpenWizard();
-    SearchInWizard();
-    EXPECT_EQ(EnabledButtons(), "BackCMD CancelCMD ");
-    EXPECT_EQ(FocusedIn("InitForm"), "BackCMD");
-}
-
-TEST_F(InitFormTest, WithoutFirmwareNothingReachesTheAdapter) {
-    PlugInChip();
-    Adapter().firmwareResult = -1;
-    OpenWizard();
-    SearchInWizard();
-    EXPECT_EQ(EnabledButtons(), "BackCMD CancelCMD ");
-    EXPECT_TRUE(Find<ToggleIndicator>("Shape1").IsAlarm());
-    Click("CancelCMD");
-    EXPECT_THAT(LoadedForms(), IsEmpty());
-    EXPECT_THAT(Adapter().calls, IsEmpty());
+    EXPECT_THAT(LoadedForms(), ElementsAre(LoadedForm<frmMain>()));
+    EXPECT_TRUE(Find("frmMain").isVisible());
+    EXPECT_EQ(CommsMedium, MediumUSB);
 }
 
 TEST_F(InitFormTest, CancelAndCloseBoxEndTheProgramFromEveryPage) {
+    const struct {
+        int pages;
+        int16_t firmwareResult;
+        std::vector<Call> asked;
+    } cases[] = {{0, 0, {}}, {1, 0, {}}, {2, -1, {}}, {2, 0, {Handshake, Read(0x3D), Handshake}}};
     for (const bool byCloseBox : {false, true}) {
-        for (const int pages : {0, 1, 2}) {
+        for (const auto &[pages, firmwareResult, asked] : cases) {
             ResetCore();
-            PlugInChip();
+            Adapter().registers[0x3D] = 0x34;
+            Adapter().firmwareResult = firmwareResult;
             OpenWizard();
             for (int page = 0; page < pages; ++page) {
                 Click("NextCMD");
             }
-            Adapter().calls.clear();
+            if (firmwareResult != 0) {
+                EXPECT_EQ(Seen(), "SearchResultsPanel 0 BackCMD CancelCMD");
+                EXPECT_TRUE(Find<ToggleIndicator>("Shape1").IsAlarm());
+            }
             byCloseBox ? CloseByCloseBox("InitForm") : Click("CancelCMD");
             EXPECT_THAT(LoadedForms(), IsEmpty()) << "after " << pages << " pages";
-            const std::vector<Call> shutDown(pages == 2 ? 1 : 0, Handshake);
-            EXPECT_EQ(Adapter().calls, shutDown) << "after " << pages << " pages";
+            EXPECT_EQ(Adapter().calls, asked) << "after " << pages << " pages";
             DeleteAllForms();
         }
     }
@@ -171,6 +134,7 @@ TEST_F(InitFormTest, CancelAndCloseBoxEndTheProgramFromEveryPage) {
 TEST_F(InitFormTest, ItsCloseBoxEndsTheProgramDuringASearch) {
     OpenWizard();
     int probes = 0;
+    Adapter().registers[0x3D] = 0;
     Adapter().script = [&](const Call &call) {
         if (call == Read(0x3D) && ++probes == 5) {
             QTimer::singleShot(0, [] { CloseByCloseBox("InitForm"); });
@@ -182,19 +146,9 @@ TEST_F(InitFormTest, ItsCloseBoxEndsTheProgramDuringASearch) {
     EXPECT_EQ(probes, 5);
     EXPECT_EQ(Adapter().calls.back(), Handshake);
     EXPECT_LT(clock.TotalSeconds(), 1);
-    DeleteAllForms();
 }
 
-TEST_F(InitFormTest, FinishOnNoVariantEndsTheProcessAtOnce) {
-    PlugInChip();
-    OpenWizard();
-    SearchInWizard();
-    Find<QListWidget>("SearchResultsLIST").clear();
-    EXPECT_EXIT(Click("FinishCMD"), testing::ExitedWithCode(EXIT_SUCCESS), "");
-}
-
-TEST_F(InitFormTest, AClickBesideTheEntriesKeepsTheSelection) {
-    PlugInChip();
+TEST_F(InitFormTest, ClicksBesideTheEntryKeepItSelectedAndFinishWithoutOneEndsTheProcessAtOnce) {
     OpenWizard();
     SearchInWizard();
     auto &list = Find<QListWidget>("SearchResultsLIST");
@@ -202,26 +156,8 @@ TEST_F(InitFormTest, AClickBesideTheEntriesKeepsTheSelection) {
     QTest::mouseClick(list.viewport(), Qt::LeftButton, Qt::ControlModifier,
                       list.visualItemRect(list.item(0)).center());
     EXPECT_EQ(list.selectedItems().size(), 1);
-}
-
-TEST_F(InitFormTest, EnterGoesOnFromAnyControl) {
-    PlugInChip();
-    OpenWizard();
-    Press("NextCMD", Qt::Key_Return);
-    Press("USBCheck", Qt::Key_Return);
-    EXPECT_TRUE(Find("SearchResultsPanel").isVisible());
-    Press("SearchResultsLIST", Qt::Key_Enter);
-    EXPECT_NE(LoadedForm<frmMain>(), nullptr);
-    EXPECT_EQ(LoadedForm<InitForm>(), nullptr);
-}
-
-TEST_F(InitFormTest, FinishClosesTheWizardAndLeavesTheMainWindow) {
-    StartSessionOf(ZTM7710);
-    EXPECT_EQ(LoadedForm<InitForm>(), nullptr);
-    ASSERT_NE(LoadedForm<frmMain>(), nullptr);
-    EXPECT_TRUE(LoadedForm<frmMain>()->isVisible());
-    EXPECT_EQ(DeviceName, ZTM7710);
-    EXPECT_EQ(CommsMedium, MediumUSB);
+    list.clear();
+    EXPECT_EXIT(Click("FinishCMD"), testing::ExitedWithCode(EXIT_SUCCESS), "");
 }
 
 } // namespace
