@@ -41,9 +41,10 @@ private:
 
 } // namespace ztm::fuzz
 
-/// The fuzzer calls this; each of the programs has this header once.
+/// The fuzzer calls this. It is no inline function, as each program has this header once and
+/// nothing but the fuzzer's library asks for it.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
-extern "C" inline int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     ztm::fuzz::Try({reinterpret_cast<const char *>(data), size});
     return 0;
 }
