@@ -8,15 +8,10 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-/// What the fuzzer calls: once at the start, and with every input.
-extern "C" int LLVMFuzzerInitialize(int *argumentCount, char ***arguments);
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
-
 namespace ztm::fuzz {
 
-inline std::string_view TextOf(const uint8_t *data, size_t size) {
-    return {reinterpret_cast<const char *>(data), size};
-}
+/// What each fuzzer does with every input.
+void Try(std::string_view text);
 
 /// Ends the run, with the input kept by the fuzzer, unless the property holds.
 inline void Require(bool holds, const char *property) {
@@ -45,3 +40,11 @@ private:
 };
 
 } // namespace ztm::fuzz
+
+/// The fuzzer calls this. It is no inline function, as each program has this header once and
+/// nothing but the fuzzer's library asks for it.
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
+    ztm::fuzz::Try({reinterpret_cast<const char *>(data), size});
+    return 0;
+}

@@ -6,17 +6,13 @@
 #include <cmath>
 #include <limits>
 
-using namespace ztm;
-using namespace ztm::fuzz;
-
+namespace ztm::fuzz {
 namespace {
 
 std::string WithoutBlanks(std::string_view text) {
-    std::string dense;
-    for (const char character : text) {
-        if (character != ' ' && character != '\t' && character != '\n') {
-            dense += character;
-        }
+    std::string dense(text);
+    for (const char blank : {' ', '\t', '\n'}) {
+        std::erase(dense, blank);
     }
     return dense;
 }
@@ -33,12 +29,7 @@ void WriteAndRead(Number number, double tolerance) {
 
 } // namespace
 
-extern "C" int LLVMFuzzerInitialize(int * /*argumentCount*/, char *** /*arguments*/) {
-    return 0;
-}
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
-    const std::string_view text = TextOf(data, size);
+void Try(std::string_view text) {
     const double number = NumericValue(text);
     Require(!std::isnan(number), "a text is a number");
     Require(number == NumericValue(WithoutBlanks(text)), "blanks do not matter");
@@ -55,5 +46,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     Require(digits.size() < 5 ? (HexValue(digits) & 0xFFFF) == whole : HexValue(digits) == whole,
             "hexadecimal digits are read as the number that was written");
     Require(HexValue(text) == HexValue(WithoutBlanks(text)), "blanks do not matter");
-    return 0;
 }
+
+} // namespace ztm::fuzz

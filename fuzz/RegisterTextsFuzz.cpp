@@ -2,10 +2,8 @@
 
 #include "common/NumberText.h"
 #include "common/Numbers.h"
-#include "link/LinkState.h"
+#include "link/Session.h"
 #include "link/USBComms.h"
-#include "regmap/RegMapStuff.h"
-#include "support/AdapterDouble.h"
 #include "ui/registers/RegisterAccessPage.h"
 
 #include <QApplication>
@@ -15,16 +13,26 @@
 #include <algorithm>
 #include <array>
 
-using namespace ztm;
-using namespace ztm::fuzz;
-
+namespace ztm::fuzz {
 namespace {
 
-RegisterAccessPage *page = nullptr;
+RegisterAccessPage &Page() {
+    static auto *const page = [] {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        qputenv("QT_LOGGING_RULES", "*=false"); // characters that no font has
+        static int argumentCount = 0;
+        new QApplication(argumentCount, nullptr);
+        test::StartSession();
+        auto *built = new RegisterAccessPage;
+        built->BuildRegisterTree();
+        return built;
+    }();
+    return *page;
+}
 
 template <typename Widget>
 Widget &Of(const char *name) {
-    return *page->findChild<Widget *>(QLatin1String(name));
+    return *Page().findChild<Widget *>(QLatin1String(name));
 }
 
 double NumberOf(const char *box) {
@@ -65,25 +73,9 @@ extern "C" const char *__lsan_default_options() { // NOLINT(bugprone-reserved-id
     return "print_suppressions=0";
 }
 
-extern "C" int LLVMFuzzerInitialize(int *argumentCount, char ***arguments) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    qputenv("QT_LOGGING_RULES", "*=false"); // characters that no font has
-    new QApplication(*argumentCount, *arguments);
-    test::ResetCore();
-    DeviceName = ZTM7720;
-    CommsMedium = MediumUSB;
-    USBDeviceAddress = 0x50;
-    BuildRegisterMap();
-    page = new RegisterAccessPage;
-    page->BuildRegisterTree();
-    return 0;
-}
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
+void Try(std::string_view text) {
     test::AdapterDouble &adapter = test::ResetAdapter();
-    const auto text =
-        QString::fromUtf8(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size));
-    for (const QString &line : text.split('\n')) {
+    for (const QString &line : QString::fromUtf8(text.data(), qsizetype(text.size())).split('\n')) {
         Edit(line);
     }
     const int32_t address = AddressInBox();
@@ -97,5 +89,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     Of<QPushButton>("cmdRead").click();
     Require(adapter.calls.empty() != isRegister, "registers only are read");
     Require(!isRegister || adapter.calls.front() == test::Read(address), "the address in the box");
-    return 0;
 }
+
+} // namespace ztm::fuzz

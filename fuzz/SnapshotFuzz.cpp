@@ -1,33 +1,19 @@
 #include "Fuzz.h"
 
-#include "common/DateTimeText.h"
 #include "files/SnapshotFile.h"
-#include "link/LinkState.h"
-#include "regmap/RegMapStuff.h"
-#include "support/AdapterDouble.h"
-#include "support/CoreState.h"
+#include "link/Session.h"
 
 #include <algorithm>
 
-using namespace ztm;
-using namespace ztm::fuzz;
-
+namespace ztm::fuzz {
 namespace {
 
 constexpr size_t mostWrites = 4096;
 constexpr int32_t savedRegisters = 52;
 
-void StartSession(bool oneFan) {
-    test::ResetCore();
-    DeviceName = oneFan ? ZTM7710 : ZTM7720;
-    CommsMedium = MediumUSB;
-    USBDeviceAddress = 0x50;
-    BuildRegisterMap();
-}
-
 /// No file makes the reader write more registers than it has lines, or any but the chip's.
 void RecallAnything(std::string_view text) {
-    StartSession(false);
+    test::StartSession();
     const MemoryFile file(text);
     RecallSnapshot(file.Path());
     const auto writes = test::Adapter().Writes();
@@ -43,7 +29,7 @@ void RecallAnything(std::string_view text) {
 
 /// What the chip holds comes back, whatever it holds.
 void SaveAndRecall(std::string_view contents) {
-    StartSession(!contents.empty() && contents.front() % 2 != 0);
+    test::StartSession(!contents.empty() && contents.front() % 2 != 0 ? ZTM7710 : ZTM7720);
     auto &registers = test::Adapter().registers;
     std::copy_n(contents.begin(), std::min(contents.size(), registers.size()), registers.begin());
     const auto before = registers;
@@ -62,13 +48,9 @@ void SaveAndRecall(std::string_view contents) {
 
 } // namespace
 
-extern "C" int LLVMFuzzerInitialize(int * /*argumentCount*/, char *** /*arguments*/) {
-    SetDateTimeSource([] { return std::time_t{1'800'000'000}; });
-    return 0;
+void Try(std::string_view text) {
+    RecallAnything(text);
+    SaveAndRecall(text);
 }
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
-    RecallAnything(TextOf(data, size));
-    SaveAndRecall(TextOf(data, size));
-    return 0;
-}
+} // namespace ztm::fuzz

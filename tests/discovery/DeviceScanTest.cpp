@@ -1,125 +1,92 @@
 #include "discovery/DeviceScan.h"
 
-#include "link/LinkState.h"
-#include "support/AdapterDouble.h"
-#include "support/ClockDouble.h"
+#include "link/LinkTest.h"
 
-#include <gmock/gmock.h>
-
-namespace ztm {
+namespace ztm::test {
 namespace {
 
-using test::Adapter;
-using test::Call;
-using testing::Each;
-using testing::IsEmpty;
+using DeviceScan = LinkTest;
 
 struct WindowDouble final : ScanWindow {
     void SetProgressMaximum(int units) override { maximum = units; }
-    void SetProgress(double units) override { progress.push_back(units); }
+    void SetProgress(double units) override {
+        EXPECT_TRUE(units > progress && units < 33.001) << units;
+        progress = units;
+    }
     bool LetEventsRun() override { return ++eventRounds < closedAfter; }
 
     int maximum = -1;
-    std::vector<double> progress;
-    int eventRounds = 0;
-    int closedAfter = 1000000;
+    double progress = 0;
+    size_t eventRounds = 0;
+    size_t closedAfter = 1000000;
 };
 
-class DeviceScan : public testing::Test {
-protected:
-    DeviceScan() { test::ResetCore(); }
-
-    void Search() { RunSearch({false, false, true}, window); }
-
-    test::ClockDouble clock;
-    WindowDouble window;
-};
-
-TEST_F(DeviceScan, FindsAChipThatAnswersAtOnce) {
-    Adapter().registers[0x3D] = 0x34;
-    DeviceName = ZTM7710;
-    Search();
-    EXPECT_EQ(USBDeviceName, ZTM7720);
-    EXPECT_EQ(USBDeviceAddress, 0x50);
-    EXPECT_EQ(CommsMedium, MediumUSB);
-    EXPECT_EQ(DeviceName, "") << "left from before the search";
-    EXPECT_THAT(Adapter().calls, testing::ElementsAre(test::Read(0x3D)));
-    EXPECT_NEAR(clock.TotalSeconds(), 0.020, 0.001);
-    EXPECT_EQ(FoundDeviceEntry(), "An ZTM7720 was found at:50h, on the USB port ");
-}
-
-TEST_F(DeviceScan, PollsOnUntilTheChipTellsItsId) {
-    int reads = 0;
-    Adapter().script = [&](const Call &) {
-        Adapter().registers[0x3D] = ++reads > 10 ? 0x33 : 0x00;
-        return int16_t{0};
+TEST_F(DeviceScan, PollsBothAddressesUntilAChipTellsItsId) {
+    const std::string at50 = "An ZTM7720 was found at:50h, on the USB port ";
+    const struct {
+        const char *what;
+        uint8_t id;
+        int32_t answersAt;
+        size_t readsBefore; // the chip tells its id
+        double secondsPerRead;
+        size_t closedAfter;
+        size_t reads;
+        double seconds;
+        std::optional<std::string> entry;
+    } cases[] = {
+        {"at once", 0x34, 0x50, 0, 0, 999, 1, 0.02, at50},
+        {"the eleventh read", 0x34, 0x50, 10, 0, 999, 11, 0.22, at50},
+        {"the other variant", 0x33, 0x50, 0, 0, 999, 1, 0.02,
+         "An ZTM7710 was found at:50h, on the USB port "},
+        {"at the second address", 0x34, 0x51, 0, 0, 999, 201, 4.01,
+         "An ZTM7720 was found at:51h, on the USB port "},
+        {"an unknown id", 0x35, 0x50, 0, 0, 999, 400, 6.0, std::nullopt},
+        {"reads count towards the spacing", 0, 0x50, 0, 0.015, 999, 400, 7.0, std::nullopt},
+        {"a window that is closed", 0, 0x50, 0, 0, 3, 3, 0.06, std::nullopt},
     };
-    Search();
-    EXPECT_EQ(reads, 11);
-    EXPECT_EQ(USBDeviceName, ZTM7710);
-}
-
-TEST_F(DeviceScan, GoesOnToTheSecondAddress) {
-    Adapter().registers[0x3D] = 0x34;
-    Adapter().answersAt = 0x51;
-    Search();
-    ASSERT_EQ(Adapter().calls.size(), 201U);
-    EXPECT_EQ(Adapter().calls[199], test::Read(0x3D, 0x50));
-    EXPECT_EQ(Adapter().calls[200], test::Read(0x3D, 0x51));
-    EXPECT_EQ(FoundDeviceEntry(), "An ZTM7720 was found at:51h, on the USB port ");
-}
-
-TEST_F(DeviceScan, AnUnknownIdIsNoChipAndProgressStaysInRange) {
-    Adapter().registers[0x3D] = 0x35;
-    Search();
-    EXPECT_FALSE(FoundDeviceEntry());
-    EXPECT_EQ(USBDeviceAddress, 0x51);
-    EXPECT_EQ(Adapter().calls.size(), 400U);
-    EXPECT_NEAR(clock.TotalSeconds(), 6.0, 0.05);
-    EXPECT_NEAR(Adapter().times[1] - Adapter().times[0], 0.020, 0.001);
-    EXPECT_NEAR(Adapter().times[399] - Adapter().times[398], 0.010, 0.001);
-    EXPECT_EQ(window.maximum, 33);
-    EXPECT_EQ(window.eventRounds, 400);
-    EXPECT_TRUE(std::is_sorted(window.progress.begin(), window.progress.end()));
-    EXPECT_THAT(window.progress, Each(testing::AllOf(testing::Ge(0), testing::Le(33.001))));
-}
-
-TEST_F(DeviceScan, TheReadCountsTowardsTheSpacing) {
-    Adapter().script = [&](const Call &) {
-        clock.Advance(0.015);
-        return int16_t{0};
-    };
-    Search();
-    EXPECT_NEAR(Adapter().times[1] - Adapter().times[0], 0.020, 0.001);
-    EXPECT_NEAR(Adapter().times[399] - Adapter().times[398], 0.015, 0.001);
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.what);
+        ResetAdapter(); // what the search before has left stays
+        const double start = clock.TotalSeconds();
+        Adapter().answersAt = c.answersAt;
+        Adapter().script = [&](const Call &) {
+            Adapter().registers[0x3D] = Adapter().calls.size() > c.readsBefore ? c.id : uint8_t{0};
+            clock.Advance(c.secondsPerRead);
+            return int16_t{0};
+        };
+        CommsMedium = MediumNone;
+        DeviceName = ZTM7710;
+        WindowDouble window;
+        window.closedAfter = c.closedAfter;
+        RunSearch({false, false, true}, window);
+        Calls calls(std::min<size_t>(c.reads, 200), Read(0x3D, 0x50));
+        calls.resize(c.reads, Read(0x3D, 0x51));
+        EXPECT_EQ(Adapter().calls, calls);
+        EXPECT_NEAR(clock.TotalSeconds() - start, c.seconds, 0.001 + c.seconds / 200);
+        EXPECT_EQ(FoundDeviceEntry(), c.entry);
+        EXPECT_EQ(USBDeviceAddress, calls.back().value);
+        EXPECT_EQ(CommsMedium, MediumUSB);
+        EXPECT_EQ(DeviceName, "") << "left from before the search";
+        EXPECT_EQ(window.maximum, 33);
+        EXPECT_EQ(window.eventRounds, c.reads);
+    }
 }
 
 TEST_F(DeviceScan, AsksNothingOfAFailedAdapterOrOnOtherMedia) {
-    AdapterFailed = true;
-    Search();
-    EXPECT_EQ(window.maximum, 33);
-    AdapterFailed = false;
-    RunSearch({true, true, false}, window);
-    EXPECT_EQ(window.maximum, 33);
-    EXPECT_THAT(Adapter().calls, IsEmpty());
-    EXPECT_FALSE(FoundDeviceEntry());
-    RunSearch({false, true, true}, window);
-    EXPECT_EQ(window.maximum, 66);
-}
-
-TEST_F(DeviceScan, StopsWhenItsWindowIsClosed) {
-    window.closedAfter = 3;
-    Search();
-    EXPECT_EQ(Adapter().calls.size(), 3U);
-    EXPECT_FALSE(FoundDeviceEntry());
-}
-
-TEST_F(DeviceScan, AnotherSearchForgetsTheFirst) {
-    Adapter().registers[0x3D] = 0x34;
-    Search();
-    Adapter().registers[0x3D] = 0;
-    Search();
-    EXPECT_FALSE(FoundDeviceEntry());
+    const struct {
+        SearchMedia media;
+        bool failed;
+        int maximum;
+    } cases[] = {{{false, false, true}, true, 33},
+                 {{true, true, false}, false, 33},
+                 {{false, true, true}, true, 66}};
+    for (const auto &[media, failed, maximum] : cases) {
+        AdapterFailed = failed;
+        WindowDouble window;
+        EXPECT_EQ(CallsOf([&] { RunSearch(media, window); }), Calls());
+        EXPECT_EQ(window.maximum, maximum);
+        EXPECT_FALSE(FoundDeviceEntry());
+    }
 }
 
 TEST_F(DeviceScan, TakesMediumAndVariantFromTheEntry) {
@@ -145,4 +112,4 @@ TEST_F(DeviceScan, TakesMediumAndVariantFromTheEntry) {
 }
 
 } // namespace
-} // namespace ztm
+} // namespace ztm::test

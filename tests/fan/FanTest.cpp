@@ -2,19 +2,15 @@
 #include "fan/FanCodes.h"
 #include "fan/LookupGraphScale.h"
 #include "fan/LookupTable.h"
-#include "link/LinkState.h"
-#include "support/AdapterDouble.h"
-#include "support/ClockDouble.h"
+#include "link/LinkTest.h"
 
-#include <gmock/gmock.h>
-
-namespace ztm {
+namespace ztm::test {
 namespace {
 
-using test::Adapter;
-using test::Write;
 using testing::ElementsAre;
 using testing::IsEmpty;
+
+using LookupTable = LinkTest;
 
 TEST(FanCodes, AListTextStandsForItsCodeAndAnyOtherForNone) {
     EXPECT_EQ(SetFanResponse("1.25 updates/sec"), 0);
@@ -52,7 +48,7 @@ TEST(GraphCoordinates, AreTwipsOfTheGraph) {
     ResetLookupGraphScale();
 }
 
-TEST(LookupTable, NumbersWithoutAnEncodingAreLimitedAndNeverWrap) {
+TEST_F(LookupTable, NumbersWithoutAnEncodingAreLimitedAndNeverWrap) {
     for (const auto &[rpm, stored] : {std::pair{32767.0, 32767},
                                       {32768.0, 32767},
                                       {1e12, 32767},
@@ -61,19 +57,15 @@ TEST(LookupTable, NumbersWithoutAnEncodingAreLimitedAndNeverWrap) {
                                       {2.5, 2}}) {
         EXPECT_EQ(PointRpm(rpm), stored) << rpm;
     }
-    test::ResetCore();
-    const test::ClockDouble clock;
-    CommsMedium = MediumUSB;
-    USBDeviceAddress = 0x50;
     const struct {
         double celsius;
         int32_t byte;
     } temperatures[] = {{30, 94},   {-10, 54},  {-64, 0}, {-1000, 0},
                         {191, 255}, {1e9, 255}, {0.5, 64}};
-    for (const auto &[celsius, byte] : temperatures) {
-        Adapter().calls.clear();
-        WritePointTemperature(7, celsius);
-        EXPECT_THAT(Adapter().calls, ElementsAre(Write(0x29, byte))) << celsius;
+    for (const auto &c : temperatures) {
+        EXPECT_THAT(CallsOf([&] { WritePointTemperature(7, c.celsius); }),
+                    ElementsAre(Write(0x29, c.byte)))
+            << c.celsius;
     }
     const struct {
         double rpm;
@@ -83,15 +75,13 @@ TEST(LookupTable, NumbersWithoutAnEncodingAreLimitedAndNeverWrap) {
                   {-20, 0xFF, 0xFF},
                   {76, 0xFC, 0xA2},
                   {1e9, 0x00, 0x01}};
-    for (const auto &[rpm, high, low] : speeds) {
-        Adapter().calls.clear();
-        WritePointRpm(1, rpm);
-        EXPECT_THAT(Adapter().calls, ElementsAre(Write(0x2D, high), Write(0x2C, low))) << rpm;
+    for (const auto &c : speeds) {
+        EXPECT_THAT(CallsOf([&] { WritePointRpm(1, c.rpm); }),
+                    ElementsAre(Write(0x2D, c.high), Write(0x2C, c.low)))
+            << c.rpm;
     }
-    Adapter().calls.clear();
-    WritePointRpm(1, 75);
-    EXPECT_THAT(Adapter().calls, IsEmpty()) << "has no count";
+    EXPECT_THAT(CallsOf([] { WritePointRpm(1, 75); }), IsEmpty()) << "has no count";
 }
 
 } // namespace
-} // namespace ztm
+} // namespace ztm::test

@@ -1,19 +1,16 @@
 #include "link/AdapterStartUp.h"
 
-#include "link/LinkState.h"
-#include "support/AdapterDouble.h"
-#include "support/ClockDouble.h"
-
-#include <gmock/gmock.h>
+#include "link/LinkTest.h"
 
 #include <filesystem>
 
-namespace ztm {
+namespace ztm::test {
 namespace {
 
-using test::Adapter;
-using testing::ElementsAre;
-using testing::IsEmpty;
+using AdapterStartUp = LinkTest;
+using Paths = std::vector<std::string>;
+
+const std::string firmwareFile = "\\ZTM7720FW_v3.Hex";
 
 struct LampDouble final : AdapterLamp {
     void SetRed() override { signs += "red "; }
@@ -22,59 +19,49 @@ struct LampDouble final : AdapterLamp {
     std::string signs;
 };
 
-class AdapterStartUp : public testing::Test {
-protected:
-    AdapterStartUp() {
-        test::ResetCore();
-        CommsMedium = MediumUSB;
-    }
-
-    test::ClockDouble clock;
-    LampDouble lamp;
-};
-
 TEST_F(AdapterStartUp, LoadsTheFirmwareThenPausesThenShakesHands) {
-    AdapterFailed = true;
-    StartAdapter(true, lamp);
-    const auto folder = std::filesystem::canonical("/proc/self/exe").parent_path().string();
-    EXPECT_THAT(Adapter().firmwarePaths, ElementsAre(folder + "\\ZTM7720FW_v3.Hex"));
-    EXPECT_THAT(Adapter().calls, ElementsAre(test::Handshake));
-    EXPECT_NEAR(Adapter().times.at(0), 36000.020, 0.001);
-    EXPECT_NEAR(clock.TotalSeconds(), 0.220, 0.001);
-    EXPECT_FALSE(AdapterFailed);
-    EXPECT_EQ(lamp.signs, "red shown green ");
+    const Paths path{std::filesystem::canonical("/proc/self/exe").parent_path().string() +
+                     firmwareFile};
+    const struct {
+        bool usbChosen;
+        int16_t firmwareResult;
+        Paths paths;
+        Calls calls;
+        double seconds;
+        bool failed;
+        const char *signs;
+    } cases[] = {
+        {true, 0, path, {Handshake}, 0.220, false, "red shown green "},
+        {true, -1, path, {}, 0, true, "red shown "},
+        {false, 0, {}, {}, 0, false, "red "},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.signs);
+        StartSession();
+        const ClockDouble clock;
+        LampDouble lamp;
+        AdapterFailed = true;
+        Adapter().firmwareResult = c.firmwareResult;
+        EXPECT_EQ(CallsOf([&] { StartAdapter(c.usbChosen, lamp); }), c.calls);
+        EXPECT_THAT(Adapter().times, testing::Each(testing::DoubleNear(36000.020, 0.001)));
+        EXPECT_NEAR(clock.TotalSeconds(), c.seconds, 0.001);
+        EXPECT_EQ(Adapter().firmwarePaths, c.paths);
+        EXPECT_EQ(AdapterFailed, c.failed);
+        EXPECT_EQ(lamp.signs, c.signs);
+    }
 }
 
-TEST_F(AdapterStartUp, SendsNothingAfterAFailedDownload) {
-    Adapter().firmwareResult = -1;
-    StartAdapter(true, lamp);
-    EXPECT_TRUE(AdapterFailed);
-    EXPECT_THAT(Adapter().calls, IsEmpty());
-    EXPECT_EQ(lamp.signs, "red shown ");
-}
-
-TEST_F(AdapterStartUp, LeavesTheLibraryAloneWithoutTheUsbMedium) {
-    StartAdapter(false, lamp);
-    EXPECT_FALSE(AdapterFailed);
-    EXPECT_THAT(Adapter().firmwarePaths, IsEmpty());
-    EXPECT_THAT(Adapter().calls, IsEmpty());
-    EXPECT_EQ(lamp.signs, "red ");
-}
-
-TEST_F(AdapterStartUp, PathBytesAreTheFileSystemsOwn) {
-    EXPECT_EQ(LoadAdapterFirmware("/opt/Prüfstand"), 0);
-    EXPECT_THAT(Adapter().firmwarePaths, ElementsAre("/opt/Prüfstand\\ZTM7720FW_v3.Hex"));
-    EXPECT_EQ(LoadAdapterFirmware("C:\\Tools"), 0);
-    EXPECT_EQ(std::string(FirmwarePathBytes.data()), "C:\\Tools\\ZTM7720FW_v3.Hex");
-}
-
-TEST_F(AdapterStartUp, APathBeyondTheLimitIsAFailedDownload) {
-    const std::string longest(LongestFirmwarePath - std::string("\\ZTM7720FW_v3.Hex").size(), 'a');
-    EXPECT_EQ(LoadAdapterFirmware(longest), 0);
-    EXPECT_EQ(Adapter().firmwarePaths.at(0).size(), LongestFirmwarePath);
+TEST_F(AdapterStartUp, PathBytesAreTheFileSystemsOwnUpToTheLimit) {
+    const std::string longest(LongestFirmwarePath - firmwareFile.size(), 'a');
+    for (const std::string &folder :
+         {std::string("/opt/Prüfstand"), std::string("C:\\Tools"), longest}) {
+        EXPECT_EQ(LoadAdapterFirmware(folder), 0);
+        EXPECT_EQ(Adapter().firmwarePaths.back(), folder + firmwareFile);
+        EXPECT_EQ(FirmwarePathBytes.data(), folder + firmwareFile);
+    }
     EXPECT_LT(LoadAdapterFirmware(longest + "a"), 0);
-    EXPECT_EQ(Adapter().firmwarePaths.size(), 1U) << "the library was told of it";
+    EXPECT_EQ(Adapter().firmwarePaths.size(), 3U) << "the library was told of it";
 }
 
 } // namespace
-} // namespace ztm
+} // namespace ztm::test

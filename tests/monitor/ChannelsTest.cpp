@@ -1,27 +1,14 @@
 #include "monitor/Channels.h"
 
-#include "link/LinkState.h"
-#include "support/AdapterDouble.h"
+#include "link/LinkTest.h"
 
-#include <gmock/gmock.h>
-
-namespace ztm {
+namespace ztm::test {
 namespace {
 
-using test::Adapter;
-using test::Read;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class ChannelsTest : public testing::Test {
-protected:
-    ChannelsTest() {
-        test::ResetCore();
-        CommsMedium = MediumUSB;
-        USBDeviceAddress = 0x50;
-        DeviceName = ZTM7720;
-    }
-};
+using ChannelsTest = LinkTest;
 
 TEST_F(ChannelsTest, TemperaturesAreRoundedToTwoDecimals) {
     const struct {
@@ -92,18 +79,18 @@ TEST_F(ChannelsTest, AlertsAreReadOnlyWhileTheChipSignalsOne) {
                   {0, 0, 0x40, 3},    {0, 0, 0x20, 4}, {0, 0, 0x10, 4}, {0, 0x10, 0, 5},
                   {0, 0x0F, 0x0E, -1}};
     for (const auto &c : causes) {
-        Adapter().calls.clear();
         Adapter().registers[0x4F] = static_cast<uint8_t>(c.status1);
         Adapter().registers[0x50] = static_cast<uint8_t>(c.status2);
         Adapter().registers[0x51] = static_cast<uint8_t>(c.status3 | 0x01);
-        const auto alarms = ReadAlerts();
+        std::array<bool, ChannelCount> alarms{};
+        EXPECT_THAT(CallsOf([&] { alarms = ReadAlerts(); }),
+                    ElementsAre(Read(0x51), Read(0x4F), Read(0x50)));
         for (int channel = 0; channel < ChannelCount; ++channel) {
             EXPECT_EQ(alarms[static_cast<size_t>(channel)], channel == c.channel)
                 << channel << ": " << c.status1 << ' ' << c.status2 << ' ' << c.status3;
         }
-        EXPECT_THAT(Adapter().calls, ElementsAre(Read(0x51), Read(0x4F), Read(0x50)));
     }
 }
 
 } // namespace
-} // namespace ztm
+} // namespace ztm::test

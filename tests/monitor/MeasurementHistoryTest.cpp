@@ -1,23 +1,15 @@
 #include "monitor/MeasurementHistory.h"
 
+#include "link/LinkTest.h"
 #include "monitor/Channels.h"
 #include "monitor/MonitorSettings.h"
-#include "support/AdapterDouble.h"
-#include "support/ClockDouble.h"
-
-#include <gmock/gmock.h>
 
 #include <cmath>
 
 namespace ztm::test {
 namespace {
 
-class MeasurementHistoryTest : public testing::Test {
-protected:
-    MeasurementHistoryTest() { ResetCore(); }
-
-    ClockDouble clock;
-};
+using MeasurementHistoryTest = LinkTest;
 
 TEST_F(MeasurementHistoryTest, APauseLeavesAGapAndASlowMonitorDoesNot) {
     constexpr int16_t longest = 32767;

@@ -2,25 +2,18 @@
 
 #include "common/NumberText.h"
 #include "link/Heaters.h"
-#include "link/LinkState.h"
+#include "link/LinkTest.h"
 #include "monitor/Channels.h"
 #include "monitor/MeasurementHistory.h"
 #include "monitor/MeasurementLog.h"
 #include "monitor/MonitorSettings.h"
-#include "support/AdapterDouble.h"
-#include "support/ClockDouble.h"
 #include "support/TemporaryFile.h"
-
-#include <gmock/gmock.h>
 
 #include <cmath>
 
-namespace ztm {
+namespace ztm::test {
 namespace {
 
-using test::Adapter;
-using test::Call;
-using test::Read;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -54,14 +47,9 @@ struct WindowDouble final : MonitorWindow {
     std::vector<std::string> done;
 };
 
-class MonitorLoopTest : public testing::Test {
+class MonitorLoopTest : public LinkTest {
 protected:
-    MonitorLoopTest() {
-        test::ResetCore();
-        CommsMedium = MediumUSB;
-        USBDeviceAddress = 0x50;
-        DeviceName = ZTM7720;
-    }
+    MonitorLoopTest() : LinkTest(86400 - 10) {} // a midnight is never far
 
     /// Ticks for that long and returns how often the window was told something that starts with
     /// `what`.
@@ -80,8 +68,7 @@ protected:
         EXPECT_EQ(StartLog(folder.Path("log"), {{}, intervalMs, entries}), "");
     }
 
-    test::TemporaryFolder folder;
-    test::ClockDouble clock{86400 - 10}; // a midnight is never far
+    TemporaryFolder folder;
     WindowDouble window;
     MonitorLoop loop{window};
 };
@@ -115,8 +102,8 @@ TEST_F(MonitorLoopTest, DutiesComeInTheirOrder) {
 }
 
 TEST_F(MonitorLoopTest, OneChannelIsReadPerTickRoundRobin) {
-    using Ticks = std::vector<std::vector<Call>>;
-    const std::vector<Call> local{Read(0x40), Read(0x41)}, remote1{Read(0x42), Read(0x43)},
+    using Ticks = std::vector<Calls>;
+    const Calls local{Read(0x40), Read(0x41)}, remote1{Read(0x42), Read(0x43)},
         remote2{Read(0x44), Read(0x45)}, fan1{Read(0x4A), Read(0x4B)}, fan2{Read(0x4C), Read(0x4D)},
         therm{Read(0x4E)};
     MonitoringEnabled = true;
@@ -126,10 +113,8 @@ TEST_F(MonitorLoopTest, OneChannelIsReadPerTickRoundRobin) {
         DeviceName = variant;
         MonitorLoop fresh(window);
         Ticks ticks;
-        for (size_t tick = 0; tick < round.size(); ++tick) {
-            Adapter().calls.clear();
-            fresh.Tick();
-            ticks.push_back(Adapter().calls);
+        while (ticks.size() < round.size()) {
+            ticks.push_back(CallsOf([&] { fresh.Tick(); }));
         }
         EXPECT_EQ(ticks, round) << variant;
     }
@@ -147,46 +132,32 @@ TEST_F(MonitorLoopTest, TheRegisterTabStopsMeasurementsUnlessAsked) {
     EXPECT_THAT(window.done, ElementsAre("charts 1")) << "one sample more";
 }
 
-TEST_F(MonitorLoopTest, SpacingsHoldOverMidnightWithoutABurst) {
+TEST_F(MonitorLoopTest, SpacingsHoldOverMidnightAndDoNotDriftInAnHour) {
+    constexpr double hour = 3600;
     LimitMonitorEnabled = true;
-    EXPECT_EQ(CountIn(60, "alerts"), 500); // every fourth tick: the first above 0.1 s
-    window.tab = MainTab::RegisterAccess;
+    StartLogOf(0, 250);
     window.continuousRead = true;
-    EXPECT_EQ(CountIn(60, "read"), 118); // every 17th tick
+    Heaters[1].IntervalMs = 700;
+    // A duty comes with the first tick above its spacing, and every step of a ramp waits 5 ms.
+    const struct {
+        const char *what;
+        double spacing, waits;
+    } duties[] = {{"heater1", 0.7, 0.005}, {"alerts", 0.1, 0}, {"log", 0.25, 0}, {"read", 0.5, 0}};
+    for (const double period : {0.030, 0.070, 0.009}) {
+        for (const auto &[what, spacing, waits] : duties) {
+            Heaters[1].SoftwareControl = waits > 0;
+            window.tab = what == duties[3].what ? MainTab::RegisterAccess : MainTab::VisualDisplay;
+            const double ticks = std::floor((spacing - waits) / period) + 1;
+            EXPECT_NEAR(static_cast<double>(CountIn(hour, what, period)),
+                        hour / (ticks * period + waits), 1)
+                << what << " " << period;
+        }
+    }
     clock.Advance(40000);
     EXPECT_EQ(CountIn(0.48, "read"), 1) << "after a pause";
     clock.Advance(86400 - 3600);
     EXPECT_LE(CountIn(0.48, "read"), 1) << "after the clock was set back";
     EXPECT_EQ(CountIn(60, "read"), 118);
-}
-
-TEST_F(MonitorLoopTest, SpacingsDoNotDriftInAnHour) {
-    constexpr double hour = 3600;
-    LimitMonitorEnabled = true;
-    StartLogOf(0, 250);
-    window.continuousRead = true;
-    Heaters[1].SoftwareControl = true;
-    Heaters[1].IntervalMs = 700;
-    // A duty comes with the first tick above its spacing, and every step of a ramp waits 5 ms.
-    const auto expected = [](double spacing, double period, double waits) {
-        return hour / ((std::floor((spacing - waits) / period) + 1) * period + waits);
-    };
-    for (const double period : {0.030, 0.070, 0.009}) {
-        window.tab = MainTab::VisualDisplay;
-        EXPECT_NEAR(static_cast<double>(CountIn(hour, "heater1", period)),
-                    expected(0.7, period, 0.005), 1)
-            << period;
-        Heaters[1].SoftwareControl = false;
-        EXPECT_NEAR(static_cast<double>(CountIn(hour, "alerts", period)), expected(0.1, period, 0),
-                    1)
-            << period;
-        EXPECT_NEAR(static_cast<double>(CountIn(hour, "log", period)), expected(0.25, period, 0), 1)
-            << period;
-        window.tab = MainTab::RegisterAccess;
-        EXPECT_NEAR(static_cast<double>(CountIn(hour, "read", period)), expected(0.5, period, 0), 1)
-            << period;
-        Heaters[1].SoftwareControl = true;
-    }
 }
 
 TEST_F(MonitorLoopTest, TheLogStopsOnTheTickThatWritesItsLastEntry) {
@@ -213,62 +184,41 @@ TEST_F(MonitorLoopTest, TheFirstElapsedTimeOfALogIsNearZeroOnASlowBus) {
     }
 }
 
-TEST_F(MonitorLoopTest, ARampRunsUpAndDownBetweenItsEnds) {
-    Heaters[0].SoftwareControl = Heaters[0].StartPending = Heaters[0].RampUp = true;
-    Adapter().script = [](const Call &call) {
-        if (call.request == 0xDB) {
-            EXPECT_EQ(call.index, 255) << "the other heater is left alone";
-            Adapter().heaterReply[0] = static_cast<uint8_t>(call.value);
-        }
-        return int16_t{0};
-    };
-    std::vector<std::string> expected;
-    const auto expect = [&](int from, int to, int step) {
-        for (int duty = from; duty != to + step; duty += step) {
-            expected.push_back("heater0 " + std::to_string(duty));
-        }
-    };
-    expect(20, 80, 2);
-    expect(78, 20, -2);
-    expect(22, 24, 2);
-    while (window.done.size() < expected.size()) {
-        loop.Tick();
-        clock.Advance(0.6);
-    }
-    EXPECT_EQ(window.done, expected);
-}
-
-TEST_F(MonitorLoopTest, OddRampSettingsNeverLeaveWhatAHeaterTakes) {
+TEST_F(MonitorLoopTest, ARampRunsUpAndDownAndNeverLeavesWhatItsHeaterTakes) {
     const struct {
         int low, high, increment;
         std::vector<int> sent;
     } cases[] = {
-        {-50, 50, 40, {0, 40, 50, 10, 0, 40}}, {80, 255, 15, {80, 95, 100, 85, 80, 95}},
-        {80, 20, 5, {80, 20, 80, 20, 80, 20}}, {20, 80, 0, {20, 20, 20, 20}},
-        {20, 80, -15, {20, 5, 0, 0, 0}},       {90, 10, -15, {90, 10, 90, 10}},
-        {20, 80, 32767, {20, 80, 20, 80}},     {-2147483647 - 1, 2147483647, -32768, {0, 0, 0}},
-    };
-    Adapter().script = [](const Call &call) {
-        if (call.request == 0xDB) {
-            EXPECT_EQ(call.value, 255);
-            Adapter().heaterReply[1] = static_cast<uint8_t>(call.index);
-        }
-        return int16_t{0};
+        {20, 26, 2, {20, 22, 24, 26, 24, 22, 20, 22}},
+        {0, 100, 40, {0, 40, 80, 100, 60, 20, 0, 40}},
+        {-50, 50, 40, {0, 40, 50, 10, 0, 40}},
+        {80, 255, 15, {80, 95, 100, 85, 80, 95}},
+        {80, 20, 5, {80, 20, 80, 20, 80, 20}},
+        {20, 80, 0, {20, 20, 20, 20}},
+        {20, 80, -15, {20, 5, 0, 0, 0}},
+        {90, 10, -15, {90, 10, 90, 10}},
+        {20, 80, 32767, {20, 80, 20, 80}},
+        {-2147483647 - 1, 2147483647, -32768, {0, 0, 0}},
     };
     for (const auto &c : cases) {
-        auto &ramp = Heaters[1];
-        ramp.SoftwareControl = ramp.StartPending = ramp.RampUp = true;
-        ramp.LowPct = c.low;
-        ramp.HighPct = c.high;
-        ramp.IncrementPct = static_cast<int16_t>(c.increment);
-        window.done.clear();
-        std::vector<std::string> expected;
-        for (const int duty : c.sent) {
-            expected.push_back("heater1 " + std::to_string(duty));
-            clock.Advance(0.6);
-            loop.Tick();
+        for (const size_t heater : {size_t{0}, size_t{1}}) {
+            SCOPED_TRACE(testing::Message() << c.low << " to " << c.high << " by " << c.increment);
+            const auto increment = static_cast<int16_t>(c.increment);
+            Heaters[heater] = {0, true, c.low, c.high, increment, 500, true, true};
+            for (const int duty : c.sent) {
+                Calls calls{{0xDA, 0, 0, 1, 3},
+                            {0xDB, heater == 0 ? duty : 255, heater == 1 ? duty : 255, 0, 0}};
+                if (Heaters[heater].StartPending) {
+                    calls.erase(calls.begin());
+                }
+                clock.Advance(0.6);
+                window.done.clear();
+                EXPECT_EQ(CallsOf([&] { loop.Tick(); }), calls);
+                EXPECT_THAT(window.done, ElementsAre("heater" + std::to_string(heater) + " " +
+                                                     std::to_string(duty)));
+            }
+            Heaters[heater].SoftwareControl = false;
         }
-        EXPECT_EQ(window.done, expected) << c.low << " to " << c.high << " by " << c.increment;
     }
 }
 
@@ -283,4 +233,4 @@ TEST_F(MonitorLoopTest, RampsStepByTheirOwnIntervals) {
 }
 
 } // namespace
-} // namespace ztm
+} // namespace ztm::test
