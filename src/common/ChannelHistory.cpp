@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <ranges>
 
 namespace ztm {
 namespace {
@@ -21,9 +20,15 @@ constexpr uint64_t levelFactor = 8;
 /// The first index from `begin` up to `end` for which `isBefore` is false.
 template <class Predicate>
 uint64_t FirstNot(uint64_t begin, uint64_t end, const Predicate &isBefore) {
-    const auto indices = std::views::iota(begin, end);
-    return begin +
-           static_cast<uint64_t>(std::ranges::partition_point(indices, isBefore) - indices.begin());
+    while (begin < end) {
+        const uint64_t middle = begin + (end - begin) / 2;
+        if (isBefore(middle)) {
+            begin = middle + 1;
+        } else {
+            end = middle;
+        }
+    }
+    return begin;
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "files/TextFile.h"
 
+#include "common/RegularFile.h"
+
 #include "support/TemporaryFile.h"
 
 #include <gmock/gmock.h>
@@ -82,7 +84,7 @@ TEST_F(TextFileTest, ALineThatDoesNotFitIsTakenBack) {
 
 TEST_F(TextFileTest, SkipsPastACharacterHoweverFarItIs) {
     const std::string far(150'000, '.');
-    std::ifstream file = OpenText(folder.Put("file", far + "x1" + far + "xx"));
+    std::ifstream file = OpenRegularFile(folder.Put("file", far + "x1" + far + "xx"));
     EXPECT_TRUE(SkipPast(file, 'x'));
     EXPECT_EQ(file.peek(), '1');
     EXPECT_TRUE(SkipPast(file, 'x') && SkipPast(file, 'x')) << "the last character as well";
@@ -90,11 +92,11 @@ TEST_F(TextFileTest, SkipsPastACharacterHoweverFarItIs) {
 }
 
 TEST_F(TextFileTest, OpensOnlyFilesThatEnd) {
-    EXPECT_TRUE(OpenText(folder.Put("file", "")).is_open());
+    EXPECT_TRUE(OpenRegularFile(folder.Put("file", "")).is_open());
     ASSERT_EQ(mkfifo(folder.Path("pipe").c_str(), 0600), 0);
     for (const std::string &path :
          {folder.Path("missing"), folder.Path(""), std::string("/dev/zero"), folder.Path("pipe")}) {
-        EXPECT_FALSE(OpenText(path).is_open()) << path << ", without waiting for a writer";
+        EXPECT_FALSE(OpenRegularFile(path).is_open()) << path << ", without waiting for a writer";
     }
 }
 
