@@ -166,6 +166,11 @@ TEST_F(StripChartPaintingTest, EveryColumnIsSeenOnceAndInThePlotWhereverTheRingB
             ASSERT_THAT(Steps(seen), Each(2)) << column;
         }
     }
+    for (const float value : {20.0F, 80.0F}) {
+        time += width - interval;
+        AppendMany(1, value);
+    }
+    EXPECT_THAT(ColumnsWith(temperatureColour, 45, 55), testing::SizeIs(1)) << "a closed line";
 }
 
 TEST_F(StripChartPaintingTest, ALabelStandsWhereItIsPutAndKeepsToThePlot) {

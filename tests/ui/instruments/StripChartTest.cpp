@@ -163,6 +163,7 @@ TEST_F(StripChartTest, CursorReadsOutTimeAndTraces) {
         EXPECT_NEAR(chart.CursorText().value(0).section(':', -1).toDouble(), second, 0.3);
         EXPECT_EQ(chart.CursorText().mid(1).join(", "), readings);
     }
+    Hover(chart.PointOf(noon + 50, 50));
     const QImage seen = OnScreen(chart);
     EXPECT_EQ(seen, SeenAnew());
     Press("Esc");
