@@ -7,8 +7,8 @@
 #include "monitor/MonitorSettings.h"
 #include "support/AdapterDouble.h"
 #include "support/ClockDouble.h"
-#include "support/Driver.h"
 #include "support/TemporaryFile.h"
+#include "support/WindowDriver.h"
 #include "ui/kit/Text.h"
 #include "ui/session/InitForm.h"
 

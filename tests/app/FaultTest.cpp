@@ -3,8 +3,8 @@
 
 #include "app/ProgramRun.h"
 #include "support/AdapterDouble.h"
-#include "support/Driver.h"
 #include "support/TemporaryFile.h"
+#include "support/WindowDriver.h"
 
 #include <QTimer>
 

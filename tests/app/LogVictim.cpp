@@ -3,7 +3,7 @@
 
 #include "monitor/MonitorSettings.h"
 #include "support/AdapterDouble.h"
-#include "support/Driver.h"
+#include "support/WindowDriver.h"
 #include "ui/kit/Text.h"
 #include "ui/session/InitForm.h"
 

@@ -2,7 +2,7 @@
 
 #include "common/Clock.h"
 #include "support/ClockDouble.h"
-#include "support/Driver.h"
+#include "support/WindowDriver.h"
 #include "ui/kit/Form.h"
 
 #include <QComboBox>

@@ -2,8 +2,8 @@
 
 #include "link/USBComms.h"
 #include "regmap/RegMapStuff.h"
-#include "support/Driver.h"
 #include "support/TemporaryFile.h"
+#include "support/WindowDriver.h"
 #include "ui/session/InitForm.h"
 
 #include <QLineEdit>

@@ -18,7 +18,8 @@ int16_t Answer(const Call &call, uint8_t *buffer) {
         }
     }
     if (call.request == 0xDB) {
-        for (const auto &[heater, duty] : {std::pair{0, call.value}, {1, call.index}}) {
+        for (const auto &[heater, duty] :
+             {std::pair{size_t{0}, call.value}, {size_t{1}, call.index}}) {
             if (duty != 255) {
                 current.heaterReply[heater] = static_cast<uint8_t>(duty);
             }

@@ -4,7 +4,7 @@
 #include "link/LinkState.h"
 #include "support/AdapterDouble.h"
 #include "support/ClockDouble.h"
-#include "support/Driver.h"
+#include "support/WindowDriver.h"
 #include "ui/session/InitForm.h"
 #include "ui/session/Program.h"
 

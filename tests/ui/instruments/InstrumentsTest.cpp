@@ -1,5 +1,5 @@
-#include "support/Driver.h"
 #include "support/Instrument.h"
+#include "support/WindowDriver.h"
 #include "ui/instruments/BitLabel.h"
 #include "ui/instruments/Gauge.h"
 #include "ui/instruments/ToggleIndicator.h"

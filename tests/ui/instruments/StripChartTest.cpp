@@ -1,6 +1,6 @@
-#include "support/Driver.h"
 #include "support/StripChartFixture.h"
 #include "support/TemporaryFile.h"
+#include "support/WindowDriver.h"
 
 #include <QMenu>
 #include <QRegularExpression>

@@ -1,6 +1,6 @@
 #include "ui/kit/FileDialogs.h"
-#include "support/Driver.h"
 #include "support/TemporaryFile.h"
+#include "support/WindowDriver.h"
 
 #include <gmock/gmock.h>
 

@@ -1,4 +1,4 @@
-#include "support/Driver.h"
+#include "support/WindowDriver.h"
 
 #include "ui/kit/Form.h"
 
