@@ -86,27 +86,5 @@ TEST_F(MeasurementLogTest, AFileHoldsTheSelectedChannelsInTheirOrder) {
     }
 }
 
-TEST_F(MeasurementLogTest, AFileThatFailsLeavesOrStopsTheLog) {
-    const test::TemporaryFolder folder;
-    EXPECT_EQ(StartLog(folder.Path("none/log"), {{true}, 1, 1}), "No such file or directory");
-    EXPECT_EQ(StartLog("/dev/full", {{true}, 1, 1}), "No space left on device");
-    EXPECT_FALSE(LoggingActive || LogSelected[0] || LogInterval != 100 || MaxLogEntries != 10000);
-    const std::string path = folder.Path("log");
-    EXPECT_EQ(StartLog(path, {{}, 0, 0}), "");
-    EXPECT_EQ(LogInterval, 100);
-    WriteLogEntry(0);
-    const std::string before = test::BytesOf(path);
-    {
-        const test::FileSizeLimit limit(before.size() + 2);
-        WriteLogEntry(0);
-    }
-    EXPECT_EQ(test::BytesOf(path), before);
-    EXPECT_FALSE(LoggingActive);
-    EXPECT_EQ(LogEntryCount, 1) << "what is in the file";
-    EXPECT_EQ(LogProblem(), "File too large");
-    EXPECT_EQ(StartLog(path, {}), "");
-    EXPECT_EQ(LogProblem(), "");
-}
-
 } // namespace
 } // namespace ztm

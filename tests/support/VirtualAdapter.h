@@ -3,7 +3,6 @@
 #include "support/VirtualUsb.h"
 
 #include <functional>
-#include <memory>
 #include <mutex>
 #include <vector>
 

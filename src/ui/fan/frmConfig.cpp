@@ -12,7 +12,6 @@
 
 #include <QComboBox>
 #include <QGridLayout>
-#include <QLabel>
 #include <QRadioButton>
 #include <QTabWidget>
 

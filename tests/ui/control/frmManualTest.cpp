@@ -99,7 +99,7 @@ TEST_F(ManualTest, AValueThatWaitsIsWrittenWhenTheDialogIsClosedOrReadAgain) {
         Do(end);
         EXPECT_EQ(Asked(), expected) << end;
     }
-    // After a failed request it is not.
+    // After a failed request it is not: the user is told once, every window goes, and the program.
     OpenOn(ZTM7720);
     Grip(0);
     Drag(0, 5000);

@@ -4,7 +4,6 @@
 #include "support/UiTest.h"
 #include "ui/instruments/Gauge.h"
 
-#include <QLineEdit>
 #include <QRadioButton>
 #include <QTimer>
 

@@ -1,6 +1,5 @@
 #include "support/StripChartFixture.h"
 
-#include <cmath>
 #include <random>
 
 namespace ztm::test {

@@ -50,13 +50,5 @@ TEST_F(SessionTest, ClosingTheMainWindowClosesEveryOtherFirstAndThenSaysGoodbye)
     EXPECT_THAT(Adapter().calls, ElementsAre(Handshake));
 }
 
-TEST_F(SessionTest, AFailedRequestIsToldOnceThenEveryWindowIsUnloadedAndTheProcessEnds) {
-    StartSessionOf(ZTM7720);
-    ClickTab("Register Access");
-    Click("chkContRead");
-    MonitoringEnabled = true;
-    EXPECT_EXIT(FailIn(Tick), testing::ExitedWithCode(EXIT_FAILURE), endOfAFailure);
-}
-
 } // namespace
 } // namespace ztm::test
