@@ -25,8 +25,8 @@ Steps StepsFor(double from, double to) {
         double factor;
         int divisions;
     };
-    constexpr std::array candidates{Candidate{0.5, 5}, Candidate{1, 5}, Candidate{2, 4},
-                                    Candidate{2.5, 5}, Candidate{5, 5}};
+    constexpr std::array candidates{Candidate{1, 5}, Candidate{2, 4}, Candidate{2.5, 5},
+                                    Candidate{5, 5}};
     const double range = to - from;
     const double decade = std::pow(10, std::floor(std::log10(range / wantedCount)));
     Steps best{range, 1};
