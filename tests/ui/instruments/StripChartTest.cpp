@@ -32,6 +32,10 @@ TEST_F(StripChartTest, KeysWheelAndMouseMoveWhatIsInSight) {
     const auto drag = [this](double x, double y, double toX, double toY) -> Action {
         return [=, this] { DragBy(At(x, y), At(toX, toY) - At(x, y)); };
     };
+    const auto lostRelease = [this] {
+        QTest::mousePress(&chart, Qt::LeftButton, {}, At(0.5, 0.5));
+        Hover(At(0.7, 0.6));
+    };
     AppendMany(6600, 20, 5000);
     const struct {
         const char *keys;
@@ -59,6 +63,7 @@ TEST_F(StripChartTest, KeysWheelAndMouseMoveWhatIsInSight) {
         {"", turn(1.02, 0.25, 1), {.right = {500, 8500}}},
         {"", drag(0.5, 0.5, 0.7, 0.6), {.live = false, .back = 12}},
         {"", drag(0.5, 0.5, 0.502, 0.5), {}}, // a click that trembles
+        {"", lostRelease, {}},
         {"", drag(-0.02, 0.5, -0.02, 0.75), {.left = {-25, 75}}},
         {"", drag(-0.02, 0.97, -0.02, 0.5), {.left = {0, 194}}},
         {"", drag(-0.02, 0.03, -0.02, 0.5), {.left = {-94, 100}}},
