@@ -146,15 +146,18 @@ void ControlPage::ShowControlType(bool automatic) {
 }
 
 void ControlPage::ShowLog() {
-    cmdLogData->setText(LoggingActive ? tr("Click to stop...") : tr("Log Data To File..."));
-    QFont font = cmdLogData->font();
-    font.setBold(LoggingActive);
-    cmdLogData->setFont(font);
     lblLogEntries->setText(ToQString(NumberText(static_cast<double>(LogEntryCount))));
     if (MaxLogEntries != 0) {
         prgbarLog->setMaximum(MaxLogEntries);
     }
     prgbarLog->setValue(MaxLogEntries != 0 ? LogEntryCount : 0);
+    QFont font = cmdLogData->font();
+    if (font.bold() == LoggingActive) {
+        return; // neither started nor stopped
+    }
+    font.setBold(LoggingActive);
+    cmdLogData->setFont(font);
+    cmdLogData->setText(LoggingActive ? tr("Click to stop...") : tr("Log Data To File..."));
     lblLogProblem->setText(
         tr("The log was stopped: %1").arg(QString::fromLocal8Bit(LogProblem().c_str())));
     lblLogProblem->setVisible(!LogProblem().empty());
