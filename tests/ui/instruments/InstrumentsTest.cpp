@@ -296,12 +296,18 @@ TEST_F(ValueSliderTest, TheLeftButtonMovesTheHandleUntilItsRelease) {
     }
 }
 
-TEST_F(ValueSliderTest, ALostReleaseOrAHiddenWindowEndsTheDrag) {
+TEST_F(ValueSliderTest, ALostReleaseOrADisabledOrHiddenSliderEndsTheDrag) {
     QTest::mousePress(&slider, Qt::LeftButton, {}, At(9000));
     SendMouse(slider, QEvent::MouseMove, At(3000), Qt::NoButton);
     EXPECT_NEAR(slider.Value(), 9000, PixelWorth());
     EXPECT_EQ(newSignals(), Counts(1, 1));
     QTest::mousePress(&slider, Qt::LeftButton, {}, At(3000));
+    slider.setPalette(Qt::white);
+    EXPECT_TRUE(slider.IsDragged());
+    slider.setEnabled(false);
+    EXPECT_FALSE(slider.IsDragged());
+    slider.setEnabled(true);
+    QTest::mousePress(&slider, Qt::LeftButton, {}, At(slider.Value()));
     slider.hide();
     EXPECT_FALSE(slider.IsDragged());
     EXPECT_EQ(newSignals(), Counts(1, 0));
