@@ -36,7 +36,7 @@ TEST(SimulatorProgram, EndsInOrderAndByAFailureWhateverBecomesOfTheBoard) {
     };
     for (const auto &[done, exitCode, said] : runs) {
         const Outcome run = RunProgramWith(
-            [&] { Do(done); },
+            [steps = done] { Do(steps); },
             []() -> std::unique_ptr<QWidget> { return std::make_unique<BoardWindow>(); });
         EXPECT_EQ(run.exitCode, exitCode) << done;
         EXPECT_EQ(run.said, said) << done;

@@ -80,11 +80,11 @@ TEST_F(DeviceScan, AsksNothingOfAFailedAdapterOrOnOtherMedia) {
     } cases[] = {{{false, false, true}, true, 33},
                  {{true, true, false}, false, 33},
                  {{false, true, true}, true, 66}};
-    for (const auto &[media, failed, maximum] : cases) {
-        AdapterFailed = failed;
+    for (const auto &c : cases) {
+        AdapterFailed = c.failed;
         WindowDouble window;
-        EXPECT_EQ(CallsOf([&] { RunSearch(media, window); }), Calls());
-        EXPECT_EQ(window.maximum, maximum);
+        EXPECT_EQ(CallsOf([&] { RunSearch(c.media, window); }), Calls());
+        EXPECT_EQ(window.maximum, c.maximum);
         EXPECT_FALSE(FoundDeviceEntry());
     }
 }

@@ -79,9 +79,14 @@ TEST_F(MeasurementLogTest, AFileHoldsTheSelectedChannelsInTheirOrder) {
         WriteLogEntry(noon);
         WriteLogEntry(noon);
         StopLog();
-        const std::string entry = std::string(" .5\t") + values + "\r\n";
-        EXPECT_EQ(test::BytesOf(path),
-                  "Started At: " + DateTimeText() + "\r\n" + header + "\r\n" + entry + entry);
+        const std::string entry = std::string("\r\n .5\t").append(values);
+        EXPECT_EQ(test::BytesOf(path), std::string("Started At: ")
+                                           .append(DateTimeText())
+                                           .append("\r\n")
+                                           .append(header)
+                                           .append(entry)
+                                           .append(entry)
+                                           .append("\r\n"));
         EXPECT_EQ(LogEntryCount, 2);
     }
 }
