@@ -2,6 +2,7 @@
 
 #include "common/At.h"
 #include "common/Numbers.h"
+#include "fan/LookupTable.h"
 #include "link/GeneralSubs.h"
 #include "link/LinkState.h"
 #include "monitor/MonitorSettings.h"
@@ -16,8 +17,8 @@
 namespace ztm {
 namespace {
 
-/// The register pairs of the required speeds, by high byte.
-constexpr std::array<int32_t, 2> speedRegisters{0x2B, 0x2D};
+/// Under manual control the first two points of the lookup table hold the required speeds.
+constexpr std::array<int32_t, 2> speedRegisters{SpeedRegister(0), SpeedRegister(1)};
 
 constexpr double slowestRpm = 75;
 constexpr double fastestRpm = 15000;
