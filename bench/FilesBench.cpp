@@ -36,7 +36,7 @@ void LogEntry(benchmark::State &state) {
     ztm::Measurements = {25.38F, 31.25F, 40.5F, 2000, 15360, 45.098038F};
     const ScratchFile scratch;
     ztm::StartLog(scratch.Path(), settings);
-    const double start = ztm::SecondsSinceMidnight();
+    const double start = ztm::RunningSeconds();
     for (auto _ : state) {
         ztm::WriteLogEntry(start);
     }
@@ -47,7 +47,7 @@ void LogEntry(benchmark::State &state) {
 void PlainLogEntry(benchmark::State &state) {
     const ScratchFile scratch;
     const int file = open(scratch.Path(), O_WRONLY | O_TRUNC);
-    const double start = ztm::SecondsSinceMidnight();
+    const double start = ztm::RunningSeconds();
     char line[128];
     for (auto _ : state) {
         const int length = std::snprintf(line, sizeof line,
@@ -55,8 +55,8 @@ void PlainLogEntry(benchmark::State &state) {
                                          "C\t%g\xB0"
                                          "C\t%g\xB0"
                                          "C\t%gRPM\t%gRPM\t%g%%\r\n",
-                                         ztm::SecondsSinceMidnight() - start, 25.38, 31.25, 40.5,
-                                         2000.0, 15360.0, 45.098038);
+                                         ztm::RunningSeconds() - start, 25.38, 31.25, 40.5, 2000.0,
+                                         15360.0, 45.098038);
         benchmark::DoNotOptimize(write(file, line, static_cast<size_t>(length)));
     }
     state.SetItemsProcessed(state.iterations());

@@ -119,15 +119,16 @@ size_t ChannelHistory::Pyramid::Bytes() const {
     return bytes;
 }
 
-void ChannelHistory::Append(double timeSeconds, const Values &values) {
+void ChannelHistory::Append(double timeSeconds, const Values &values, const Flags &isMeasured) {
     if (!std::isfinite(timeSeconds)) {
         return;
     }
     Sample &sample = raw.Put(rawCount);
     sample.time = rawCount == 0 ? timeSeconds : std::max(timeSeconds, raw[rawCount - 1].time);
     for (size_t channel = 0; channel < channelCount; ++channel) {
-        const bool isValue = std::isfinite(values[channel]);
-        sample.values[channel] = isValue ? values[channel] : Extent::gap;
+        newest[channel] = std::isfinite(values[channel]) ? values[channel] : Extent::gap;
+        const bool isValue = isMeasured[channel] && !std::isnan(newest[channel]);
+        sample.values[channel] = isValue ? newest[channel] : Extent::gap;
         seen[channel] = seen[channel] || isValue;
     }
     ++rawCount;
@@ -166,10 +167,6 @@ double ChannelHistory::FirstTime() const {
 
 double ChannelHistory::LastTime() const {
     return IsEmpty() ? noTime : raw[rawCount - 1].time;
-}
-
-float ChannelHistory::LastValue(int channel) const {
-    return IsEmpty() ? Extent::gap : At(raw[rawCount - 1].values, channel);
 }
 
 uint64_t ChannelHistory::FindRaw(double time) const {

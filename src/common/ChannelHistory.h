@@ -70,11 +70,13 @@ class ChannelHistory {
 public:
     static constexpr int channelCount = 6;
     using Values = std::array<float, channelCount>;
+    using Flags = std::array<bool, channelCount>;
+    static constexpr Flags allMeasured{true, true, true, true, true, true};
 
     /// Adds a sample of every channel at `timeSeconds`, in seconds from any origin. A time before
     /// the last sample counts as the time of the last sample; a sample whose time is not finite is
-    /// ignored. A value that is not finite is a gap.
-    void Append(double timeSeconds, const Values &values);
+    /// ignored. A value that is not finite or not measured is a gap.
+    void Append(double timeSeconds, const Values &values, const Flags &isMeasured = allMeasured);
 
     /// Deletes everything and frees the memory.
     void Clear();
@@ -88,9 +90,10 @@ public:
     /// Times of the oldest and the newest sample; NaN while empty.
     double FirstTime() const;
     double LastTime() const;
-    /// The newest sample of the channel; NaN if it is a gap or there is none.
-    float LastValue(int channel) const;
-    /// Whether the channel has had any value since the last Clear().
+    /// The value last appended to the channel, measured or not; NaN if it was not finite or there
+    /// is none.
+    float LastValue(int channel) const { return IsEmpty() ? Extent::gap : At(newest, channel); }
+    /// Whether the channel has had any measured value since the last Clear().
     bool HasValues(int channel) const { return At(seen, channel); }
 
     /// Summary of from <= time < to, with extremes from the pyramids: the cost grows with the
@@ -192,7 +195,8 @@ private:
     uint64_t rawCount = 0;
     uint64_t binCount = 0; // the last one is still filling
     uint64_t generation = 0;
-    std::array<bool, channelCount> seen{};
+    Flags seen{};
+    Values newest{};
 };
 
 } // namespace ztm

@@ -2,14 +2,13 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cmath>
 #include <ctime>
 #include <thread>
 
 namespace ztm {
 namespace {
 
-constexpr double secondsPerDay = 86400.0;
+constexpr double longestWaitSeconds = 86400.0;
 
 /// Shorter sleeps are pointless, and a remainder lost in rounding would never pass.
 constexpr double shortestSleepSeconds = 0.0001;
@@ -25,20 +24,16 @@ double LocalTimeOfDay() {
 
 class MachineClock final : public Clock {
 public:
-    double SecondsSinceMidnight() override {
-        return std::fmod(midnightOffset + EvenSeconds(), secondsPerDay);
-    }
+    double RunningSeconds() override { return timeOfDayAtStart + (EvenSeconds() - start); }
 
     void Sleep(double seconds) override { SleepSeconds(seconds); }
 
 private:
-    const double midnightOffset =
-        std::fmod(LocalTimeOfDay() - EvenSeconds(), secondsPerDay) + secondsPerDay;
+    const double start = EvenSeconds();
+    const double timeOfDayAtStart = LocalTimeOfDay();
 };
 
 Clock *currentClock = nullptr;
-double lastSeconds = 0; // seconds since midnight in the last RunningSeconds
-double midnightsPast = 0;
 
 Clock &CurrentClock() {
     return currentClock != nullptr ? *currentClock : SystemClock();
@@ -63,33 +58,16 @@ Clock &SystemClock() {
 
 void SetClock(Clock *clock) {
     currentClock = clock;
-    lastSeconds = 0;
-    midnightsPast = 0;
-}
-
-double SecondsSinceMidnight() {
-    return CurrentClock().SecondsSinceMidnight();
 }
 
 double RunningSeconds() {
-    const double now = SecondsSinceMidnight();
-    if (now < lastSeconds) {
-        ++midnightsPast;
-    }
-    lastSeconds = now;
-    return midnightsPast * secondsPerDay + now;
-}
-
-double ElapsedSeconds(double start, double now) {
-    const double elapsed = now - start;
-    return elapsed < 0 ? elapsed + secondsPerDay : elapsed;
+    return CurrentClock().RunningSeconds();
 }
 
 void WaitSince(double start, double seconds) {
-    // Elapsed time is known only up to a day.
-    seconds = std::min(seconds, secondsPerDay - 1);
+    seconds = std::min(seconds, longestWaitSeconds);
     for (;;) {
-        const double remaining = seconds - ElapsedSeconds(start, SecondsSinceMidnight());
+        const double remaining = start + seconds - RunningSeconds();
         if (!(remaining > 0)) { // nothing left, or NaN
             return;
         }
@@ -98,7 +76,7 @@ void WaitSince(double start, double seconds) {
 }
 
 void Wait(double seconds) {
-    WaitSince(SecondsSinceMidnight(), seconds);
+    WaitSince(RunningSeconds(), seconds);
 }
 
 } // namespace ztm

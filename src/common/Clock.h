@@ -15,9 +15,9 @@ class Clock {
 public:
     virtual ~Clock() = default;
 
-    /// Seconds since local midnight with sub-second resolution, 0 up to 86400; restarts at 0 at
-    /// midnight.
-    virtual double SecondsSinceMidnight() = 0;
+    /// Seconds since the local midnight before the clock started, with sub-second resolution. Never
+    /// goes back and never restarts.
+    virtual double RunningSeconds() = 0;
 
     /// Sleeps for about that many seconds; may return earlier or later.
     virtual void Sleep(double seconds) = 0;
@@ -29,20 +29,12 @@ Clock &SystemClock();
 /// Installs another clock; nullptr restores the machine's clock.
 void SetClock(Clock *clock);
 
-/// Seconds since local midnight by the installed clock.
-double SecondsSinceMidnight();
-
-/// Seconds since the midnight before the first call with the installed clock. Keeps counting past
-/// midnight, so differences are elapsed time, however long. Must be called at least once a day.
+/// Seconds since the local midnight before the start of the installed clock. Keeps counting past
+/// the midnights that follow, so differences are elapsed time, however long.
 double RunningSeconds();
 
-/// Seconds from `start` to `now`, both in seconds since midnight and less than a day apart: always
-/// 0 up to 86400, also across midnight.
-double ElapsedSeconds(double start, double now);
-
-/// Returns once at least `seconds` have passed since `start` (seconds since midnight), immediately
-/// if they already have, and at the latest after a day less a second. Sleeps meanwhile, without
-/// processing window events. A midnight makes the wait neither longer nor shorter.
+/// Returns once at least `seconds` have passed since `start` (RunningSeconds), immediately if they
+/// already have, and at the latest after a day. Sleeps meanwhile, without processing window events.
 void WaitSince(double start, double seconds);
 
 /// WaitSince, starting now.

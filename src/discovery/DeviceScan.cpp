@@ -59,7 +59,7 @@ void SearchUSB(ScanWindow &window) {
     for (const Probe &probe : probes) {
         USBDeviceAddress = probe.address;
         for (int attempts = 0; attempts < attemptsPerAddress; ++attempts) {
-            const double start = SecondsSinceMidnight();
+            const double start = RunningSeconds();
             USBDeviceName = VariantOf(ReadRegister(DeviceId));
             WaitSince(start, probe.spacingSeconds);
             window.SetProgress(progress += progressPerAttempt);

@@ -34,6 +34,8 @@ constexpr std::array<AlertBits, ChannelCount> alertBits{{
     {0x00, 0x10, 0x00}, // %T
 }};
 
+std::array<bool, ChannelCount> isMeasured{};
+
 double Read(const Channel &channel) {
     switch (channel.Measures) {
     case Quantity::Temperature: {
@@ -54,6 +56,11 @@ std::array<float, ChannelCount> Measurements{};
 
 void ResetMeasurements() {
     Measurements.fill(0);
+    isMeasured.fill(false);
+}
+
+bool IsMeasured(int channel) {
+    return At(isMeasured, channel);
 }
 
 bool HasChannel(int channel) {
@@ -65,6 +72,7 @@ void ReadMeasurement(int channel) {
     if (HasChannel(channel)) {
         const auto slot = static_cast<size_t>(channel);
         Measurements[slot] = static_cast<float>(Read(Channels[slot]));
+        isMeasured[slot] = true;
     }
 }
 

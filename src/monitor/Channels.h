@@ -41,7 +41,10 @@ bool HasChannel(int channel);
 /// ReadMeasurement; a slot keeps its value until its channel is read again.
 extern std::array<float, ChannelCount> Measurements;
 
-/// Resets the values to 0.
+/// Whether a channel has been read since the start; before that its slot is 0.
+bool IsMeasured(int channel);
+
+/// Resets the values to 0, as not yet measured.
 void ResetMeasurements();
 
 /// Reads one channel from the chip into its slot of `Measurements`: the low register first, then

@@ -18,10 +18,10 @@ constexpr double periodsOfAPause = 4;
 constexpr double millisecondsPerSecond = 1000;
 
 ChannelHistory history;
-double lastRecord = 0;        // seconds since midnight, of the last sample
-double lastPeriodSeconds = 0; // of the monitor timer at that sample
+double lastPeriodSeconds = 0; // of the monitor timer at the last sample
 
-/// Ends the lines of the traces where samples pause, for instance while graphing is off.
+/// Ends the lines of the traces where samples pause, for instance while graphing is off. The time
+/// elapsed is NaN before the first sample.
 void LeaveGap(double elapsedSeconds, double periodSeconds) {
     // The spacing may still be that of the previous period.
     const double period = std::max(periodSeconds, lastPeriodSeconds);
@@ -32,21 +32,6 @@ void LeaveGap(double elapsedSeconds, double periodSeconds) {
     }
 }
 
-/// The time of the next sample. Continues past midnight, where the time of day restarts at 0.
-double NextSampleTime() {
-    const double now = SecondsSinceMidnight();
-    const double period = MonitorInterval / millisecondsPerSecond;
-    double time = now;
-    if (!history.IsEmpty()) {
-        const double elapsed = ElapsedSeconds(lastRecord, now);
-        time = history.LastTime() + elapsed;
-        LeaveGap(elapsed, period);
-    }
-    lastRecord = now;
-    lastPeriodSeconds = period;
-    return time;
-}
-
 } // namespace
 
 const ChannelHistory &MeasurementHistory() {
@@ -55,12 +40,18 @@ const ChannelHistory &MeasurementHistory() {
 
 void RecordMeasurements() {
     ChannelHistory::Values values = Measurements;
+    ChannelHistory::Flags measured{};
     for (int channel = 0; channel < ChannelCount; ++channel) {
+        At(measured, channel) = IsMeasured(channel);
         if (!HasChannel(channel)) {
             At(values, channel) = Extent::gap;
         }
     }
-    history.Append(NextSampleTime(), values);
+    const double now = RunningSeconds();
+    const double period = MonitorInterval / millisecondsPerSecond;
+    LeaveGap(now - history.LastTime(), period);
+    lastPeriodSeconds = period;
+    history.Append(now, values, measured);
 }
 
 void ResetMeasurementHistory() {

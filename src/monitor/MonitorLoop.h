@@ -39,8 +39,8 @@ public:
 };
 
 /// The periodic driver of the program: one tick per period of the monitor timer. Its intervals are
-/// measured with RunningSeconds: midnight stretches none of them, and after a clock set back or a
-/// pause at most one action comes early, never a burst.
+/// measured with RunningSeconds: neither midnight nor a clock set back stretches them, and after a
+/// pause each comes once, never in a burst.
 class MonitorLoop {
 public:
     explicit MonitorLoop(MonitorWindow &window) : window(window) {}

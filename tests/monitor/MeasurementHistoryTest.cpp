@@ -27,12 +27,12 @@ TEST_F(MeasurementHistoryTest, APauseLeavesAGapAndASlowMonitorDoesNot) {
         {"a pause of a slow monitor", longest, longest, 200, true},
         {"last period of a slow monitor", longest, 30, 33, false},
         {"first period of a slow monitor", 30, longest, 33, false},
-        {"a pause over midnight", 30, 30, 86400 - 36000 + 100, true},
+        {"a pause over three midnights", 30, 30, 3 * 86400 - 36000 + 100, true},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         ResetCore();
-        Measurements = {1, 2, 3, 4, 5, 6};
+        SetMeasurements({1, 2, 3, 4, 5, 6});
         MonitorInterval = c.intervalBefore;
         RecordMeasurements();
         MonitorInterval = c.intervalAfter;

@@ -42,12 +42,12 @@ TEST_F(MeasurementLogTest, TimeGoesOnOverEveryMidnight) {
     test::ClockDouble clock(86399.75);
     const double start = 86400; // the nearest whole second to the first entry
     std::vector<std::string> lines;
-    for (const double step : {0.0, 0.5, 86399.75, 1.0}) {
+    for (const double step : {0.0, 0.5, 3 * 86400 - 0.25, 1.0}) {
         clock.Advance(step);
         BuildLogLine(start);
         lines.push_back(LogLine);
     }
-    EXPECT_THAT(lines, testing::ElementsAre("-.25\t", " .25\t", " 86400\t", " 86401\t"));
+    EXPECT_THAT(lines, testing::ElementsAre("-.25\t", " .25\t", " 259200\t", " 259201\t"));
 }
 
 TEST_F(MeasurementLogTest, AFileHoldsTheSelectedChannelsInTheirOrder) {

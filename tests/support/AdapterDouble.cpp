@@ -2,6 +2,7 @@
 
 #include "common/Clock.h"
 #include "link/USBFunctions.h"
+#include "monitor/Channels.h"
 #include "support/CoreState.h"
 
 #include <algorithm>
@@ -71,6 +72,13 @@ void ResetCore() {
     ResetCoreState();
 }
 
+void SetMeasurements(const std::array<float, 6> &values) {
+    for (int channel = 0; channel < ChannelCount; ++channel) {
+        ReadMeasurement(channel);
+    }
+    Measurements = values;
+}
+
 } // namespace ztm::test
 
 int16_t LoadFirmWare(const char *path) {
@@ -82,6 +90,6 @@ int16_t VendorIORequest(int16_t request, int32_t value, int32_t index, int16_t d
                         int16_t length, uint8_t *buffer) {
     const ztm::test::Call call{request, value, index, direction, length};
     ztm::test::Adapter().calls.push_back(call);
-    ztm::test::Adapter().times.push_back(ztm::SecondsSinceMidnight());
+    ztm::test::Adapter().times.push_back(ztm::RunningSeconds());
     return ztm::test::Answer(call, buffer);
 }

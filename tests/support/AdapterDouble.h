@@ -48,6 +48,9 @@ struct AdapterDouble {
 AdapterDouble &Adapter();
 AdapterDouble &ResetAdapter();
 
+/// Makes these the values that were measured last, in every channel.
+void SetMeasurements(const std::array<float, 6> &values);
+
 /// Puts all of the core's state back to the start of a run, with a fresh adapter.
 void ResetCore();
 

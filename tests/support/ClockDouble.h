@@ -11,17 +11,16 @@ public:
     explicit ClockDouble(double secondsSinceMidnight = 36000);
     ~ClockDouble() override;
 
-    double SecondsSinceMidnight() override { return now; }
+    double RunningSeconds() override { return start + total; }
     void Sleep(double seconds) override { Advance(seconds); }
 
-    /// Moves the time of day, over midnight if need be.
-    void Advance(double seconds);
+    void Advance(double seconds) { total += seconds; }
 
     /// How far the clock has moved since it was put in.
     double TotalSeconds() const { return total; }
 
 private:
-    double now;
+    double start;
     double total = 0;
 };
 

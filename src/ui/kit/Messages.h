@@ -4,10 +4,11 @@
 
 namespace ztm {
 
-/// Whether a message is on screen: no monitor tick runs meanwhile.
+/// Whether a message is on screen.
 bool IsMessageShown();
 
-/// Shows a message with an OK button and returns when the user has closed it.
+/// Shows a message with an OK button and returns when the user has closed it. The monitor keeps
+/// running meanwhile.
 void ShowMessage(const QString &text, const QString &title,
                  QMessageBox::Icon icon = QMessageBox::NoIcon);
 

@@ -9,7 +9,6 @@
 #include "regmap/RegisterTree.h"
 #include "ui/control/ControlPage.h"
 #include "ui/display/VisualDisplayPage.h"
-#include "ui/kit/Messages.h"
 #include "ui/kit/Text.h"
 #include "ui/registers/RegisterAccessPage.h"
 #include "ui/session/AboutPage.h"
@@ -44,6 +43,7 @@ void frmMain::SetupUi() {
     SSTab1->addTab(visualDisplay, tr("Visual Display"));
     SSTab1->addTab(control, tr("Control"));
     tmrMain->setObjectName(QStringLiteral("tmrMain"));
+    tmrMain->setTimerType(Qt::PreciseTimer); // others come early by up to 5 %
 
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(SSTab1);
@@ -88,7 +88,7 @@ void frmMain::SSTab1_Click(int tab) {
 }
 
 void frmMain::tmrMain_Timer() {
-    if (ticking || IsMessageShown()) {
+    if (ticking) {
         return;
     }
     const QScopedValueRollback<bool> guard(ticking, true);

@@ -34,7 +34,7 @@ protected:
 
     /// Moves on to the next time of day with that fraction of a second.
     void AdvanceTo(double fraction) {
-        const double now = SecondsSinceMidnight();
+        const double now = RunningSeconds();
         clock.Advance(std::ceil(now) + fraction - now);
     }
 
@@ -72,7 +72,7 @@ TEST_F(LoggingTest, EveryByteOfALogOverMidnight) {
     EXPECT_THAT(dialog.filters, testing::ElementsAre("Text Files (*.xls)"));
     EXPECT_EQ(State(), "logs, 0, 0 of 10000");
     EXPECT_EQ(LoadedForms().size(), 1U);
-    clock.Advance(86400 - 0.24 - SecondsSinceMidnight());
+    clock.Advance(86400 - 0.24 - RunningSeconds());
     Tick();
     Measurements[0] = -10.5F;
     TickFor(0.36);
