@@ -46,7 +46,7 @@ void AddTraces(StripChartSetup &setup, std::initializer_list<Row> rows, double r
         trace.name = ToQString(channel.Name);
         trace.colour = colours[row.channel];
         trace.rightAxis = fan && setup.right.has_value();
-        trace.unit = fan ? QStringLiteral(" RPM")
+        trace.unit = fan ? QStringLiteral("RPM")
                          : (temperature ? QString::fromUtf8("°C") : QStringLiteral("%"));
         trace.decimals = fan ? 0 : 2;
         trace.label = static_cast<int>(setup.labels.size());
@@ -90,6 +90,7 @@ StripChartSetup FanSetup(double rowHeight) {
 
 StripChart *NewChart(const char *name, const QString &accessibleName, StripChartSetup setup,
                      QWidget *parent) {
+    setup.emptyNotice = MonitorCharts::tr("Nothing graphed: press Easy Setup");
     auto *chart = new StripChart(MeasurementHistory(), std::move(setup), parent);
     chart->setObjectName(QLatin1String(name));
     chart->setAccessibleName(accessibleName);

@@ -90,6 +90,7 @@ QGroupBox *VisualDisplayPage::NewAlertsFrame() {
         auto *indicator = new ToggleIndicator(frame);
         indicator->setObjectName(IndexedName("tglAlert", channel));
         indicator->setAccessibleName(tr("Alert %1").arg(name));
+        indicator->SetKnown(false);
         indicator->setToolTip(tr("Interrupt Status: Green=OK, Red=Bad, Invisible=Disabled"));
         group->addButton(option, channel);
         rows->addWidget(option, channel, 0, Qt::AlignLeft);
@@ -124,6 +125,7 @@ QGroupBox *VisualDisplayPage::NewGaugeFrame() {
         gauge->SetMaximum(kind.maximum);
         gauge->SetSingleStep(kind.step);
         gauge->SetHighPointer(kind.maximum);
+        gauge->SetNeedleVisible(false);
         gauge->SetLowPointerVisible(static_cast<int>(index) != percentGauge);
         gauge->hide();
         layout->addWidget(gauge, 1);
@@ -257,6 +259,7 @@ void VisualDisplayPage::UpdateAlerts() {
     const auto alarms = ReadAlerts();
     for (size_t channel = 0; channel < alarms.size(); ++channel) {
         tglAlert[channel]->SetAlarm(alarms[channel]);
+        tglAlert[channel]->SetKnown(true);
     }
 }
 
@@ -270,6 +273,7 @@ void VisualDisplayPage::UpdateGauge() {
     }
     Gauge &gauge = GaugeOf(channel);
     const GaugeKind &kind = At(gaugeKinds, ChannelAt(channel).Measures);
+    gauge.SetNeedleVisible(IsMeasured(channel));
     gauge.SetNeedle(At(Measurements, channel));
     gauge.SetCaption(ToQString(NumberText(RoundToDecimals(gauge.Needle(), kind.decimals))) +
                      QString::fromUtf8(kind.unit));
@@ -294,8 +298,17 @@ void VisualDisplayPage::cmdEasySetup_Click() {
 }
 
 void VisualDisplayPage::cmdGraphOptions_Click() {
-    connect(&ShowForm<frmGraphOptions>(), &frmGraphOptions::Applied, charts,
-            &MonitorCharts::ShowGraphType, Qt::UniqueConnection);
+    connect(&ShowForm<frmGraphOptions>(), &frmGraphOptions::Applied, this,
+            &VisualDisplayPage::ShowOptions, Qt::UniqueConnection);
+}
+
+void VisualDisplayPage::ShowOptions() {
+    charts->ShowGraphType();
+    if (!LimitMonitorEnabled) {
+        for (auto *indicator : tglAlert) {
+            indicator->SetKnown(false);
+        }
+    }
 }
 
 void VisualDisplayPage::cmdSetUpLog_Click() {

@@ -53,6 +53,7 @@ private:
     void TrackGaugePointers(int gauge);
     void ApplyGaugeLimits(int gauge);
 
+    void ShowOptions();
     void optMeasure_Click(int channel);
     void cmdEasySetup_Click();
     void cmdGraphOptions_Click();

@@ -11,7 +11,7 @@ BitLabel::BitLabel(QWidget *parent) : QLabel(parent) {
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     setAlignment(Qt::AlignCenter);
-    setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
+    setFrameStyle(QFrame::Box | QFrame::Plain);
     setBackgroundRole(QPalette::Base);
     setForegroundRole(QPalette::Text);
     setAutoFillBackground(true);
@@ -19,6 +19,9 @@ BitLabel::BitLabel(QWidget *parent) : QLabel(parent) {
 }
 
 bool BitLabel::event(QEvent *event) {
+    if (event->type() == QEvent::ToolTip && toolTip() == QLatin1String("-")) {
+        return true; // an unnamed bit has nothing to say
+    }
     if (event->type() == QEvent::MouseMove || event->type() == QEvent::Enter) {
         emit MouseMove();
     } else if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {

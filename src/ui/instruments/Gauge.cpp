@@ -64,6 +64,13 @@ void Gauge::SetNeedle(double value) {
     Show(shown.needle, face.Clamped(value));
 }
 
+void Gauge::SetNeedleVisible(bool visible) {
+    if (shown.needleVisible != visible) {
+        shown.needleVisible = visible;
+        update();
+    }
+}
+
 void Gauge::SetBand0Start(double value) {
     Show(shown.band0.start, value);
 }

@@ -37,6 +37,9 @@ public:
 
     double Needle() const { return shown.needle; }
     void SetNeedle(double value);
+    /// A hidden needle keeps its value.
+    bool IsNeedleVisible() const { return shown.needleVisible; }
+    void SetNeedleVisible(bool visible);
 
     double LowPointer() const { return shown.low; }
     void SetLowPointer(double value);

@@ -47,6 +47,7 @@ constexpr double captionHeight = 15;
 constexpr double captionWidth = 50;
 
 constexpr double numberSize = 5.6;
+constexpr double largestNumberSize = 8;
 constexpr double letterSize = 6;
 constexpr double captionSize = 10;
 
@@ -138,7 +139,11 @@ void GaugeFace::SetSize(const QRectF &room, const QFont &textFont) {
     unit = qMax(1.0, qMin(room.width(), room.height())) / 100.0;
     font = textFont;
     numberFont = font;
-    numberFont.setPixelSize(qMax(1, qRound(numberSize * unit)));
+    // As the text around the gauge, but no larger than the dial has room for.
+    const int largestNumber = qRound(largestNumberSize * unit);
+    const int fontSize = QFontInfo(font).pixelSize();
+    numberFont.setPixelSize(
+        qMax(qMax(1, qRound(numberSize * unit)), qMin(fontSize, largestNumber)));
     letterFont = font;
     letterFont.setBold(true);
     letterFont.setPixelSize(qMax(1, qRound(letterSize * unit)));
@@ -192,7 +197,9 @@ void GaugeFace::Paint(QPainter &painter, const GaugeReadings &readings, const Lo
     painter.setRenderHint(QPainter::Antialiasing);
     DrawScale(painter, readings, look);
     DrawCaption(painter, readings.caption, look.palette);
-    DrawNeedle(painter, readings.needle, look.palette);
+    if (readings.needleVisible) {
+        DrawNeedle(painter, readings.needle, look.palette);
+    }
     if (readings.lowVisible) {
         DrawHandle(painter, lowPointerNumber, readings.low, look);
     }

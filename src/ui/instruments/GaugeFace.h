@@ -26,6 +26,7 @@ struct GaugeReadings {
     };
 
     double needle = 0;
+    bool needleVisible = true;
     double low = 0;
     double high = 100;
     bool lowVisible = true;

@@ -132,9 +132,9 @@ void StripChart::DescribeLastValues() {
     QStringList values;
     for (const auto &trace : setup.traces) {
         const float value = history.LastValue(trace.channel);
-        if (!std::isnan(value)) {
-            values.append(setup.NameOf(trace) + QLatin1Char(' ') +
-                          QString::number(value, 'f', trace.decimals) + trace.unit);
+        if (history.HasValues(trace.channel) && !std::isnan(value)) {
+            values.append(setup.NameOf(trace) + QLatin1Char(' ') + trace.TextOf(value) +
+                          trace.unit);
         }
     }
     setAccessibleDescription(values.join(QStringLiteral(", ")));
@@ -163,6 +163,9 @@ void StripChart::Follow() {
     if (FirstColumn(width, count) != columns->Begin()) {
         plot->replot(QCustomPlot::rpQueuedReplot);
         return;
+    }
+    if (ShowNotice()) {
+        plot->update();
     }
     const int64_t changed = columns->Update(width, columns->Begin(), count);
     plot->TracesChanged(changed);
@@ -202,8 +205,20 @@ void StripChart::BeforeReplot() {
     for (QCPAxis *axis : {plot->yAxis, plot->yAxis2}) {
         axis->ticker()->setTickCount(std::max(2, static_cast<int>(rect.height()) / 45));
     }
-    plot->Overlay().SetNotice(IsLive() ? QString() : tr("Not live: double click or End to return"));
+    ShowNotice();
     UpdateCursor();
+}
+
+/// Returns whether the notice has changed.
+bool StripChart::ShowNotice() {
+    using Place = StripChartOverlay::Notice::Place;
+    const bool any = std::any_of(setup.traces.begin(), setup.traces.end(), [this](const auto &one) {
+        return history.HasValues(one.channel);
+    });
+    if (!any) {
+        return plot->Overlay().SetNotice({Place::Middle, setup.emptyNotice});
+    }
+    return plot->Overlay().SetNotice({Place::Top, IsLive() ? QString() : notLiveNotice});
 }
 
 void StripChart::ApplyPalette() {

@@ -89,6 +89,7 @@ public:
     QSize minimumSizeHint() const override { return {200, 140}; }
 
 protected:
+    bool event(QEvent *event) override;
     void changeEvent(QEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
@@ -114,6 +115,7 @@ private:
     void BeforeReplot();
     int ColumnCount() const;
     int64_t FirstColumn(double width, int count) const;
+    bool ShowNotice();
     void DescribeLastValues();
 
     QRectF PlotRect() const;
@@ -138,6 +140,7 @@ private:
     std::unique_ptr<StripChartColumns> columns;
     StripChartPlot *plot;
     std::unique_ptr<StripChartLabels> labels;
+    const QString notLiveNotice = tr("Not live: double click or End to return");
     QPointer<QMenu> menu;
     std::optional<StripChartDrag> drag;
     std::optional<double> cursorX; // pixels from the left of the plot

@@ -10,6 +10,7 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QToolTip>
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -163,6 +164,11 @@ bool StripChart::MoveByKey(const QKeyEvent &event) {
         }
         cursorX.reset();
         return true;
+    case Qt::Key_F10:
+        if (!event.modifiers().testFlag(Qt::ShiftModifier)) {
+            return false;
+        }
+        [[fallthrough]];
     case Qt::Key_Menu: {
         QContextMenuEvent request(QContextMenuEvent::Keyboard, rect().center(),
                                   mapToGlobal(rect().center()));
@@ -177,6 +183,19 @@ bool StripChart::MoveByKey(const QKeyEvent &event) {
 void StripChart::MoveCursor(double pixels) {
     const double width = PlotRect().width();
     cursorX = std::clamp(cursorX.value_or(width / 2) + pixels, 0.0, std::max(0.0, width - 1));
+}
+
+/// The tooltip explains the axes; over the plot it would cover the traces.
+bool StripChart::event(QEvent *event) {
+    if (event->type() == QEvent::ToolTip) {
+        const auto part = PlaceOf(static_cast<QHelpEvent *>(event)->pos()).part;
+        if (part == Part::Plot || part == Part::None) {
+            QToolTip::hideText();
+            event->ignore();
+            return true;
+        }
+    }
+    return QWidget::event(event);
 }
 
 void StripChart::focusInEvent(QFocusEvent *event) {

@@ -18,6 +18,12 @@ bool StripChartOverlay::ShowCursor(double x, std::vector<Row> readings) {
     return true;
 }
 
+bool StripChartOverlay::SetNotice(const Notice &shown) {
+    const bool changed = notice != shown;
+    notice = shown;
+    return changed;
+}
+
 void StripChartOverlay::SetPalette(const QPalette &colours, const QFont &textFont) {
     palette = colours;
     font = textFont;
@@ -89,18 +95,23 @@ void StripChartOverlay::PaintReadings(QPainter &painter, QRectF line, double ind
 }
 
 void StripChartOverlay::PaintNotice(QPainter &painter) const {
-    if (notice.isEmpty()) {
+    if (notice.text.isEmpty()) {
         return;
     }
     const QRectF plot = Plot();
+    if (notice.place == Notice::Place::Middle) {
+        painter.setPen(palette.color(QPalette::Text));
+        painter.drawText(plot, Qt::AlignCenter | Qt::TextWordWrap, notice.text);
+        return;
+    }
     const QFontMetricsF metrics(font);
     const double space = metrics.horizontalAdvance(QLatin1Char(' '));
-    QRectF box(0, plot.top() + plot.height() * 0.02, metrics.horizontalAdvance(notice) + 2 * space,
-               metrics.height());
+    QRectF box(0, plot.top() + plot.height() * 0.02,
+               metrics.horizontalAdvance(notice.text) + 2 * space, metrics.height());
     box.moveLeft(std::round(plot.center().x() - box.width() / 2));
     painter.fillRect(box, palette.color(QPalette::Highlight));
     painter.setPen(palette.color(QPalette::HighlightedText));
-    painter.drawText(box, Qt::AlignCenter, notice);
+    painter.drawText(box, Qt::AlignCenter, notice.text);
 }
 
 } // namespace ztm

@@ -17,14 +17,23 @@ public:
         bool operator==(const Row &) const = default;
     };
 
+    /// A text on the plot: at its top where the user has to notice it, or instead of traces.
+    struct Notice {
+        enum class Place { Top, Middle };
+        Place place = Place::Top;
+        QString text;
+
+        bool operator==(const Notice &) const = default;
+    };
+
     explicit StripChartOverlay(QCustomPlot *plot);
 
     /// Shows the cursor at `x` pixels from the left of the plot; none without rows. Returns whether
     /// that changed anything.
     bool ShowCursor(double x, std::vector<Row> readings);
     const std::vector<Row> &Rows() const { return rows; }
-    /// Empty for no notice.
-    void SetNotice(const QString &text) { notice = text; }
+    /// An empty text for none. Returns whether that changed anything.
+    bool SetNotice(const Notice &shown);
     void SetPalette(const QPalette &colours, const QFont &textFont);
 
     void Paint(QPainter &painter) const;
@@ -43,7 +52,7 @@ private:
     QFont font;
     double position = 0; // pixels from the left of the plot
     std::vector<Row> rows;
-    QString notice;
+    Notice notice;
 };
 
 } // namespace ztm

@@ -144,11 +144,9 @@ void StripChartPlottable::CollectSegments(int from) {
         double low = extent.low;
         double high = extent.high;
         if (!std::isnan(extent.first) && !std::isnan(pen.value)) {
-            Join(pen.column, pen.value, column, extent.first);
-            if (pen.column + 1 == column) {
-                low = std::fmin(low, pen.value);
-                high = std::fmax(high, pen.value);
-            }
+            const double entry = Join(pen.column, pen.value, column, extent.first);
+            low = std::fmin(low, entry);
+            high = std::fmax(high, entry);
         }
         if (low <= high) {
             AddSegment(column, low, high);
@@ -166,14 +164,17 @@ void StripChartPlottable::CollectSegments(int from) {
     }
 }
 
-/// Fills the columns between two samples that are further apart than a column.
-void StripChartPlottable::Join(int from, double fromValue, int to, double toValue) {
+/// Fills the columns between two samples. The line of each starts at the value where that of the
+/// one before ends. Returns the value where the line enters the column `to`.
+double StripChartPlottable::Join(int from, double fromValue, int to, double toValue) {
     const double slope = (toValue - fromValue) / (to - from);
+    const auto endOf = [&](int column) { return fromValue + slope * (column - from); };
     const int end = std::min(to, columns.Count());
     for (int column = std::max(from + 1, firstColumn); column < end; ++column) {
-        const double start = fromValue + slope * (column - from - 0.5);
-        AddSegment(column, std::min(start, start + slope), std::max(start, start + slope));
+        const auto [low, high] = std::minmax({endOf(column - 1), endOf(column)});
+        AddSegment(column, low, high);
     }
+    return endOf(to - 1);
 }
 
 /// Segments stay within the plot, even in file formats that cannot clip; neighbours of the same

@@ -65,7 +65,7 @@ private:
     Pen PenBefore(int column) const;
     int IndexOf(double time) const;
     void CollectSegments(int from);
-    void Join(int from, double fromValue, int to, double toValue);
+    double Join(int from, double fromValue, int to, double toValue);
     void AddSegment(int column, double low, double high);
 
     const StripChartColumns &columns;

@@ -1,5 +1,9 @@
 #pragma once
 
+#include "common/NumberText.h"
+#include "common/Numbers.h"
+#include "ui/kit/Text.h"
+
 #include <QColor>
 #include <QPointF>
 #include <QString>
@@ -19,6 +23,11 @@ struct StripChartSetup {
         QString unit;
         int decimals = 1; ///< of read-outs
         int label = -1;   ///< the label entry whose text, if not empty, replaces the name
+
+        /// A value as number text, as on the gauge.
+        QString TextOf(double value) const {
+            return ToQString(NumberText(RoundToDecimals(value, decimals)));
+        }
     };
     struct ValueAxis {
         double minimum = 0;
@@ -40,6 +49,7 @@ struct StripChartSetup {
     std::optional<ValueAxis> right;
     std::vector<Label> labels;
     double visibleSeconds = 60;
+    QString emptyNotice; ///< shown while no trace has a value
 
     /// The name of a trace in read-outs and files.
     QString NameOf(const Trace &trace) const {

@@ -89,18 +89,17 @@ void StripChart::BackToLive() {
 QString StripChart::ReadingOf(const StripChartSetup::Trace &trace, int column) const {
     const Extent &extent = columns->At(trace.channel, column);
     const double time = columns->TimeOf(column + 1);
-    const auto text = [&](float value) { return QString::number(value, 'f', trace.decimals); };
     if (!extent.any) {
         // Between two samples the older one counts; before the first and after the last, none.
         const float held =
             time > history.LastTime() ? Extent::gap : history.ValueAt(trace.channel, time);
-        return std::isnan(held) ? QStringLiteral("–") : text(held) + trace.unit;
+        return std::isnan(held) ? QStringLiteral("–") : trace.TextOf(held) + trace.unit;
     }
     if (std::isnan(extent.low)) {
         return QStringLiteral("–");
     }
-    const QString low = text(extent.low);
-    const QString high = text(extent.high);
+    const QString low = trace.TextOf(extent.low);
+    const QString high = trace.TextOf(extent.high);
     return (low == high ? low : low + QStringLiteral(" … ") + high) + trace.unit;
 }
 

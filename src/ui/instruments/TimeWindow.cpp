@@ -5,17 +5,19 @@
 namespace ztm {
 namespace {
 
-constexpr double shortestSpan = 1;        // seconds
-constexpr double longestSpan = 48 * 3600; // seconds
-
-double Limited(double span) {
-    return std::clamp(span, shortestSpan, longestSpan);
-}
+constexpr double shortestSpan = 1;             // seconds
+constexpr double leastLongestSpan = 48 * 3600; // seconds
 
 } // namespace
 
 TimeWindow::TimeWindow(const ChannelHistory &shown, double spanSeconds)
     : history(&shown), span(spanSeconds) {}
+
+/// A slow monitor fills the history with much more than two days.
+double TimeWindow::Limited(double seconds) const {
+    const double kept = history->IsEmpty() ? 0 : history->LastTime() - history->FirstTime();
+    return std::clamp(seconds, shortestSpan, std::max(leastLongestSpan, 2 * kept));
+}
 
 void TimeWindow::Set(double endTime, double seconds) {
     span = Limited(seconds);
@@ -24,7 +26,7 @@ void TimeWindow::Set(double endTime, double seconds) {
 }
 
 void TimeWindow::MoveTo(double endTime, double seconds) {
-    live = false;
+    live = endTime >= LiveEnd();
     Set(endTime, seconds);
 }
 

@@ -5,8 +5,8 @@
 namespace ztm {
 
 /// The span of time that a chart shows of a history. While live it ends at the newest sample; once
-/// the user has moved it, it stays where it is. It ends within the history, and its span is 1 s to
-/// 48 h.
+/// the user has moved it back, it stays where it is. It ends within the history, and its span is
+/// 1 s to 48 h, or to twice what the history has kept if that is more.
 class TimeWindow {
 public:
     /// Starts live. The history must outlive it.
@@ -22,7 +22,7 @@ public:
 
     /// Sets the span and its end, limited to the history. A live window keeps its end.
     void Set(double endTime, double seconds);
-    /// The same, and no longer live.
+    /// The same, and live only if that end is not before the newest sample.
     void MoveTo(double endTime, double seconds);
 
     /// Multiplies the span; the time at that fraction from the left stays there. A live window
@@ -39,6 +39,7 @@ public:
     void ShowAll(int columns);
 
 private:
+    double Limited(double seconds) const;
     double LiveEnd() const { return history->IsEmpty() ? span : history->LastTime(); }
 
     const ChannelHistory *history;

@@ -8,6 +8,7 @@ namespace {
 
 constexpr QColor alarmColour(255, 0, 0);
 constexpr QColor clearColour(0, 255, 0);
+constexpr QColor unknownColour(160, 160, 160);
 constexpr QColor outlineColour(64, 64, 64);
 
 /// The marks, in units of a disc of diameter 20 around the origin.
@@ -43,8 +44,16 @@ void ToggleIndicator::SetAlarm(bool on) {
     }
 }
 
+void ToggleIndicator::SetKnown(bool isKnown) {
+    if (known != isKnown) {
+        known = isKnown;
+        TellState();
+        update();
+    }
+}
+
 void ToggleIndicator::TellState() {
-    setAccessibleDescription(alarm ? tr("Alarm") : tr("OK"));
+    setAccessibleDescription(!known ? tr("Not read") : alarm ? tr("Alarm") : tr("OK"));
 }
 
 QSize ToggleIndicator::sizeHint() const {
@@ -59,10 +68,12 @@ void ToggleIndicator::paintEvent(QPaintEvent * /*event*/) {
     const double scale = qMin(width(), height()) / 20.0;
     painter.scale(scale, scale);
     painter.setPen(outlineColour);
-    painter.setBrush(alarm ? alarmColour : clearColour);
+    painter.setBrush(!known ? unknownColour : alarm ? alarmColour : clearColour);
     painter.drawEllipse(QPointF(), 9.0, 9.0);
-    painter.strokePath(alarm ? Cross() : Tick(),
-                       QPen(alarm ? Qt::white : Qt::black, 2.2, Qt::SolidLine, Qt::RoundCap));
+    if (known) {
+        painter.strokePath(alarm ? Cross() : Tick(),
+                           QPen(alarm ? Qt::white : Qt::black, 2.2, Qt::SolidLine, Qt::RoundCap));
+    }
 }
 
 } // namespace ztm

@@ -19,7 +19,7 @@ protected:
         StartSessionOf(variant);
         ClickTab("Visual Display");
         GraphingEnabled = true;
-        Measurements = {1, 2, 3, 4, 5, 6};
+        SetMeasurements({1, 2, 3, 4, 5, 6});
         Click("cmdGraphOptions");
         Click("chkBigGraph");
         Click("cmdApply");
@@ -53,18 +53,18 @@ TEST_F(MonitorChartsTest, BothWindowsShowTheChartThatIsChosenAsTheVariantHasIt) 
         const char *readings;
     } cases[] = {
         {ZTM7720, "optGraphType(0)", "stpTemp", "Temperature/THERM%|Local|Remote1|Remote2|THERM%",
-         0.24, 0.20, "Local 1.00°C, Remote1 2.00°C, Remote2 3.00°C, THERM% 6.00%"},
+         0.24, 0.20, "Local 1°C, Remote1 2°C, Remote2 3°C, THERM% 6%"},
         {ZTM7720, "optGraphType(1)", "stpFan", "Fan Speed|Fan1|Fan2", 0.12, 0.10,
-         "Fan1 4 RPM, Fan2 5 RPM"},
+         "Fan1 4RPM, Fan2 5RPM"},
         {ZTM7720, "optGraphType(2)", "stpTempFan",
          "Temperature/THERM%|Local|Remote1|Remote2|Fan Speed|Fan1|Fan2|THERM%", 0.24, 0.16,
-         "Local 1.00°C, Remote1 2.00°C, Remote2 3.00°C, Fan1 4 RPM, Fan2 5 RPM, THERM% 6.00%"},
+         "Local 1°C, Remote1 2°C, Remote2 3°C, Fan1 4RPM, Fan2 5RPM, THERM% 6%"},
         {ZTM7710, "optGraphType(0)", "stpTemp", "Temperature/THERM%|Local|Remote||THERM%", 0.18,
-         0.15, "Local 1.00°C, Remote 2.00°C, THERM% 6.00%"},
-        {ZTM7710, "optGraphType(1)", "stpFan", "Fan Speed||", 0.12, 0.10, "Fan 4 RPM"},
+         0.15, "Local 1°C, Remote 2°C, THERM% 6%"},
+        {ZTM7710, "optGraphType(1)", "stpFan", "Fan Speed||", 0.12, 0.10, "Fan 4RPM"},
         {ZTM7710, "optGraphType(2)", "stpTempFan",
          "Temperature/THERM%|Local|Remote||Fan Speed|||THERM%", 0.18, 0.12,
-         "Local 1.00°C, Remote 2.00°C, Fan 4 RPM, THERM% 6.00%"},
+         "Local 1°C, Remote 2°C, Fan 4RPM, THERM% 6%"},
     };
     for (const auto &c : cases) {
         if (DeviceName != c.variant) {

@@ -1,11 +1,13 @@
 #include "support/StripChartFixture.h"
 
+#include <map>
 #include <random>
 
 namespace ztm::test {
 namespace {
 
 using testing::Each;
+using testing::Gt;
 using testing::IsEmpty;
 using testing::Not;
 
@@ -117,6 +119,28 @@ TEST_F(StripChartPaintingTest, ASpikeOfOneSampleIsSeenAtEveryZoomAsAClosedLine) 
         Press(zoom < 20 ? "+" : "-");
     }
     EXPECT_GT(Span(), 1800);
+}
+
+/// Samples many columns apart, up and down: each column touches the next one.
+TEST_F(StripChartPaintingTest, AJoinedLineHasNoHoles) {
+    for (int sample = 0; sample < 40; ++sample) {
+        Append(sample % 2 == 0 ? 10.0F : 90.0F);
+        time += 2;
+        Settle();
+    }
+    const QImage seen = OnScreen(chart);
+    std::map<int, std::pair<int, int>> columns; // from the top to the bottom pixel
+    for (const QPoint pixel : PixelsOf(seen, temperatureColour)) {
+        const auto found = columns.try_emplace(pixel.x(), pixel.y(), pixel.y()).first;
+        found->second.second = pixel.y();
+    }
+    ASSERT_THAT(columns, testing::SizeIs(Gt(400U)));
+    for (auto next = std::next(columns.begin()); next != columns.end(); ++next) {
+        const auto &[x, rows] = *std::prev(next);
+        ASSERT_EQ(next->first, x + 1);
+        ASSERT_LE(next->second.first, rows.second + 1) << x;
+        ASSERT_GE(next->second.second, rows.first - 1) << x;
+    }
 }
 
 TEST_F(StripChartPaintingTest, AGapStaysOpenAndASlowTraceIsJoined) {

@@ -46,7 +46,7 @@ TEST_F(StripChartTest, KeysWheelAndMouseMoveWhatIsInSight) {
         {"Left, Left, Right", [] {}, {.live = false, .back = 6}},
         {"Right", [] {}, {}},
         {"PgUp, PgUp, PgDown", [] {}, {.live = false, .back = 60}},
-        {"PgUp, PgDown", [] {}, {.live = false}},
+        {"PgUp, PgDown", [] {}, {}},
         {"PgUp, End", [] {}, {}},
         {"PgUp", [this] { QTest::mouseDClick(&chart, Qt::LeftButton); }, {}},
         {"+", [] {}, {.span = 48}},
@@ -70,6 +70,8 @@ TEST_F(StripChartTest, KeysWheelAndMouseMoveWhatIsInSight) {
         {"", drag(1.02, 0.5, 1.02, 0.75), {.right = {-2500, 7500}}},
         {"Up", drag(-0.02, 0.5, -0.02, 0.75), {.left = {-15, 85}, .right = {1000, 11000}}},
         {"", drag(0.5, -0.05, 0.7, -0.05), {.live = false, .back = 12}},
+        {"", drag(0.5, 0.5, 0.3, 0.5), {}},
+        {"PgUp", drag(0.1, 0.5, -0.95, 0.5), {}}, // back to the newest
         {"", drag(0.01, -0.05, 0.5, -0.05), {.span = 118.8}},
         {"", drag(0.99, -0.05, 0.5, -0.05), {.span = 118.8}},
         {"PgUp", drag(0.99, -0.05, 0.5, -0.05), {.live = false, .back = 1.2, .span = 118.8}},
@@ -162,7 +164,7 @@ TEST_F(StripChartTest, CursorReadsOutTimeAndTraces) {
     EXPECT_EQ(chart.LastValue(1), 6000);
     EXPECT_EQ(chart.CursorText(), QStringList());
     const std::tuple<double, const char *, const char *> cases[] = {
-        {15, "", "Local 20.0°C, Fan1 5000RPM"}, {45, "Board", "Board 30.0°C, Fan1 6000RPM"}};
+        {15, "", "Local 20°C, Fan1 5000RPM"}, {45, "Board", "Board 30°C, Fan1 6000RPM"}};
     for (const auto &[second, name, readings] : cases) {
         chart.SetLabel(1, name);
         Hover(chart.PointOf(noon + second, 50));
