@@ -20,9 +20,8 @@ constexpr int coldestCelsius = -40;
 constexpr int hottestCelsius = 125;
 constexpr int firstAddress = 0x50;
 
-QComboBox *NewList(const QString &name, const QStringList &items) {
-    auto *box = new QComboBox;
-    box->setObjectName(name);
+QComboBox *NewBox(const QString &name, const QStringList &items) {
+    auto *box = NewList(name);
     box->addItems(items);
     return box;
 }
@@ -69,10 +68,10 @@ QGroupBox *BoardWindow::NewBoardFrame() {
     auto *frame = new Frame(tr("Board"));
     auto *layout = new QFormLayout(frame);
     // In the order of sim::Variant.
-    cmbVariant = NewList(QStringLiteral("cmbVariant"),
+    cmbVariant = NewBox(QStringLiteral("cmbVariant"),
                          {QStringLiteral("ZTM7710"), QStringLiteral("ZTM7720")});
     cmbAddress =
-        NewList(QStringLiteral("cmbAddress"), {QStringLiteral("0x50"), QStringLiteral("0x51")});
+        NewBox(QStringLiteral("cmbAddress"), {QStringLiteral("0x50"), QStringLiteral("0x51")});
     layout->addRow(tr("&Variant"), cmbVariant);
     layout->addRow(tr("A&ddress"), cmbAddress);
     layout->addRow(NewCheck("chkPluggedIn", tr("&Plugged in"), &sim::BoardSettings::isPluggedIn));
@@ -89,17 +88,18 @@ QGroupBox *BoardWindow::NewBenchFrame() {
     spnAmbient->setRange(coldestCelsius, hottestCelsius);
     spnAmbient->setSuffix(tr(" °C"));
     spnAmbient->setKeyboardTracking(false); // takes only complete numbers
+    KeepWheelForFocus(*spnAmbient);
     layout->addRow(tr("&Ambient"), spnAmbient);
     // In the order of sim::DiodeFault and sim::FanFault.
     const QStringList diodeFaults = {tr("Sound"), tr("Open"), tr("Shorted")};
     const QStringList fanFaults = {tr("Turns freely"), tr("Drags"), tr("Stalled")};
     for (size_t i = 0; i < cmbDiode.size(); ++i) {
-        cmbDiode[i] = NewList(IndexedName("cmbDiode", i), diodeFaults);
+        cmbDiode[i] = NewBox(IndexedName("cmbDiode", i), diodeFaults);
         layout->addRow(tr("Diode &%1").arg(i + 1), cmbDiode[i]);
     }
     const QStringList fanCaptions = {tr("&Fan 1"), tr("Fa&n 2")};
     for (size_t i = 0; i < cmbFan.size(); ++i) {
-        cmbFan[i] = NewList(IndexedName("cmbFan", i), fanFaults);
+        cmbFan[i] = NewBox(IndexedName("cmbFan", i), fanFaults);
         layout->addRow(fanCaptions[static_cast<int>(i)], cmbFan[i]);
     }
     chkNoise = Named(new QCheckBox(tr("N&oise")), "chkNoise");

@@ -44,6 +44,16 @@ QGroupBox *NewButtonFrame(const char *name, const QString &caption,
     return frame;
 }
 
+// Why a button is disabled.
+
+QString OnlyAutomatic() {
+    return ControlPage::tr("Only under automatic fan control: see Fan Configuration");
+}
+
+QString OnlyManual() {
+    return ControlPage::tr("Only under manual fan control: see Fan Configuration");
+}
+
 } // namespace
 
 ControlPage::ControlPage(QWidget *parent) : QWidget(parent) {
@@ -128,21 +138,21 @@ void ControlPage::ConnectSignals() {
 }
 
 void ControlPage::DisableAuto() {
-    cmdAuto->setEnabled(false);
+    Enable(*cmdAuto, false, OnlyAutomatic());
 }
 
 void ControlPage::DisableSetLookups() {
-    cmdSetLookups->setEnabled(false);
+    Enable(*cmdSetLookups, false, OnlyAutomatic());
 }
 
 void ControlPage::DisableManual() {
-    cmdManual->setEnabled(false);
+    Enable(*cmdManual, false, OnlyManual());
 }
 
 void ControlPage::ShowControlType(bool automatic) {
-    cmdAuto->setEnabled(automatic);
-    cmdSetLookups->setEnabled(cmdAuto->isEnabled());
-    cmdManual->setEnabled(!automatic);
+    Enable(*cmdAuto, automatic, OnlyAutomatic());
+    Enable(*cmdSetLookups, automatic, OnlyAutomatic());
+    Enable(*cmdManual, !automatic, OnlyManual());
 }
 
 void ControlPage::ShowLog() {

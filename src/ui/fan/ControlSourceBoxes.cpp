@@ -23,14 +23,13 @@ void ShowSource(QComboBox &box, std::span<const ControlSource> sources, int32_t 
 } // namespace
 
 QComboBox *NewControlSourceBox(const QString &name, QWidget *parent) {
-    auto *box = new QComboBox(parent);
-    box->setObjectName(name);
+    auto *box = NewList(name, parent);
     AddSources(*box, ControlSources);
     return box;
 }
 
 QComboBox *NewControlSource33Box(const QString &accessibleName, QWidget *parent) {
-    auto *box = Named(new QComboBox(parent), "cmbSource33");
+    auto *box = NewList(QStringLiteral("cmbSource33"), parent);
     box->setAccessibleName(accessibleName);
     box->hide();
     AddSources(*box, OneRemoteControlSources);

@@ -22,8 +22,7 @@ constexpr int oneFanFrameLeft = 2040; // twips
 
 template <class List>
 QComboBox *NewBox(const QString &name, const List &items, QWidget *page) {
-    auto *box = new QComboBox(page);
-    box->setObjectName(name);
+    auto *box = NewList(name, page);
     for (const std::string_view item : items) {
         box->addItem(ToQString(item));
     }

@@ -46,7 +46,7 @@ void frmThermTimer::SetupUi() {
 QGroupBox *frmThermTimer::NewTimerFrame() {
     auto *frame = Named(new Frame(tr("Timer Control"), this), "Frame1");
     chkEnableTimer = Named(new QCheckBox(tr("Enable THERM Timer"), frame), "chkEnableTimer");
-    cmbWindow = Named(new QComboBox(frame), "cmbWindow");
+    cmbWindow = NewList(QStringLiteral("cmbWindow"), frame);
     for (const std::string_view window : ThermWindows) {
         cmbWindow->addItem(ToQString(window));
     }

@@ -1,21 +1,43 @@
 #include "ui/instruments/BitLabel.h"
 
+#include "ui/instruments/Colours.h"
+#include "ui/instruments/InstrumentAccess.h"
+
+#include <QAccessible>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QStyleOptionFocusRect>
 #include <QStylePainter>
 
 namespace ztm {
+namespace {
+
+constexpr double borderInk = 0.5; // of the text's colour
+
+} // namespace
 
 BitLabel::BitLabel(QWidget *parent) : QLabel(parent) {
+    MakeInstrumentsAccessible();
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     setAlignment(Qt::AlignCenter);
-    setFrameStyle(QFrame::Box | QFrame::Plain);
     setBackgroundRole(QPalette::Base);
     setForegroundRole(QPalette::Text);
     setAutoFillBackground(true);
     setCursor(Qt::PointingHandCursor);
+}
+
+void BitLabel::ShowDigit(const QString &digit) {
+    if (text() == digit) {
+        return;
+    }
+    setText(digit);
+    if (QAccessible::isActive()) {
+        QAccessible::State changed;
+        changed.checked = true;
+        QAccessibleStateChangeEvent event(this, changed);
+        QAccessible::updateAccessibility(&event);
+    }
 }
 
 bool BitLabel::event(QEvent *event) {
@@ -52,8 +74,12 @@ void BitLabel::keyPressEvent(QKeyEvent *event) {
 
 void BitLabel::paintEvent(QPaintEvent *event) {
     QLabel::paintEvent(event);
+    QStylePainter painter(this);
+    // The frames of styles can hardly be seen in dark palettes.
+    painter.setPen(
+        Mix(palette().color(QPalette::Base), palette().color(QPalette::Text), borderInk));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
     if (hasFocus()) {
-        QStylePainter painter(this);
         QStyleOptionFocusRect option;
         option.initFrom(this);
         option.rect = rect().adjusted(3, 3, -3, -3);

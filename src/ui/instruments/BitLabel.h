@@ -5,12 +5,15 @@
 namespace ztm {
 
 /// A label with a single digit that can be clicked, or pressed with the space bar when it has
-/// the focus.
+/// the focus. To assistive technology it is a check box.
 class BitLabel : public QLabel {
     Q_OBJECT
 
 public:
     explicit BitLabel(QWidget *parent = nullptr);
+
+    /// Shows a digit, or nothing, and tells assistive technology.
+    void ShowDigit(const QString &digit);
 
 signals:
     void Click();

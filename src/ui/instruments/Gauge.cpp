@@ -1,5 +1,7 @@
 #include "ui/instruments/Gauge.h"
 
+#include "ui/instruments/InstrumentAccess.h"
+
 #include <QAccessible>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -37,6 +39,7 @@ int StepsOf(const QKeyEvent &event) {
 } // namespace
 
 Gauge::Gauge(QWidget *parent) : QWidget(parent) {
+    MakeInstrumentsAccessible();
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
@@ -98,6 +101,40 @@ void Gauge::SetHighPointer(double value) {
 void Gauge::SetPointer(int pointer, double value) {
     Show(shown.Pointer(pointer), face.Clamped(value));
     UpdateDescription();
+    TellPartChanged(*this, pointer == highPointerNumber ? PartCount() - 1 : 0);
+}
+
+int Gauge::PartCount() const {
+    return shown.lowVisible ? 2 : 1;
+}
+
+int Gauge::PointerOf(int part) const {
+    return part == PartCount() - 1 ? highPointerNumber : lowPointerNumber;
+}
+
+AccessiblePart Gauge::PartAt(int part) const {
+    const int pointer = PointerOf(part);
+    const double value = shown.Pointer(pointer);
+    const QString name = pointer == highPointerNumber ? tr("%1, high") : tr("%1, low");
+    const int reach = qRound(face.HandleReach());
+    const QPoint middle = PointerPosition(pointer, value).toPoint();
+    return {.name = name.arg(accessibleName()),
+            .valueText = QString::number(value),
+            .value = value,
+            .minimum = Minimum(),
+            .maximum = Maximum(),
+            .step = singleStep,
+            .place = QRect(middle - QPoint(reach, reach), middle + QPoint(reach, reach)),
+            .hasFocus = selected == pointer};
+}
+
+void Gauge::MovePart(int part, double value) {
+    if (isEnabled()) {
+        Finish();
+        Begin(Means::Keys, PointerOf(part));
+        MoveTo(value);
+        Finish();
+    }
 }
 
 void Gauge::SetMinimum(double value) {

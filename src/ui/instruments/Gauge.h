@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/instruments/AccessibleParts.h"
 #include "ui/instruments/GaugeFace.h"
 
 #include <QWidget>
@@ -16,7 +17,7 @@ namespace ztm {
 /// The arrow keys move the pointer with the focus ring by `singleStep`, with Shift by ten steps;
 /// Space, L and H select the pointer; Escape restores a pointer that is being moved. One pointer
 /// may be moved past the other. The signals report only the user's actions.
-class Gauge : public QWidget {
+class Gauge : public QWidget, public AccessibleParts {
     Q_OBJECT
     Q_PROPERTY(double needle READ Needle WRITE SetNeedle)
     Q_PROPERTY(double lowPointer READ LowPointer WRITE SetLowPointer)
@@ -80,6 +81,11 @@ public:
     /// from one to the other.
     Q_INVOKABLE QPointF PointerPosition(int pointer, double value) const;
 
+    // The pointers as seen by assistive technology, the low one first if it is visible.
+    int PartCount() const override;
+    AccessiblePart PartAt(int part) const override;
+    void MovePart(int part, double value) override;
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
@@ -120,6 +126,7 @@ private:
     void UpdateFace();
     void UpdateDescription();
 
+    int PointerOf(int part) const;
     void Begin(Means means, int pointer);
     void MoveTo(double value);
     void DragTo(const QPointF &position);

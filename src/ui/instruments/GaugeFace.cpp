@@ -112,15 +112,18 @@ double GaugeFace::ValueAt(double degrees, double current) const {
     return std::isfinite(perUnit) ? std::round(value * perUnit) / perUnit : value;
 }
 
+double GaugeFace::HandleReach() const {
+    return (handleOuter - handleShoulder) / 2 * unit + reach;
+}
+
 int GaugeFace::PointerAt(const QPointF &position, const GaugeReadings &readings) const {
     int nearest = 0;
     double least = INFINITY;
     for (const int pointer : {highPointerNumber, lowPointerNumber}) {
         const QPointF away = position - PointerPosition(pointer, readings.Pointer(pointer));
         const double distance = std::hypot(away.x(), away.y());
-        const double radius = (handleOuter - handleShoulder) / 2 * unit + reach;
         const bool shown = pointer == highPointerNumber || readings.lowVisible;
-        if (shown && distance <= radius && distance < least) {
+        if (shown && distance <= HandleReach() && distance < least) {
             nearest = pointer;
             least = distance;
         }

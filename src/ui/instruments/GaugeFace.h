@@ -62,6 +62,8 @@ public:
     double ValueAt(double degrees, double current) const;
     /// The middle of a pointer's handle at a value.
     QPointF PointerPosition(int pointer, double value) const;
+    /// How far from the middle of a handle the mouse grabs it, in pixels.
+    double HandleReach() const;
     /// The pointer whose handle is at a position, or 0.
     int PointerAt(const QPointF &position, const GaugeReadings &readings) const;
 

@@ -2,6 +2,7 @@
 
 #include "common/At.h"
 #include "ui/instruments/Colours.h"
+#include "ui/instruments/InstrumentAccess.h"
 #include "ui/instruments/StripChartLabels.h"
 #include "ui/instruments/StripChartPlot.h"
 
@@ -27,6 +28,7 @@ StripChart::StripChart(const ChannelHistory &source, StripChartSetup shown, QWid
     , timeWindow(source, setup.visibleSeconds)
     , columns(std::make_unique<StripChartColumns>(source))
     , plot(new StripChartPlot(*columns, this)) {
+    MakeInstrumentsAccessible();
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     // This widget handles all events; the plot only paints.

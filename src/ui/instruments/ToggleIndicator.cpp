@@ -1,5 +1,7 @@
 #include "ui/instruments/ToggleIndicator.h"
 
+#include "ui/instruments/InstrumentAccess.h"
+
 #include <QPainter>
 #include <QPainterPath>
 
@@ -32,6 +34,7 @@ QPainterPath Tick() {
 } // namespace
 
 ToggleIndicator::ToggleIndicator(QWidget *parent) : QWidget(parent) {
+    MakeInstrumentsAccessible();
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     TellState();
 }

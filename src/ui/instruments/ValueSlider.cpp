@@ -1,6 +1,6 @@
 #include "ui/instruments/ValueSlider.h"
 
-#include "ui/instruments/ValueSliderAccess.h"
+#include "ui/instruments/InstrumentAccess.h"
 
 #include <QAccessible>
 #include <QFontMetricsF>
@@ -53,7 +53,7 @@ double Sharp(double position) {
 } // namespace
 
 ValueSlider::ValueSlider(QWidget *parent) : QWidget(parent) {
-    MakeValueSlidersAccessible();
+    MakeInstrumentsAccessible();
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true); // to see that a button was released elsewhere
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Expanding);
@@ -231,6 +231,10 @@ void ValueSlider::mouseReleaseEvent(QMouseEvent *event) {
 }
 
 void ValueSlider::wheelEvent(QWheelEvent *event) {
+    if (!hasFocus()) {
+        event->ignore();
+        return;
+    }
     if (const int steps = wheel.Take(*event); steps != 0) {
         MoveTo(value + steps * smallStep);
     }

@@ -1,11 +1,26 @@
 #include "ui/kit/Controls.h"
 
 #include <QComboBox>
+#include <QEvent>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
 
 namespace ztm {
+namespace {
+
+class WheelFilter final : public QObject {
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override {
+        if (event->type() != QEvent::Wheel || static_cast<QWidget *>(watched)->hasFocus()) {
+            return false;
+        }
+        event->ignore();
+        return true;
+    }
+};
+
+} // namespace
 
 QPushButton *NewButton(const char *name, const QString &caption, QWidget *parent) {
     auto *button = Named(new QPushButton(caption, parent), name);
@@ -42,6 +57,24 @@ NumberRow AddNumberRow(QGridLayout &form, int row, const QString &caption, const
 
 std::string TextOf(const QComboBox &list) {
     return list.currentText().toStdString();
+}
+
+void Enable(QWidget &control, bool enabled, const QString &whyNot) {
+    control.setEnabled(enabled);
+    control.setToolTip(enabled ? QString() : whyNot);
+}
+
+void KeepWheelForFocus(QWidget &control) {
+    static WheelFilter filter;
+    control.setFocusPolicy(Qt::StrongFocus);
+    control.installEventFilter(&filter);
+}
+
+QComboBox *NewList(const QString &name, QWidget *parent) {
+    auto *list = new QComboBox(parent);
+    list->setObjectName(name);
+    KeepWheelForFocus(*list);
+    return list;
 }
 
 } // namespace ztm

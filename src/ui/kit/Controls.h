@@ -40,6 +40,16 @@ struct NumberRow {
 NumberRow AddNumberRow(QGridLayout &form, int row, const QString &caption, const QString &name,
                        SpinRange spin);
 
+/// Enables a control, or disables it and gives the reason as its tooltip.
+void Enable(QWidget &control, bool enabled, const QString &whyNot);
+
+/// From now on the wheel changes the control only while it has the focus. Otherwise it is left to
+/// what is behind.
+void KeepWheelForFocus(QWidget &control);
+
+/// A drop-down list.
+QComboBox *NewList(const QString &name, QWidget *parent = nullptr);
+
 /// The selected text of a list as a core string.
 std::string TextOf(const QComboBox &list);
 

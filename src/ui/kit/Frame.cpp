@@ -2,13 +2,25 @@
 
 #include <QPainter>
 
+#include <algorithm>
+
 namespace ztm {
+
+QFont Frame::CaptionFont() const {
+    QFont small = font();
+    if (const int height = fontMetrics().height(); height > captionRoom) {
+        small.setPixelSize(std::max(1, QFontInfo(small).pixelSize() * captionRoom / height));
+    }
+    return small;
+}
 
 void Frame::paintEvent(QPaintEvent * /*event*/) {
     QPainter painter(this);
+    painter.setFont(CaptionFont());
+    const QFontMetrics metrics = painter.fontMetrics();
     const int captionLeft = fontMetrics().averageCharWidth();
-    const QRect caption(captionLeft, 0, fontMetrics().horizontalAdvance(title().trimmed()),
-                        fontMetrics().height());
+    const QRect caption(captionLeft, 0, metrics.horizontalAdvance(title().trimmed()),
+                        metrics.height());
     painter.setPen(palette().color(QPalette::WindowText));
     painter.drawText(caption, Qt::AlignCenter, title().trimmed());
 

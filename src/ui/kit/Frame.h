@@ -12,8 +12,17 @@ class Frame final : public QGroupBox {
 public:
     using QGroupBox::QGroupBox;
 
+    /// Makes the caption small enough for that height in pixels, where contents start at a given
+    /// place.
+    void SetCaptionRoom(int height) { captionRoom = height; }
+
 protected:
     void paintEvent(QPaintEvent *event) override;
+
+private:
+    QFont CaptionFont() const;
+
+    int captionRoom = QWIDGETSIZE_MAX;
 };
 
 } // namespace ztm

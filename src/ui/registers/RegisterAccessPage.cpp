@@ -63,10 +63,14 @@ void RegisterAccessPage::SetupUi() {
     layout->addWidget(NewReadWriteFrame(), 0, 0);
     layout->addWidget(NewDetailsFrame(), 1, 0);
     layout->addWidget(NewBitFrame(), 2, 0);
-    layout->addWidget(NewRegisterMapFrame(), 0, 1, 4, 1);
+    lblBitTarget = Named(new QLabel(this), "lblBitTarget");
+    lblBitTarget->setAlignment(Qt::AlignCenter);
+    lblBitTarget->setWordWrap(true);
+    layout->addWidget(lblBitTarget, 3, 0);
+    layout->addWidget(NewRegisterMapFrame(), 0, 1, 5, 1);
     layout->setColumnStretch(0, 1);
     layout->setColumnStretch(1, 1);
-    layout->setRowStretch(3, 1);
+    layout->setRowStretch(4, 1);
 }
 
 QGroupBox *RegisterAccessPage::NewReadWriteFrame() {
@@ -116,7 +120,9 @@ QGroupBox *RegisterAccessPage::NewDetailsFrame() {
 }
 
 QGroupBox *RegisterAccessPage::NewBitFrame() {
-    fraBits = Named(new Frame(tr("Bit Display"), this), "fraBits");
+    auto *frame = Named(new Frame(tr("Bit Display"), this), "fraBits");
+    frame->SetCaptionRoom(Twips(bitTopTwips, *this));
+    fraBits = frame;
     for (int bit = bits - 1; bit >= 0; --bit) {
         auto *label = new BitLabel(fraBits);
         label->setObjectName(IndexedName("lblBit", bit));
@@ -181,18 +187,37 @@ void RegisterAccessPage::ShowRegister(int index) {
 
 void RegisterAccessPage::ShowAddress(int32_t address) {
     lblCurrentAddr->setText(ToQString(HexText(address)) + QLatin1Char('h'));
-    // The user may be typing while reads repeat: an address already shown is left alone, and a new
-    // one keeps the caret.
-    if (txtReadAddr->text() != lblCurrentAddr->text().toUpper()) {
+    // The user may be typing while reads repeat: an address already shown is left alone, a new one
+    // keeps the caret, and what is put into an emptied box gives way to what is typed.
+    if (txtReadAddr->text().isEmpty()) {
+        txtReadAddr->setText(lblCurrentAddr->text());
+        txtReadAddr->selectAll();
+    } else if (txtReadAddr->text() != lblCurrentAddr->text().toUpper()) {
         const int caret = txtReadAddr->cursorPosition();
         txtReadAddr->setText(lblCurrentAddr->text());
         txtReadAddr->setCursorPosition(caret);
+    }
+    ShowBitTarget();
+}
+
+/// Bits are written to the address in the box: says so while another register is shown.
+void RegisterAccessPage::ShowBitTarget() {
+    const int32_t address = AddressInBox();
+    if (address == HexValue(lblCurrentAddr->text().toStdString())) {
+        lblBitTarget->clear();
+    } else if (address < 0 || address > LastRegister) {
+        lblBitTarget->setText(tr("A click on a bit writes nothing: no register has this address"));
+    } else {
+        lblBitTarget->setText(tr("A click on a bit writes to register %1h, not to the one shown")
+                                  .arg(ToQString(HexText(address))));
     }
 }
 
 void RegisterAccessPage::ShowBitNames(const QStringList &names) {
     for (int place = 0; place < bits; ++place) {
+        const int bit = bits - 1 - place;
         At(lblInfo, place)->setText(names.value(place));
+        At(lblBit, bit)->setAccessibleName(tr("Bit %1, %2").arg(bit).arg(names.value(place)));
     }
 }
 
@@ -202,13 +227,19 @@ void RegisterAccessPage::ShowValue(int16_t value) {
     ShowBitValues(value);
 }
 
+/// As for an address that no register has.
+void RegisterAccessPage::ShowNoValue() {
+    lblDecVal->clear();
+    lblHexVal->clear();
+    for (BitLabel *label : lblBit) {
+        label->ShowDigit({});
+    }
+}
+
 void RegisterAccessPage::ShowBitValues(int16_t value) {
     for (int bit = bits - 1; bit >= 0; --bit) {
         BitLabel *label = At(lblBit, bit);
-        label->setText(QString::number((value >> bit) & 1));
-        label->setAccessibleName(
-            tr("Bit %1, %2: %3")
-                .arg(QString::number(bit), At(lblInfo, bits - 1 - bit)->text(), label->text()));
+        label->ShowDigit(QString::number((value >> bit) & 1));
     }
 }
 
@@ -262,7 +293,11 @@ void RegisterAccessPage::cmdRead_Click() {
         numbers += QString::number(bit);
     }
     ShowBitNames(numbers);
-    ShowValue(ReadRegister(AddressInBox()));
+    if (address < 0 || address > LastRegister) {
+        ShowNoValue();
+    } else {
+        ShowValue(ReadRegister(address));
+    }
 }
 
 void RegisterAccessPage::cmdWrite_Click() {
@@ -273,6 +308,7 @@ void RegisterAccessPage::cmdWrite_Click() {
 void RegisterAccessPage::txtReadAddr_Change() {
     SetTextKeepingCaret(*txtReadAddr, txtReadAddr->text().toUpper());
     MarkInput();
+    ShowBitTarget();
 }
 
 void RegisterAccessPage::txtHex_Change() {
@@ -308,14 +344,18 @@ void RegisterAccessPage::MarkInput() {
 }
 
 void RegisterAccessPage::chkContRead_Click() {
-    cmdRead->setEnabled(!chkContRead->isChecked());
-    cmdWrite->setEnabled(!chkContRead->isChecked());
+    const QString reading = tr("Not while Continuous Read is on");
+    Enable(*cmdRead, !chkContRead->isChecked(), reading);
+    Enable(*cmdWrite, !chkContRead->isChecked(), reading);
 }
 
 void RegisterAccessPage::lblBit_Click(int bit) {
     BitLabel *clicked = At(lblBit, bit);
-    clicked->setText(clicked->text() == QLatin1String("0") ? QStringLiteral("1")
-                                                           : QStringLiteral("0"));
+    if (clicked->text().isEmpty()) {
+        return; // nothing was read that could be changed
+    }
+    clicked->ShowDigit(clicked->text() == QLatin1String("0") ? QStringLiteral("1")
+                                                             : QStringLiteral("0"));
     int32_t value = 0;
     for (int place = 0; place < bits; ++place) {
         const BitLabel *label = At(lblBit, place);

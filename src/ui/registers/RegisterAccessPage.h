@@ -57,8 +57,10 @@ private:
     void ConnectSignals();
 
     void ShowAddress(int32_t address);
+    void ShowBitTarget();
     void ShowBitNames(const QStringList &names);
     void ShowValue(int16_t value);
+    void ShowNoValue();
     void ShowBitValues(int16_t value);
     void MarkInput();
     int32_t AddressInBox() const;
@@ -87,6 +89,7 @@ private:
     QGroupBox *fraBits;
     std::array<BitLabel *, 8> lblBit; // by bit number
     std::array<QLabel *, 8> lblInfo;  // the name of bit 7 first
+    QLabel *lblBitTarget;
 
     RegisterTreeView *TreeView1;
     ToggleIndicator *Shape1;

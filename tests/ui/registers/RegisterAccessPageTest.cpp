@@ -59,10 +59,10 @@ TEST_F(RegisterAccessPageTest, ReadAndWriteUseTheRegisterAtTheAddressIfThereIsOn
 
         {"08h2", 0x08, true, "Mask1|8h|8H|0|0"},
         {"-1", 0x00, true, "#Bytes/BlockRead|0h|0H|0|0"},
-        {"100", -1, true, "Unknown|100h|100H|0|0"},
-        {"FFFF", -1, true, "Unknown|FFFFFFFFh|FFFFFFFFH|0|0"},
-        {"12345678", -1, true, "Unknown|12345678h|12345678H|0|0"},
-        {"123456789", -1, true, "Unknown|7FFFFFFFh|7FFFFFFFH|0|0"},
+        {"100", -1, true, "Unknown|100h|100H||"},
+        {"FFFF", -1, true, "Unknown|FFFFFFFFh|FFFFFFFFH||"},
+        {"12345678", -1, true, "Unknown|12345678h|12345678H||"},
+        {"123456789", -1, true, "Unknown|7FFFFFFFh|7FFFFFFFH||"},
     };
     for (const auto &[typed, address, marked, shown] : cases) {
         SCOPED_TRACE(typed);
@@ -159,6 +159,11 @@ TEST_F(RegisterAccessPageTest, AFlippedBitStartsFromTheValueShownAndEndsAtTheOne
         }
         return int16_t{0};
     };
+    EXPECT_EQ(TextOf("lblBitTarget"), "");
+    Type("txtReadAddr", "c");
+    EXPECT_THAT(TextOf("lblBitTarget").toStdString(), testing::HasSubstr("register Ch"));
+    Type("txtReadAddr", "b");
+    EXPECT_EQ(TextOf("lblBitTarget"), "");
     QTest::mouseClick(&Find("lblBit(6)"), Qt::RightButton);
     QTest::mousePress(&Find("lblBit(6)"), Qt::LeftButton);
     QTest::mouseRelease(&Find("lblBit(6)"), Qt::LeftButton, {}, {-9, 5});
@@ -176,11 +181,16 @@ TEST_F(RegisterAccessPageTest, WhatIsReadIsToldToAssistiveTechnologyAndWhoHovers
     ReadAt("1");
     for (const auto &[name, told] : {std::pair{"lblRegDescription", "Configuration1"},
                                      {"lblHexVal", "80"},
-                                     {"lblBit(7)", "Bit 7, TBL/SW: 1"},
+                                     {"lblBit(7)", "Bit 7, TBL/SW"},
                                      {"txtReadAddr", "Address"}}) {
         const auto *access = QAccessible::queryAccessibleInterface(&Find(name));
         EXPECT_EQ(access->text(QAccessible::Name), told);
     }
+    auto *bit = QAccessible::queryAccessibleInterface(&Find("lblBit(7)"));
+    EXPECT_TRUE(bit->state().checked);
+    bit->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+    EXPECT_THAT(Adapter().Writes(), ElementsAre(Write(0x01, 0x00)));
+    EXPECT_FALSE(bit->state().checked);
     for (const auto &[bit, name] : {std::pair{"lblBit(0)", "MON/SB"}, {"lblBit(7)", "TBL/SW"}}) {
         QTest::mouseMove(&Find(bit), QPoint(4, 4));
         EXPECT_EQ(Find(bit).toolTip(), name);
@@ -265,6 +275,11 @@ TEST_F(RegisterAccessPageTest, ContinuousReadRepeatsWhileItsTabIsShownAndLeavesT
     clock.Advance(0.6);
     Tick();
     EXPECT_EQ(box.selectedText(), "41H");
+    box.clear();
+    clock.Advance(0.6);
+    Tick();
+    QTest::keyClicks(&box, "b");
+    EXPECT_EQ(box.text(), "B") << "instead of the 0H that the tick has put there";
 
     const auto readsIn2Seconds = [this] {
         Adapter().calls.clear();
