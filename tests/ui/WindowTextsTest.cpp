@@ -4,6 +4,7 @@
 
 #include <QAbstractButton>
 #include <QAbstractItemModel>
+#include <QAccessible>
 #include <QLabel>
 #include <QLineEdit>
 #include <QRegularExpression>
@@ -60,9 +61,26 @@ QString TextsOf(const QWidget &window, const QWidget &control) {
     return texts.filter(QRegularExpression("[^=]$")).join(", ").replace('\n', ' ');
 }
 
+/// Whether assistive technology can tell what a control is, is called and holds.
+bool IsAccessible(QWidget &control) {
+    auto *access = QAccessible::queryAccessibleInterface(&control);
+    const auto role = access->role();
+    const bool holdsText = access->textInterface() != nullptr;
+    return !access->text(QAccessible::Name).isEmpty() && role != QAccessible::Client &&
+           role != QAccessible::NoRole &&
+           (access->valueInterface() == nullptr ||
+            access->valueInterface()->currentValue().isValid() || holdsText);
+}
+
 /// The title of a window and a line for each of its controls, in order of their names.
 std::string TextsOf(const char *name) {
     const QWidget &window = Find(name);
+    for (auto *control : window.findChildren<QWidget *>()) {
+        if (control->focusPolicy() != Qt::NoFocus && control->isVisible()) {
+            EXPECT_TRUE(IsAccessible(*control)) << name << " " << control->metaObject()->className()
+                                                << " " << control->objectName().toStdString();
+        }
+    }
     QStringList lines;
     for (const auto *control : window.findChildren<QWidget *>()) {
         const QString known = control->objectName();

@@ -11,6 +11,7 @@ frmSetupLog::frmSetupLog()
     setWindowTitle(tr("Easy Setup Log"));
     auto *caption = new QLabel(tr("Actions performed when Easy Setup is selected"), this);
     caption->setBuddy(lstSetupLog);
+    lstSetupLog->setAccessibleName(caption->text());
     lstSetupLog->setObjectName(QStringLiteral("lstSetupLog"));
     lstSetupLog->addItems({tr("Enable Monitoring"), tr("Enable Graphing")});
 

@@ -15,6 +15,7 @@
 
 #include <QScopedValueRollback>
 #include <QScreen>
+#include <QStyle>
 #include <QTabWidget>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -32,12 +33,15 @@ frmMain::frmMain(bool usbChosen)
     , monitorLoop(*this) {
     SetupUi();
     ConnectSignals();
-    resize(sizeHint().boundedTo(screen()->availableSize()));
+    // The window manager tells the size of its frame only once the window is shown: ample room.
+    const int titleBar = style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    resize(sizeHint().boundedTo(screen()->availableSize() - QSize(titleBar, 2 * titleBar)));
     StartAdapter(usbChosen, *registerAccess);
 }
 
 void frmMain::SetupUi() {
     SSTab1->setObjectName(QStringLiteral("SSTab1"));
+    SSTab1->setAccessibleName(tr("Pages"));
     SSTab1->addTab(about, tr("About"));
     SSTab1->addTab(registerAccess, tr("Register Access"));
     SSTab1->addTab(visualDisplay, tr("Visual Display"));
