@@ -13,6 +13,7 @@
 #include <QTest>
 #include <QTimer>
 
+#include <csignal>
 #include <sys/wait.h>
 
 /// Tells a fault that a sanitizer found from the program's own end by a failure.
@@ -30,6 +31,11 @@ void AnswerFailure() {
     auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
     if (box != nullptr && box->icon() == QMessageBox::Critical) {
         Say(box->text().toStdString());
+        for (const QWidget *window : QApplication::topLevelWidgets()) {
+            if (window->isVisible() && window->objectName() == "BoardWindow") {
+                Say("beside a board that is lost");
+            }
+        }
         QTest::mouseClick(box->button(QMessageBox::Ok), Qt::LeftButton);
     }
 }
@@ -79,6 +85,8 @@ void Step(const QString &step) {
         QTimer::singleShot(0, qApp, [object] { Do(object); });
     } else if (step.startsWith("close ")) {
         OnScreen(object).close();
+    } else if (step.startsWith("signal ")) {
+        std::raise(object.toInt());
     } else if (step.startsWith("ticks ")) {
         for (int count = object.toInt(); count > 0; --count) {
             Wait(0.05);

@@ -25,8 +25,8 @@ void Say(const std::string &text);
 
 /// Takes steps in the windows on screen, apart by "; ": "cmdOK" clicks, "txtDec=5" types or chooses
 /// an item, "Limits(0)+Up" presses a key, "ticks 5" lets the monitor tick 50 ms apart, "tab
-/// Control" and "close frmMain" do that, "?lblDecVal" says a text, and "later " before a step
-/// leaves it to whatever lets events run.
+/// Control" and "close frmMain" do that, "?lblDecVal" says a text, "signal 15" sends the
+/// program one, and "later " before a step leaves it to whatever lets events run.
 void Do(const QString &steps);
 
 } // namespace ztm::test

@@ -31,6 +31,14 @@ TEST(SimulatorProgram, EndsInOrderAndByAFailureWhateverBecomesOfTheBoard) {
          EXIT_FAILURE, failure},
         {"chkRefuseFirmware; NextCMD; NextCMD; ?SearchResultsLBL; CancelCMD", 0, nothing},
         {"chkPluggedIn; NextCMD; NextCMD; ?SearchResultsLBL; CancelCMD", 0, nothing},
+        {"signal 15", 0, "ended;"},
+        {"NextCMD; USBCheck; later signal 2; NextCMD", 0, "ended;"}, // behind a message
+        {"cmbAddress=0x51; NextCMD; later signal 1; NextCMD", 0, "ended;"},
+        {"NextCMD; NextCMD; FinishCMD; tab Control; cmdHeaters; later signal 15; cmdSaveRegs", 0,
+         "ended;"},
+        {"signal 15; signal 2", 128 + 2, ""},
+        {"signal 1; signal 1", 0, "ended;"}, // as when a terminal is closed
+        {"signal 13; signal 25; CancelCMD", 0, "ended;"},
         {"cmbVariant=ZTM7710; cmbAddress=0x51; NextCMD; NextCMD; ?SearchResultsLIST; CancelCMD", 0,
          "An ZTM7710 was found at:51h, on the USB port ;ended;"},
     };

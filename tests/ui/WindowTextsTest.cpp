@@ -174,7 +174,7 @@ TEST_F(WindowTextsTest, EveryWindowShowsItsTextsAndHidesWhatTheVariantHasNot) {
 }
 
 TEST_F(WindowTextsTest, OnlyOkAndApplyKeepWhatWasChangedInADialog) {
-    for (const bool byCloseBox : {false, true}) {
+    for (const std::string way : {"button", "close box", "key"}) {
         ResetCore();
         StartSessionOf(ZTM7720);
         Find<QTimer>("tmrMain").stop();
@@ -185,8 +185,10 @@ TEST_F(WindowTextsTest, OnlyOkAndApplyKeepWhatWasChangedInADialog) {
             ChangeEverything(dialog);
             const auto cancel =
                 dialog.findChildren<QAbstractButton *>(QRegularExpression("cmdCancel|cmdClose"));
-            byCloseBox || cancel.isEmpty() ? CloseByCloseBox(window) : cancel.first()->click();
-            EXPECT_EQ(LoadedForms().size(), 1U) << window;
+            way == "key"                             ? Press(window, Qt::Key_Escape)
+            : way == "close box" || cancel.isEmpty() ? CloseByCloseBox(window)
+                                                     : cancel.first()->click();
+            EXPECT_EQ(LoadedForms().size(), 1U) << window << " by " << way;
         });
         EXPECT_THAT(Adapter().calls, Each(Field(&Call::direction, 1))) << "nothing but reads";
         ForEveryDialog(
@@ -196,7 +198,8 @@ TEST_F(WindowTextsTest, OnlyOkAndApplyKeepWhatWasChangedInADialog) {
                 auto *button = Find(window).findChild<QAbstractButton *>(name);
                 if (button != nullptr && window != std::string("frmLogging")) {
                     const size_t forms = LoadedForms().size();
-                    button->click();
+                    const bool byKey = way == "key" && name == std::string("cmdOK");
+                    byKey ? Press(window, Qt::Key_Return) : button->click();
                     EXPECT_EQ(LoadedForms().size(), forms - (name == std::string("cmdOK")))
                         << window;
                 }

@@ -162,6 +162,10 @@ protected:
         EXPECT_THAT(Nameless(window), IsEmpty()) << name;
         const auto visited = Round(window);
         EXPECT_THAT(Unreached(window, visited), IsEmpty()) << name;
+        for (const auto *widget : visited) {
+            const auto *option = qobject_cast<const QRadioButton *>(widget);
+            EXPECT_TRUE(option == nullptr || option->isChecked()) << name;
+        }
         if (name != std::string("InitForm")) {
             EXPECT_THAT(StepsBack(window, visited), IsEmpty()) << name;
         }

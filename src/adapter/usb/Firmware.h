@@ -19,9 +19,15 @@ using Firmware = std::vector<HexBlock>;
 /// data does not fit into the RAM.
 std::optional<Firmware> ReadFirmware(const char *path, std::string &whyNot);
 
-/// Holds the CPU of an open device in reset, writes the firmware to its RAM and starts the CPU.
-/// Each transfer takes at most `timeOut`. Returns 0, or a libusb error code; the CPU then stays as
+/// How long a load may take.
+struct LoadBounds {
+    std::chrono::milliseconds transfer{1000}; ///< for one transfer
+    std::chrono::milliseconds whole{30'000};  ///< for all of them
+};
+
+/// Holds the CPU of an open device in reset, writes the firmware to its RAM and starts the CPU,
+/// within the bounds. Returns 0, or a libusb error code; the CPU then stays as
 /// the failed transfer left it. A device that leaves the bus when its CPU starts is no error.
-int Download(Device &device, const Firmware &firmware, std::chrono::milliseconds timeOut);
+int Download(Device &device, const Firmware &firmware, const LoadBounds &bounds);
 
 } // namespace ztm::usb

@@ -95,7 +95,7 @@ std::string UsbAdapter::StartWithFirmware(const Firmware &firmware) {
     Context opened;
     {
         ArrivalWatch watch(context.get(), runningAdapter);
-        if (const int error = Download(device, firmware, bounds.loadTransfer)) {
+        if (const int error = Download(device, firmware, bounds.load)) {
             return "the firmware could not be loaded into the USB adapter " + Text(loadingAdapter) +
                    ": " + libusb_strerror(error);
         }

@@ -11,8 +11,8 @@ namespace ztm::usb {
 
 /// Longest waits for the adapter.
 struct Bounds {
-    std::chrono::milliseconds request{500};       ///< for one request
-    std::chrono::milliseconds loadTransfer{1000}; ///< for one transfer of the firmware load
+    std::chrono::milliseconds request{500};   ///< for one request
+    LoadBounds load{};                        ///< for the firmware load
     std::chrono::milliseconds comeBack{5000}; ///< from the end of the load to the adapter's return
     std::chrono::milliseconds look{250};      ///< between two checks for the returned adapter
 };

@@ -126,12 +126,12 @@ QGroupBox *ControlPage::NewFileFrame() {
 
 void ControlPage::ConnectSignals() {
     connect(cmdConParam, &QPushButton::clicked, this, &ControlPage::cmdConParam_Click);
-    connect(cmdAuto, &QPushButton::clicked, this, [] { ShowForm<frmAutoControl>(); });
-    connect(cmdSetLookups, &QPushButton::clicked, this, [] { ShowForm<frmLookup>(); });
+    connect(cmdAuto, &QPushButton::clicked, this, [this] { ShowForm<frmAutoControl>(this); });
+    connect(cmdSetLookups, &QPushButton::clicked, this, [this] { ShowForm<frmLookup>(this); });
     connect(cmdManual, &QPushButton::clicked, this, &ControlPage::cmdManual_Click);
-    connect(cmdThermTemp, &QPushButton::clicked, this, [] { ShowForm<frmThermTemp>(); });
-    connect(cmdThermTimer, &QPushButton::clicked, this, [] { ShowForm<frmThermTimer>(); });
-    connect(cmdHeaters, &QPushButton::clicked, this, [] { ShowForm<frmHeaters>(); });
+    connect(cmdThermTemp, &QPushButton::clicked, this, [this] { ShowForm<frmThermTemp>(this); });
+    connect(cmdThermTimer, &QPushButton::clicked, this, [this] { ShowForm<frmThermTimer>(this); });
+    connect(cmdHeaters, &QPushButton::clicked, this, [this] { ShowForm<frmHeaters>(this); });
     connect(cmdLogData, &QPushButton::clicked, this, &ControlPage::cmdLogData_Click);
     connect(cmdSaveRegs, &QPushButton::clicked, this, &ControlPage::cmdSaveRegs_Click);
     connect(cmdRecallRegs, &QPushButton::clicked, this, &ControlPage::cmdRecallRegs_Click);
@@ -192,7 +192,7 @@ void ControlPage::TickDone() {
 }
 
 void ControlPage::cmdConParam_Click() {
-    connect(&ShowForm<frmConfig>(), &frmConfig::ControlTypeApplied, this,
+    connect(&ShowForm<frmConfig>(this), &frmConfig::ControlTypeApplied, this,
             &ControlPage::ShowControlType, Qt::UniqueConnection);
 }
 
@@ -202,14 +202,14 @@ void ControlPage::cmdLogData_Click() {
         StopLog();
         ShowLog();
     } else {
-        connect(&ShowForm<frmLogging>(), &frmLogging::LogStarted, this, &ControlPage::ShowLog,
+        connect(&ShowForm<frmLogging>(this), &frmLogging::LogStarted, this, &ControlPage::ShowLog,
                 Qt::UniqueConnection);
     }
 }
 
 /// Reads the speeds again if the dialog is already open, and twice if it is not.
 void ControlPage::cmdManual_Click() {
-    ShowForm<frmManual>().Form_Load();
+    ShowForm<frmManual>(this).Form_Load();
 }
 
 // Both end silently if the file cannot be written or read.

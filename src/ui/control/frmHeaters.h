@@ -26,6 +26,8 @@ public:
 
 protected:
     void Form_Unload() override;
+    void EnterPressed() override { cmdApply_Click(); }
+    void EscapePressed() override { cmdClose_Click(); }
 
 private:
     struct HeaterControls {

@@ -39,6 +39,7 @@ public:
 protected:
     void closeEvent(QCloseEvent *event) override;
     void Form_Unload() override;
+    void EscapePressed() override { cmdClose_Click(); }
 
 private:
     /// Slider moves that have not been written to the chip yet.

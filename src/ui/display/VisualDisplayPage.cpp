@@ -21,7 +21,6 @@
 #include <QButtonGroup>
 #include <QGridLayout>
 #include <QLabel>
-#include <QRadioButton>
 
 namespace ztm {
 namespace {
@@ -85,8 +84,7 @@ QGroupBox *VisualDisplayPage::NewAlertsFrame() {
     auto *rows = new QGridLayout;
     for (int channel = 0; channel < ChannelCount; ++channel) {
         const QString name = ToQString(ChannelAt(channel).Name);
-        auto *option = new QRadioButton(name, frame);
-        option->setObjectName(IndexedName("optMeasure", channel));
+        auto *option = NewOption(IndexedName("optMeasure", channel), name, frame);
         auto *indicator = new ToggleIndicator(frame);
         indicator->setObjectName(IndexedName("tglAlert", channel));
         indicator->setAccessibleName(tr("Alert %1").arg(name));
@@ -298,7 +296,7 @@ void VisualDisplayPage::cmdEasySetup_Click() {
 }
 
 void VisualDisplayPage::cmdGraphOptions_Click() {
-    connect(&ShowForm<frmGraphOptions>(), &frmGraphOptions::Applied, this,
+    connect(&ShowForm<frmGraphOptions>(this), &frmGraphOptions::Applied, this,
             &VisualDisplayPage::ShowOptions, Qt::UniqueConnection);
 }
 
@@ -312,7 +310,7 @@ void VisualDisplayPage::ShowOptions() {
 }
 
 void VisualDisplayPage::cmdSetUpLog_Click() {
-    ShowForm<frmSetupLog>();
+    ShowForm<frmSetupLog>(this);
 }
 
 } // namespace ztm

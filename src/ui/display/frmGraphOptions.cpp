@@ -15,7 +15,6 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QRadioButton>
 
 #include <cmath>
 
@@ -103,8 +102,8 @@ QGroupBox *frmGraphOptions::NewGraphFrame() {
     const QString captions[] = {tr("Graph Temperature only"), tr("Graph Fan Speed only"),
                                 tr("Graph Temperature and Fan Speed")};
     for (size_t option = 0; option < optGraphType.size(); ++option) {
-        optGraphType[option] = new QRadioButton(captions[option], frame);
-        optGraphType[option]->setObjectName(IndexedName("optGraphType", option));
+        optGraphType[option] =
+            NewOption(IndexedName("optGraphType", option), captions[option], frame);
     }
     chkBigGraph = NewCheck("chkBigGraph", tr("Full-screen Graph"), frame);
     return NewColumn(frame, {optGraphType[0], optGraphType[1], optGraphType[2], chkBigGraph});

@@ -13,6 +13,9 @@ class frmSetupLog final : public Form {
 public:
     frmSetupLog();
 
+protected:
+    void EscapePressed() override { close(); }
+
 private:
     QListWidget *lstSetupLog;
 };

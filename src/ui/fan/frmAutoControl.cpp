@@ -24,7 +24,6 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QRadioButton>
 
 #include <cmath>
 #include <limits>
@@ -91,8 +90,8 @@ QGroupBox *frmAutoControl::NewSourceFrame() {
 
 QGroupBox *frmAutoControl::NewTransitionFrame() {
     auto *frame = Named(new Frame(tr("Transition Type"), this), "Frame3");
-    optDiscrete = Named(new QRadioButton(tr("Discrete"), frame), "optDiscrete");
-    optLinear = Named(new QRadioButton(tr("Linear"), frame), "optLinear");
+    optDiscrete = NewOption(QStringLiteral("optDiscrete"), tr("Discrete"), frame);
+    optLinear = NewOption(QStringLiteral("optLinear"), tr("Linear"), frame);
     auto *layout = new QHBoxLayout(frame);
     layout->addWidget(optDiscrete);
     layout->addWidget(optLinear);
@@ -104,8 +103,8 @@ QGroupBox *frmAutoControl::NewPointFrame() {
     auto *frame = Named(new Frame(tr("Select Look-Up Point"), this), "Frame1");
     auto *points = new QGridLayout;
     for (int point = 0; point < LookupPoints; ++point) {
-        auto *option = new QRadioButton(QString::number(point + 1), frame);
-        option->setObjectName(IndexedName("optControl", point));
+        auto *option =
+            NewOption(IndexedName("optControl", point), QString::number(point + 1), frame);
         At(optControl, point) = option;
         points->addWidget(option, point / PointsPerFan, point % PointsPerFan, Qt::AlignLeft);
     }

@@ -12,7 +12,6 @@
 
 #include <QComboBox>
 #include <QGridLayout>
-#include <QRadioButton>
 #include <QTabWidget>
 
 namespace ztm {
@@ -67,11 +66,12 @@ void frmConfig::SetupUi() {
 QWidget *frmConfig::NewGeneralPage() {
     auto *page = new QWidget;
     Frame5 = Named(new Frame(tr("Control Type"), page), "Frame5");
-    optAuto = Named(new QRadioButton(tr("Automatic Control via Lookup Table"), Frame5), "optAuto");
-    optManual = Named(new QRadioButton(tr("Manual Control"), Frame5), "optManual");
+    optAuto =
+        NewOption(QStringLiteral("optAuto"), tr("Automatic Control via Lookup Table"), Frame5);
+    optManual = NewOption(QStringLiteral("optManual"), tr("Manual Control"), Frame5);
     Frame1 = Named(new Frame(tr("Lookup Table"), page), "Frame1");
-    opt4Points = Named(new QRadioButton(tr("Fan1:4-points Fan2:4-Points"), Frame1), "opt4Points");
-    opt8Points = Named(new QRadioButton(tr("8-Points for both fans"), Frame1), "opt8Points");
+    opt4Points = NewOption(QStringLiteral("opt4Points"), tr("Fan1:4-points Fan2:4-Points"), Frame1);
+    opt8Points = NewOption(QStringLiteral("opt8Points"), tr("8-Points for both fans"), Frame1);
     const auto fill = [](QGroupBox *frame, QRadioButton *first, QRadioButton *second) {
         auto *layout = new QVBoxLayout(frame);
         layout->addWidget(first, 0, Qt::AlignLeft);

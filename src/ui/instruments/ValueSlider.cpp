@@ -202,6 +202,7 @@ void ValueSlider::mousePressEvent(QMouseEvent *event) {
     const bool onHandle = HandleRect().contains(event->position());
     dragged = true;
     moved = !onHandle;
+    start = value;
     pressed = event->position();
     // A handle grabbed off its middle keeps its distance from the mouse, so that it does not jump.
     // Within a pixel it counts as the middle.
@@ -262,6 +263,13 @@ void ValueSlider::keyPressEvent(QKeyEvent *event) {
     case Qt::Key_End:
         MoveTo(maximum);
         break;
+    case Qt::Key_Escape:
+        if (dragged) {
+            MoveTo(start);
+            Release();
+            break;
+        }
+        [[fallthrough]];
     default:
         QWidget::keyPressEvent(event);
         break;

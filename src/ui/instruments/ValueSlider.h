@@ -112,6 +112,7 @@ private:
     Face face;
     bool dragged = false;
     bool moved = false; // since the mouse was pressed
+    double start = 0;   // the value then
     QPointF pressed;    // where the mouse grabbed the handle
     double held = 0;    // from the middle of the handle down to there
     WheelSteps wheel;

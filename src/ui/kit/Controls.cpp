@@ -3,6 +3,7 @@
 #include <QComboBox>
 #include <QEvent>
 #include <QGridLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 
@@ -20,12 +21,44 @@ protected:
     }
 };
 
+/// A held Enter key must not press the buttons of one window after the other.
+class Button final : public QPushButton {
+public:
+    using QPushButton::QPushButton;
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override {
+        if (!IsEnter(*event) || !event->isAutoRepeat()) {
+            QPushButton::keyPressEvent(event);
+        }
+    }
+};
+
 } // namespace
 
+bool IsEnter(const QKeyEvent &event) {
+    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+}
+
 QPushButton *NewButton(const char *name, const QString &caption, QWidget *parent) {
-    auto *button = Named(new QPushButton(caption, parent), name);
+    auto *button = Named(new Button(caption, parent), name);
     button->setAutoDefault(true);
     return button;
+}
+
+QRadioButton *NewOption(const QString &name, const QString &caption, QWidget *parent) {
+    auto *option = new QRadioButton(caption, parent);
+    option->setObjectName(name);
+    // By itself a group moves its stop only with the focus.
+    QObject::connect(option, &QRadioButton::toggled, option, [option, parent](bool checked) {
+        if (!checked) {
+            return;
+        }
+        for (auto *other : parent->findChildren<QRadioButton *>(Qt::FindDirectChildrenOnly)) {
+            other->setFocusPolicy(other == option ? Qt::StrongFocus : Qt::ClickFocus);
+        }
+    });
+    return option;
 }
 
 QHBoxLayout *NewButtonRow(std::initializer_list<QPushButton *> buttons) {

@@ -4,12 +4,14 @@
 
 #include <QHBoxLayout>
 #include <QPushButton>
+#include <QRadioButton>
 
 #include <initializer_list>
 #include <string>
 
 class QComboBox;
 class QGridLayout;
+class QKeyEvent;
 class QLabel;
 
 namespace ztm {
@@ -21,8 +23,14 @@ Control *Named(Control *control, const char *name) {
     return control;
 }
 
-/// A push button that also takes the Enter key when it has the focus.
+/// Whether an event is about one of the two Enter keys.
+bool IsEnter(const QKeyEvent &event);
+
+/// A push button that also takes the Enter key when it has the focus, once each time it is pressed.
 QPushButton *NewButton(const char *name, const QString &caption, QWidget *parent);
+
+/// An option button. The Tab key stops at the one that is checked among those of the same parent.
+QRadioButton *NewOption(const QString &name, const QString &caption, QWidget *parent);
 
 /// The buttons that close a dialog, in a row at its right.
 QHBoxLayout *NewButtonRow(std::initializer_list<QPushButton *> buttons);

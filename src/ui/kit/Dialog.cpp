@@ -35,6 +35,14 @@ void Dialog::AddOkApplyCancel(QBoxLayout &layout) {
     AddButton(layout, "cmdCancel", tr("Cancel"), &Dialog::cmdCancel_Click);
 }
 
+void Dialog::EnterPressed() {
+    cmdOK->click();
+}
+
+void Dialog::EscapePressed() {
+    cmdCancel_Click();
+}
+
 void Dialog::cmdOK_Click() {
     if (Apply()) {
         cmdCancel_Click();

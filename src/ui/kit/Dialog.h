@@ -9,7 +9,7 @@ class QPushButton;
 namespace ztm {
 
 /// A window in which the user changes settings. OK applies them and closes the window, Apply
-/// leaves it open, Cancel closes it and applies nothing.
+/// leaves it open, Cancel closes it and applies nothing. Enter presses OK, Escape Cancel.
 class Dialog : public Form {
     Q_OBJECT
 
@@ -26,6 +26,9 @@ protected:
     void AddOkApplyCancel(QBoxLayout &layout);
 
     QPushButton &OkButton() { return *cmdOK; }
+
+    void EnterPressed() override;
+    void EscapePressed() override;
 
 private:
     QPushButton *AddButton(QBoxLayout &layout, const char *name, const QString &caption,

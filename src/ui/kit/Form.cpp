@@ -1,7 +1,11 @@
 #include "ui/kit/Form.h"
 
+#include "ui/kit/Controls.h"
+
 #include <QCloseEvent>
 #include <QCoreApplication>
+#include <QKeyEvent>
+#include <QWindow>
 
 namespace ztm {
 namespace {
@@ -38,11 +42,27 @@ void Form::closeEvent(QCloseEvent *event) {
     Unload();
 }
 
+void Form::keyPressEvent(QKeyEvent *event) {
+    const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == 0 && !event->isAutoRepeat();
+    if (plain && IsEnter(*event)) {
+        EnterPressed();
+    } else if (plain && event->key() == Qt::Key_Escape) {
+        EscapePressed();
+    } else {
+        QWidget::keyPressEvent(event);
+    }
+}
+
 const std::vector<Form *> &LoadedForms() {
     return loadedForms;
 }
 
-void ShowForm(Form &form) {
+void ShowForm(Form &form, const QWidget *opener) {
+    if (opener != nullptr && form.windowType() != Qt::Dialog) {
+        form.setWindowFlags(form.windowFlags() | Qt::Dialog); // window systems ask for the kind
+        form.winId();                                         // makes its handle
+        form.windowHandle()->setTransientParent(opener->window()->windowHandle());
+    }
     form.setWindowState(form.windowState() & ~Qt::WindowMinimized);
     form.show();
     form.raise();

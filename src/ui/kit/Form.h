@@ -27,7 +27,12 @@ protected:
     /// What the window does when unloaded.
     virtual void Form_Unload() {}
 
+    /// What the keys do where no control in the way has a use for them. A held key counts once.
+    virtual void EnterPressed() {}
+    virtual void EscapePressed() {}
+
     void closeEvent(QCloseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     bool unloading = false;
@@ -54,14 +59,15 @@ FormClass &LoadForm(Arguments &&...arguments) {
     return form != nullptr ? *form : *new FormClass(std::forward<Arguments>(arguments)...);
 }
 
-/// Shows a window and brings it to the front.
-void ShowForm(Form &form);
+/// Shows a window and brings it to the front. It stays above the window of its `opener`, if there
+/// is one, which can still be used and does not take it along when it is deleted.
+void ShowForm(Form &form, const QWidget *opener = nullptr);
 
-/// Loads the window of that class if necessary, shows it and brings it to the front.
+/// The same for the window of that class, which is loaded if necessary.
 template <class FormClass>
-FormClass &ShowForm() {
+FormClass &ShowForm(const QWidget *opener = nullptr) {
     FormClass &form = LoadForm<FormClass>();
-    ShowForm(form);
+    ShowForm(form, opener);
     return form;
 }
 

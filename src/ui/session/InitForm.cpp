@@ -14,7 +14,6 @@
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QCoreApplication>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
 #include <QProgressBar>
@@ -284,7 +283,7 @@ void InitForm::NavigateWizard() {
         NextCMD->setEnabled(true);
         FinishCMD->setEnabled(false);
     }
-    if (CurrentPage == 1) {
+    if (CurrentPage == 1 || !MovingForward) {
         NextCMD->setFocus();
     }
 }
@@ -346,6 +345,10 @@ void InitForm::ShowSearchResults() {
         tr("Sorry, no %1s were found. Please check all connections and try again")
             .arg(ToQString(FamilyName)));
     SearchInsLBL->setText(tr("Click Back to continue..."));
+    if (AdapterFailed) {
+        SearchResultsLBL->setToolTip(tr("The adapter could not be started, and is not tried again. "
+                                        "Only a new start of the program helps."));
+    }
     FinishCMD->setEnabled(false);
 }
 
@@ -408,18 +411,17 @@ void InitForm::resizeEvent(QResizeEvent *event) {
     PlacePanels();
 }
 
-/// Enter clicks Next or Finish from any control that does not use it.
-void InitForm::keyPressEvent(QKeyEvent *event) {
-    if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) {
-        Form::keyPressEvent(event);
-        return;
-    }
+void InitForm::EnterPressed() {
     for (auto *button : {NextCMD, FinishCMD}) {
         if (button->isEnabled()) {
             button->click();
             return;
         }
     }
+}
+
+void InitForm::EscapePressed() {
+    CancelCMD->click(); // nothing while it is disabled
 }
 
 void InitForm::SetProgressMaximum(int units) {

@@ -29,7 +29,8 @@ protected:
     void closeEvent(QCloseEvent *event) override;
     void changeEvent(QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
-    void keyPressEvent(QKeyEvent *event) override;
+    void EnterPressed() override;
+    void EscapePressed() override;
 
 private:
     void SetupUi();

@@ -6,6 +6,7 @@
 #include "ui/kit/Text.h"
 #include "ui/session/InitForm.h"
 #include "ui/session/ProductPicture.h"
+#include "ui/session/Signals.h"
 #include "ui/session/frmMain.h"
 
 #include <QApplication>
@@ -42,8 +43,14 @@ int RunProgram(char *name, CompanionMaker companion) {
     // The program ends with the last of its own windows, whatever else is open.
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setWindowIcon(ProductPicture::Icon());
-    SetCommFailureHandler(EndAfterCommFailure);
+    TakeSignals();
     const auto beside = companion != nullptr ? companion() : nullptr;
+    SetCommFailureHandler([&beside] {
+        if (beside) {
+            beside->hide(); // the end takes minutes in which no window answers
+        }
+        EndAfterCommFailure();
+    });
     if (beside) {
         beside->show();
     }

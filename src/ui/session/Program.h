@@ -13,7 +13,8 @@ using CompanionMaker = std::unique_ptr<QWidget> (*)();
 /// end. After a failed adapter request it tells the user, unloads every window and ends the process
 /// with another code, without returning. The command line is ignored: `name` is the program's own
 /// name. A `companion` is shown while the program runs; the program ends with the last of its own
-/// windows, even if the companion is still open.
+/// windows, even if the companion is still open, which a failed request hides. Signals end it as
+/// TakeSignals says.
 int RunProgram(char *name, CompanionMaker companion = nullptr);
 
 /// Ends the process now, without unloading a window.

@@ -29,7 +29,7 @@ using namespace std::chrono_literals;
 using Then = Answer::Then;
 
 constexpr usb::Bounds shortBounds{
-    .request = 300ms, .loadTransfer = 300ms, .comeBack = 800ms, .look = 20ms};
+    .request = 300ms, .load = {300ms, 600ms}, .comeBack = 800ms, .look = 20ms};
 
 /// Two runs of data: with holding and starting the CPU, a load of four transfers.
 const std::string smallFirmware = ":03001000AABBCCBC\n:0200400011228B\n:00000001FF\n";
@@ -318,6 +318,9 @@ TEST_F(UsbTest, AFailedLoadEndsInTimeWithNothingOpen) {
         EXPECT_TRUE(bus.IsClosedByAll()) << what;
         EXPECT_EQ(ReadAt(0x20), failed) << what;
     }
+    device.SetFault([](auto...) { return Answer{.delay = 250ms}; });
+    device.PlugLoading();
+    EXPECT_THAT(ReasonOfFailedStart(firmware), HasSubstr("ztm-eval: " + notLoaded)) << "all slow";
 }
 
 TEST_F(UsbTest, AFileThatIsNoFirmwareIsRefusedWithNothingSent) {

@@ -3,6 +3,7 @@
 #include "link/Heaters.h"
 #include "monitor/Channels.h"
 #include "monitor/MonitorSettings.h"
+#include "ui/control/frmManual.h"
 #include "ui/instruments/ValueSlider.h"
 
 #include <QTest>
@@ -84,6 +85,17 @@ TEST_F(ManualTest, ADragWritesAtMostOncePerTickAndAlwaysItsLastValue) {
     EXPECT_EQ(Asked(), SetTo(0)) << "letting go does not wait, however long the period";
     Tick();
     EXPECT_EQ(Asked(), "");
+    const double before = Slider(0).Value();
+    Grip(0);
+    Drag(0, 3000);
+    Asked();
+    Press("sldFan(0)", Qt::Key_Escape);
+    EXPECT_EQ(Slider(0).Value(), before) << "Escape first ends the drag";
+    Drag(0, 3000);
+    Press("sldFan(0)", Qt::Key_Enter);
+    EXPECT_EQ(Asked(), SetTo(0));
+    Press("sldFan(0)", Qt::Key_Escape);
+    EXPECT_EQ(LoadedForm<frmManual>(), nullptr);
 }
 
 TEST_F(ManualTest, AValueThatWaitsIsWrittenWhenTheDialogIsClosedOrReadAgain) {

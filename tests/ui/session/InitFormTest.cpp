@@ -52,9 +52,9 @@ TEST_F(InitFormTest, PagesButtonsAndFocusFollowTheWayAndEverySearchUsesTheOneSta
         {"BackCMD", welcome, "NextCMD", {}},
         {"NextCMD", medium, "NextCMD", {}},
         {"NextCMD", found, "FinishCMD", {Handshake, Read(0x3D)}},
-        {"BackCMD", medium, "BackCMD", {}},
+        {"BackCMD", medium, "NextCMD", {}},
         {"NextCMD", found, "FinishCMD", {Read(0x3D)}},
-        {"BackCMD", medium, "BackCMD", {}},
+        {"BackCMD", medium, "NextCMD", {}},
         {"NextCMD", "SearchResultsPanel 0 BackCMD CancelCMD", "BackCMD", {}, 0},
     };
     OpenWizard();
@@ -88,6 +88,11 @@ TEST_F(InitFormTest, AsksForAMediumWhenNoneIsChecked) {
 TEST_F(InitFormTest, EnterGoesOnFromAnyControlAndAStartMakesExactlyTheseRequests) {
     OpenWizard();
     Press("NextCMD", Qt::Key_Return);
+    for (const char *control : {"NextCMD", "USBCheck"}) {
+        QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, "\r", true);
+        QCoreApplication::sendEvent(&Find(control), &held);
+    }
+    EXPECT_TRUE(Find("SeclectComsMediumPanel").isVisible()) << "a held key counts once";
     Press("USBCheck", Qt::Key_Return);
     EXPECT_TRUE(Find("SearchResultsPanel").isVisible());
     Press("SearchResultsLIST", Qt::Key_Enter);
@@ -104,13 +109,13 @@ TEST_F(InitFormTest, EnterGoesOnFromAnyControlAndAStartMakesExactlyTheseRequests
     EXPECT_EQ(CommsMedium, MediumUSB);
 }
 
-TEST_F(InitFormTest, CancelAndCloseBoxEndTheProgramFromEveryPage) {
+TEST_F(InitFormTest, CancelCloseBoxAndEscapeEndTheProgramFromEveryPage) {
     const struct {
         int pages;
         int16_t firmwareResult;
         std::vector<Call> asked;
     } cases[] = {{0, 0, {}}, {1, 0, {}}, {2, -1, {}}, {2, 0, {Handshake, Read(0x3D), Handshake}}};
-    for (const bool byCloseBox : {false, true}) {
+    for (const char *way : {"Cancel", "close box", "Escape"}) {
         for (const auto &[pages, firmwareResult, asked] : cases) {
             ResetCore();
             Adapter().registers[0x3D] = 0x34;
@@ -123,8 +128,13 @@ TEST_F(InitFormTest, CancelAndCloseBoxEndTheProgramFromEveryPage) {
                 EXPECT_EQ(Seen(), "SearchResultsPanel 0 BackCMD CancelCMD");
                 EXPECT_TRUE(Find<ToggleIndicator>("Shape1").IsAlarm());
             }
-            byCloseBox ? CloseByCloseBox("InitForm") : Click("CancelCMD");
-            EXPECT_THAT(LoadedForms(), IsEmpty()) << "after " << pages << " pages";
+            if (pages == 2) {
+                EXPECT_EQ(Find("SearchResultsLBL").toolTip().isEmpty(), firmwareResult == 0);
+            }
+            way == std::string("Cancel")      ? Click("CancelCMD")
+            : way == std::string("close box") ? CloseByCloseBox("InitForm")
+                                              : Press("BackCMD", Qt::Key_Escape);
+            EXPECT_THAT(LoadedForms(), IsEmpty()) << "after " << pages << " pages by " << way;
             EXPECT_EQ(Adapter().calls, asked) << "after " << pages << " pages";
             DeleteAllForms();
         }
@@ -136,7 +146,10 @@ TEST_F(InitFormTest, ItsCloseBoxEndsTheProgramDuringASearch) {
     int probes = 0;
     Adapter().registers[0x3D] = 0;
     Adapter().script = [&](const Call &call) {
-        if (call == Read(0x3D) && ++probes == 5) {
+        probes += call == Read(0x3D);
+        if (call == Read(0x3D) && probes == 3) {
+            QTimer::singleShot(0, [] { Press("InitForm", Qt::Key_Escape); }); // Cancel is gray
+        } else if (call == Read(0x3D) && probes == 5) {
             QTimer::singleShot(0, [] { CloseByCloseBox("InitForm"); });
         }
         return int16_t{0};

@@ -5,6 +5,7 @@
 #include "support/UiTest.h"
 
 #include <QTimer>
+#include <QWindow>
 
 namespace ztm::test {
 namespace {
@@ -39,7 +40,18 @@ TEST_F(SessionTest, StartsFromTheDefaultsAndAnIdleTickOnlyAppliesThePeriod) {
 
 TEST_F(SessionTest, ClosingTheMainWindowClosesEveryOtherFirstAndThenSaysGoodbye) {
     StartSessionOf(ZTM7720);
-    ForEveryDialog([](const char *) {});
+    ForEveryDialog([](const char *window) {
+        const auto *handle = Find(window).windowHandle();
+        EXPECT_EQ(handle->transientParent(), Find("frmMain").windowHandle()) << window;
+        EXPECT_EQ(handle->modality(), Qt::NonModal) << window;
+    });
+    Press("frmGraphOptions", Qt::Key_Escape);
+    ClickTab("Visual Display");
+    Click("cmdGraphOptions");
+    Click("chkBigGraph");
+    Press("frmGraphOptions", Qt::Key_Enter);
+    Press("frmBigGraph", Qt::Key_Escape);
+    EXPECT_EQ(Find("frmBigGraph").windowHandle()->transientParent(), nullptr);
     Adapter().calls.clear();
     Adapter().script = [](const Call &) {
         EXPECT_THAT(LoadedForms(), ElementsAre(&Find("frmMain")));
