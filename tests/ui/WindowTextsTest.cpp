@@ -116,7 +116,7 @@ protected:
         box.setText("-1e9");
         const QString reason = box.toolTip();
         for (const auto &[start, key] :
-             {std::pair{"-1e9", Qt::Key_Down}, {"10", Qt::Key_Up}, {"1e9", Qt::Key_Up}}) {
+             {std::pair{"-1e9", Qt::Key_Up}, {"10", Qt::Key_Up}, {"1e9", Qt::Key_Down}}) {
             box.setText(start);
             QTest::keyClick(&box, key);
             ends += box.text();

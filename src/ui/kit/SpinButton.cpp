@@ -18,6 +18,11 @@ constexpr int shownCharacters = 8;
 
 } // namespace
 
+int64_t SpinRange::Moved(int64_t value, int64_t change) const {
+    const auto limited = std::clamp<int64_t>(value + change, minimum, maximum);
+    return change > 0 ? std::max(limited, value) : std::min(limited, value);
+}
+
 SpinButton::SpinButton(QLineEdit &textBox, SpinRange spinRange, QWidget *parent)
     : QWidget(parent), box(textBox), range(spinRange) {
     setObjectName(box.objectName() + QStringLiteral("Spin"));
@@ -30,7 +35,7 @@ SpinButton::SpinButton(QLineEdit &textBox, SpinRange spinRange, QWidget *parent)
     box.installEventFilter(this);
 }
 
-/// The arrows take no focus: the box's keys do the same.
+/// The arrows take no focus for themselves: the box's keys do the same.
 QToolButton *SpinButton::NewArrow(Qt::ArrowType arrow, const char *suffix, const QString &name,
                                   int steps) {
     auto *button = new QToolButton(this);
@@ -40,7 +45,10 @@ QToolButton *SpinButton::NewArrow(Qt::ArrowType arrow, const char *suffix, const
     button->setFocusPolicy(Qt::NoFocus);
     button->setAutoRepeat(true);
     button->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
-    connect(button, &QToolButton::clicked, this, [this, steps] { Step(steps); });
+    connect(button, &QToolButton::clicked, this, [this, steps] {
+        box.setFocus();
+        Step(steps);
+    });
     return button;
 }
 
@@ -51,9 +59,10 @@ QSize SpinButton::sizeHint() const {
 
 void SpinButton::Step(int steps) {
     const int64_t value = ToInt32(NumberIn(box));
-    const int64_t moved =
-        std::clamp<int64_t>(value + int64_t{steps} * range.step, range.minimum, range.maximum);
-    ShowNumber(box, static_cast<double>(moved));
+    const int64_t moved = range.Moved(value, int64_t{steps} * range.step);
+    if (moved != value) {
+        EnterNumber(box, static_cast<double>(moved));
+    }
 }
 
 bool SpinButton::eventFilter(QObject *watched, QEvent *event) {

@@ -15,7 +15,7 @@ TEST_F(HeatersTest, ApplySendsBothDutiesAtOnceAndKeepsTheSettings) {
             "cmdApply; txtPWM(0)=12.7; ?; cmdApply; txtPWM(0)=off; ?; cmdApply; txtPWM(0)=1e300; "
             "cmdApply; txtPWM(0)=; cmdApply; tick; tick",
             "duty=60,7 duty=100,7 duty=0,7 duty=12,7 duty=0,7 duty=100,7 duty=0,7",
-            "60 / 150 ! / -5 ! / 12.7 / off", ZTM7720}});
+            "60 / 150 ! / -5 ! / 12.7 / off !", ZTM7720}});
     const char *second = "txtPWM(1) chkSWControl(1) txtFrom(1) txtTo(1) txtIncrement(1) "
                          "txtInterval(1) chkSWControl(0)";
     const std::string reopen = "; cmdApply; cmdClose; cmdHeaters; ?";
