@@ -52,15 +52,18 @@ void CorrectText(QLineEdit &box, const QString &text) {
     box.setCursorPosition(static_cast<int>(text.size() - behindCaret));
 }
 
-void MarkField(QLineEdit &box, const QString &reason) {
-    box.setToolTip(reason);
-    box.setAccessibleDescription(reason);
+void MarkField(QWidget &control, const QString &reason) {
+    control.setToolTip(reason);
+    control.setAccessibleDescription(reason);
     QPalette palette;
     if (!reason.isEmpty()) {
-        palette.setColor(QPalette::Base, markedBase);
+        palette.setColor(control.backgroundRole(), markedBase);
         palette.setColor(QPalette::Text, markedText);
+        palette.setColor(QPalette::WindowText, markedText); // the text of an option
     }
-    box.setPalette(palette);
+    control.setPalette(palette);
+    // A box fills its frame itself.
+    control.setAutoFillBackground(!reason.isEmpty() && control.backgroundRole() != QPalette::Base);
 }
 
 QString HowRead(const QLineEdit &box) {

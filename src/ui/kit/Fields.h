@@ -4,6 +4,7 @@
 
 class QLineEdit;
 class QString;
+class QWidget;
 
 namespace ztm {
 
@@ -22,9 +23,9 @@ void EnterNumber(QLineEdit &box, double number);
 /// many characters from the end as before.
 void CorrectText(QLineEdit &box, const QString &text);
 
-/// Marks a box with an invalid text by colour and a tooltip that says why; an empty `reason`
-/// removes the mark.
-void MarkField(QLineEdit &box, const QString &reason);
+/// Marks a box, or another control that stands for an invalid value, by colour and a tooltip that
+/// says why; an empty `reason` removes the mark.
+void MarkField(QWidget &control, const QString &reason);
 
 /// Says that the text of a box is not a number as a whole, and how it is read; empty if it is one
 /// or blank. The number in it must be finite.
