@@ -164,6 +164,10 @@ TEST_F(WindowTextsTest, OnlyOkAndApplyKeepWhatWasChangedInADialog) {
         ForEveryDialog([&](const char *window) {
             auto &dialog = Find(window);
             opened[window] = TextsOf(window);
+            if (const auto *box = dialog.findChild<QLineEdit *>()) {
+                EXPECT_EQ(box->selectedText(), box->text()) << window;
+                EXPECT_EQ(dialog.focusWidget(), box) << window;
+            }
             ChangeEverything(dialog);
             const auto cancel =
                 dialog.findChildren<QAbstractButton *>(QRegularExpression("cmdCancel|cmdClose"));

@@ -56,5 +56,14 @@ TEST_F(HeatersTest, TheRampOfOneHeaterLeavesTheOtherAlone) {
           "", ZTM7720}});
 }
 
+TEST_F(HeatersTest, TheRampDoesNotMixItsDutyWithWhatIsTyped) {
+    Open(ZTM7720);
+    EXPECT_EQ(Do("chkSWControl(0); txtPWM(0)=33; cmdApply; tick; ?; txtPWM(0)+5; ?; tick; ?; "
+                 "txtPWM(0)+0; tick; ?; cmdApply; ?; tick; ?; txtPWM(0)+7; tick; txtPWM(0)+Ctrl+Z; "
+                 "?; txtPWM(0)+8; tick; txtFrom(0)+Home; ?; txtPWM(0)SpinUp; tick; ?",
+                 "txtPWM(0)"),
+              "20 / 5 / 5 / 50 / 50 / 20 / 22 / 24 / 29");
+}
+
 } // namespace
 } // namespace ztm::test
