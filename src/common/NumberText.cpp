@@ -135,6 +135,11 @@ double NumericValue(std::string_view text) {
     return value;
 }
 
+bool IsNumber(std::string_view text) {
+    const std::string kept = WithoutBlanks(text);
+    return DecimalLength(kept) == kept.size();
+}
+
 int32_t HexValue(std::string_view text) {
     std::string digits = WithoutBlanks(text);
     digits.erase(std::find_if_not(digits.begin(), digits.end(),

@@ -11,6 +11,13 @@
 
 namespace ztm {
 
+namespace {
+
+bool eightPointsLoaded = false;
+bool fourPointsLoaded = false;
+
+} // namespace
+
 LookupTable EightPointTable{};
 LookupTable FourPointTable{};
 
@@ -18,9 +25,22 @@ LookupTable &TableInUse() {
     return EightPointMode ? EightPointTable : FourPointTable;
 }
 
+void LoadTableInUse(const LookupTable &points) {
+    TableInUse() = points;
+    (EightPointMode ? eightPointsLoaded : fourPointsLoaded) = true;
+    if (!eightPointsLoaded) {
+        EightPointTable = points;
+    }
+    if (!fourPointsLoaded) {
+        FourPointTable = points;
+    }
+}
+
 void ResetLookupTables() {
     EightPointTable = {};
     FourPointTable = {};
+    eightPointsLoaded = false;
+    fourPointsLoaded = false;
 }
 
 int16_t PointRpm(double rpm) {

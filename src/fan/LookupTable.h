@@ -24,8 +24,15 @@ extern LookupTable FourPointTable;
 /// The table that `EightPointMode` selects.
 LookupTable &TableInUse();
 
-/// Empties both tables.
+/// Takes the points that the chip holds into the table in use. The other one takes them as well,
+/// because the registers are the same, unless it has been loaded itself in this session.
+void LoadTableInUse(const LookupTable &points);
+
+/// Empties both tables; neither counts as loaded.
 void ResetLookupTables();
+
+/// What the largest count reads as. 0 RPM is written as that count, but this speed has none.
+inline constexpr int32_t StoppedLookupRpm = 75;
 
 /// The speeds in RPM that a count can hold, besides 0.
 inline constexpr int32_t SlowestLookupRpm = 76;

@@ -134,7 +134,7 @@ protected:
         box.setText("-1e9");
         const QString reason = box.toolTip();
         for (const auto &[start, key] :
-             {std::pair{"-1e9", Qt::Key_Down}, {"10", Qt::Key_Up}, {"1e9", Qt::Key_Up}}) {
+             {std::pair{"-1e9", Qt::Key_Up}, {"10", Qt::Key_Up}, {"1e9", Qt::Key_Down}}) {
             box.setText(start);
             QTest::keyClick(&box, key);
             ends += box.text();
@@ -182,6 +182,10 @@ TEST_F(WindowTextsTest, OnlyOkAndApplyKeepWhatWasChangedInADialog) {
         ForEveryDialog([&](const char *window) {
             auto &dialog = Find(window);
             opened[window] = TextsOf(window);
+            if (const auto *box = dialog.findChild<QLineEdit *>()) {
+                EXPECT_EQ(box->selectedText(), box->text()) << window;
+                EXPECT_EQ(dialog.focusWidget(), box) << window;
+            }
             ChangeEverything(dialog);
             const auto cancel =
                 dialog.findChildren<QAbstractButton *>(QRegularExpression("cmdCancel|cmdClose"));

@@ -12,12 +12,14 @@
 #include "ui/kit/Text.h"
 
 #include <QCheckBox>
+#include <QEvent>
 #include <QGridLayout>
 #include <QLineEdit>
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace ztm {
 namespace {
@@ -36,11 +38,9 @@ int16_t Limited16Bit(const QLineEdit &box) {
 
 } // namespace
 
-frmHeaters::frmHeaters() : Form(QStringLiteral("frmHeaters")) {
-    setWindowTitle(tr("Heaters"));
+frmHeaters::frmHeaters() : Dialog(QStringLiteral("frmHeaters"), tr("Heaters")) {
     SetupUi();
-    connect(cmdApply, &QPushButton::clicked, this, &frmHeaters::cmdApply_Click);
-    connect(cmdClose, &QPushButton::clicked, this, &frmHeaters::cmdClose_Click);
+    ConnectSignals();
     Form_Load();
 }
 
@@ -48,12 +48,10 @@ void frmHeaters::SetupUi() {
     auto *frames = new QHBoxLayout;
     frames->addWidget(NewHeaterFrame(0));
     frames->addWidget(NewHeaterFrame(1));
-    cmdApply = NewButton("cmdApply", tr("Apply"), this);
-    cmdClose = NewButton("cmdClose", tr("Close"), this);
     auto *layout = new QVBoxLayout(this);
     layout->addLayout(frames);
     layout->addStretch();
-    layout->addLayout(NewButtonRow({cmdApply, cmdClose}));
+    layout->addLayout(NewApplyCloseRow());
 }
 
 QGroupBox *frmHeaters::NewHeaterFrame(int heater) {
@@ -81,6 +79,16 @@ QGroupBox *frmHeaters::NewHeaterFrame(int heater) {
     return frame;
 }
 
+void frmHeaters::ConnectSignals() {
+    for (size_t heater = 0; heater < controls.size(); ++heater) {
+        const HeaterControls &row = controls[heater];
+        connect(row.txtPWM, &QLineEdit::textChanged, this, &frmHeaters::ShowHeldDuties);
+        row.txtPWM->installEventFilter(this);
+        connect(row.chkSWControl, &QCheckBox::toggled, this,
+                [this, heater] { ShowRampState(heater); });
+    }
+}
+
 void frmHeaters::Form_Load() {
     HeatersDialogOpen = true;
     ReadHeaterDuty();
@@ -93,15 +101,50 @@ void frmHeaters::Form_Load() {
         ShowNumber(*row.txtTo, settings.HighPct);
         ShowNumber(*row.txtIncrement, settings.IncrementPct);
         ShowNumber(*row.txtInterval, settings.IntervalMs);
+        ShowRampState(heater);
     }
 }
 
 void frmHeaters::ShowHeaterDuty(int heater, int duty) {
-    ShowNumber(*At(controls, heater).txtPWM, duty);
+    At(controls, heater).heldDuty = duty;
+    ShowHeldDuties();
+}
+
+void frmHeaters::ShowHeldDuties() {
+    for (HeaterControls &row : controls) {
+        const bool isTyping = row.txtPWM->hasFocus() && row.txtPWM->isModified();
+        if (row.heldDuty && !isTyping) {
+            ShowNumber(*row.txtPWM, *std::exchange(row.heldDuty, {}));
+            if (row.txtPWM->hasFocus()) {
+                row.txtPWM->selectAll(); // a digit typed next replaces it
+            }
+        }
+    }
+}
+
+bool frmHeaters::eventFilter(QObject *watched, QEvent *event) {
+    if (event->type() == QEvent::FocusOut) {
+        ShowHeldDuties();
+    }
+    return Dialog::eventFilter(watched, event);
+}
+
+void frmHeaters::ShowRampState(size_t heater) {
+    const HeaterControls &row = controls[heater];
+    QPalette look;
+    if (!row.chkSWControl->isChecked()) {
+        for (const auto role : {QPalette::Base, QPalette::Text}) {
+            look.setColor(role, palette().color(QPalette::Disabled, role));
+        }
+    }
+    // Not of the boxes themselves, which may be marked.
+    for (QLineEdit *box : {row.txtFrom, row.txtTo, row.txtIncrement, row.txtInterval}) {
+        box->parentWidget()->setPalette(look);
+    }
 }
 
 void frmHeaters::Store(size_t heater) {
-    const HeaterControls &row = controls[heater];
+    HeaterControls &row = controls[heater];
     HeaterSettings &settings = Heaters[heater];
     settings.Pwm =
         static_cast<int32_t>(std::floor(std::clamp<double>(NumberIn(*row.txtPWM), 0, FullDuty)));
@@ -112,17 +155,16 @@ void frmHeaters::Store(size_t heater) {
     settings.HighPct = ToInt32(NumberIn(*row.txtTo));
     settings.IncrementPct = Limited16Bit(*row.txtIncrement);
     settings.IntervalMs = Limited16Bit(*row.txtInterval);
+    row.txtPWM->setModified(false);
+    row.heldDuty.reset(); // sent before this one
 }
 
-void frmHeaters::cmdApply_Click() {
+bool frmHeaters::Apply() {
     for (size_t heater = 0; heater < controls.size(); ++heater) {
         Store(heater);
     }
     SetHeaterDuty(Heaters[0].Pwm, Heaters[1].Pwm);
-}
-
-void frmHeaters::cmdClose_Click() {
-    Unload();
+    return true;
 }
 
 void frmHeaters::Form_Unload() {

@@ -42,6 +42,13 @@ void frmManual::SetupUi() {
     auto *speeds = new QVBoxLayout;
     speeds->addSpacing(fontMetrics().height());
     speeds->addLayout(NewSpeedRows());
+    speeds->addSpacing(fontMetrics().height());
+    lblNote = Named(new QLabel(tr("The speeds are written to points 1 and 2 of the lookup table. "
+                                  "75 RPM writes nothing."),
+                               this),
+                    "lblNote");
+    lblNote->setWordWrap(true);
+    speeds->addWidget(lblNote);
     speeds->addStretch();
 
     auto *layout = new QGridLayout(this);
@@ -126,6 +133,8 @@ void frmManual::LayOutForOneFan() {
     Label1->clear();
     Label1->hide(); // not even a blank line
     Label2[0]->setText(tr("Current Fan Speed"));
+    lblNote->setText(
+        tr("The speed is written to point 1 of the lookup table. 75 RPM writes nothing."));
     sldFan[0]->SetCaption(tr("Fan"));
     leftOfSliders->changeSize(Twips(sliderLeftTwips[1], *this), 0, QSizePolicy::Fixed);
     layout()->invalidate();

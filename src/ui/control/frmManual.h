@@ -61,6 +61,7 @@ private:
 
     std::array<ValueSlider *, 2> sldFan;
     QLabel *Label1;
+    QLabel *lblNote;
     std::array<QLabel *, 2> Label2;
     std::array<QLabel *, 2> lblFanSpeed;
     QPushButton *cmdClose;

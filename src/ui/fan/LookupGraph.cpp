@@ -5,9 +5,11 @@
 #include "link/LinkState.h"
 #include "ui/kit/Twips.h"
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 
+#include <algorithm>
 #include <cmath>
 
 namespace ztm {
@@ -114,18 +116,32 @@ void LookupGraph::DescribePoints() {
     setAccessibleDescription(text);
 }
 
+QPointF LookupGraph::PixelsPerTwip() const {
+    return {(width() - 1) / GraphWidth, (height() - 1) / GraphHeight};
+}
+
 QPointF LookupGraph::InTwips(QPointF pixels) const {
-    return {pixels.x() * GraphWidth / width(), pixels.y() * GraphHeight / height()};
+    return {std::clamp(pixels.x() * GraphWidth / (width() - 1), 0.0, GraphWidth),
+            std::clamp(pixels.y() * GraphHeight / (height() - 1), 0.0, GraphHeight)};
 }
 
 void LookupGraph::mousePressEvent(QMouseEvent *event) {
     if (event->button() == Qt::LeftButton) {
+        pressedAt = event->position();
         emit MouseDown(InTwips(event->position()));
     }
 }
 
 void LookupGraph::mouseMoveEvent(QMouseEvent *event) {
     emit MouseMoved(InTwips(event->position()));
+}
+
+void LookupGraph::mouseReleaseEvent(QMouseEvent *event) {
+    const QPointF moved = event->position() - pressedAt;
+    if (event->button() == Qt::LeftButton &&
+        moved.manhattanLength() >= QApplication::startDragDistance()) {
+        emit MouseDragged(InTwips(event->position()));
+    }
 }
 
 void LookupGraph::keyPressEvent(QKeyEvent *event) {
@@ -160,7 +176,7 @@ QPen LookupGraph::Pen(const QColor &colour, int pixels, Qt::PenCapStyle cap) con
 void LookupGraph::paintEvent(QPaintEvent * /*event*/) {
     QPainter painter(this);
     painter.fillRect(rect(), ground);
-    painter.scale(width() / GraphWidth, height() / GraphHeight);
+    painter.scale(PixelsPerTwip().x(), PixelsPerTwip().y());
     DrawGrid(painter);
     if (EightPointMode) {
         DrawCurve(painter, 0, LookupPoints - 1, firstCurveColour);
@@ -243,8 +259,7 @@ void LookupGraph::DrawReading(QPainter &painter) {
     const QString text = tr("%1 °C, %2 RPM")
                              .arg(std::floor(X2Temp(carriedAt->x())))
                              .arg(std::floor(Y2RPM(carriedAt->y())));
-    const QPointF place(carriedAt->x() * width() / GraphWidth,
-                        carriedAt->y() * height() / GraphHeight);
+    const QPointF place(carriedAt->x() * PixelsPerTwip().x(), carriedAt->y() * PixelsPerTwip().y());
     painter.resetTransform();
     const double space = fontMetrics().height() / 2.0;
     QRectF box(place.x() + space, place.y() - 3 * space,

@@ -12,8 +12,9 @@ namespace ztm {
 
 /// The graph of the automatic control window: fan speed upwards over temperature to the right, with
 /// grid, curves, the highlighted point and a preview of the carried point. It draws the lookup
-/// table in use in twips at any size in pixels, and reports the mouse in twips. Its background is
-/// light in every palette, because the colours of its curves are fixed.
+/// table in use in twips at any size in pixels, and reports the mouse in twips within the graph;
+/// its first and last pixels are the edges of the graph. Its background is light in every palette,
+/// because the colours of its curves are fixed.
 class LookupGraph final : public QWidget {
     Q_OBJECT
 
@@ -40,6 +41,9 @@ signals:
     void MouseDown(QPointF place);
     void MouseMoved(QPointF place);
 
+    /// The mouse was released at least the toolkit's drag distance from where it was pressed.
+    void MouseDragged(QPointF place);
+
     /// An arrow key was pressed: the change in degrees and in RPM.
     void MoveWanted(int celsius, int rpm);
 
@@ -47,9 +51,11 @@ protected:
     void paintEvent(QPaintEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
+    QPointF PixelsPerTwip() const;
     QPointF InTwips(QPointF pixels) const;
     QPen Pen(const QColor &colour, int pixels, Qt::PenCapStyle cap = Qt::FlatCap) const;
     void DrawGrid(QPainter &painter);
@@ -57,6 +63,8 @@ private:
     void HiLightPoints(QPainter &painter);
     void GrayLines(QPainter &painter, double xVal, double yVal);
     void DrawReading(QPainter &painter);
+
+    QPointF pressedAt; // in pixels
 };
 
 } // namespace ztm

@@ -25,6 +25,7 @@
 #include <QLabel>
 #include <QLineEdit>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -139,6 +140,7 @@ void frmAutoControl::ConnectSignals() {
     connect(txtRPMLookup, &QLineEdit::textChanged, this, &frmAutoControl::txtRPMLookup_Change);
     connect(pctGraph, &LookupGraph::MouseDown, this, &frmAutoControl::pctGraph_MouseDown);
     connect(pctGraph, &LookupGraph::MouseMoved, this, &frmAutoControl::pctGraph_MouseMove);
+    connect(pctGraph, &LookupGraph::MouseDragged, this, &frmAutoControl::pctGraph_MouseUp);
     connect(pctGraph, &LookupGraph::MoveWanted, this, &frmAutoControl::MovePoint);
     connect(sldRange, &ValueSlider::ValueChanged, this, &frmAutoControl::sldRange_Change);
 }
@@ -156,11 +158,13 @@ void frmAutoControl::Form_Load() {
     if (HasOneFan()) {
         LayoutOneFan();
     }
+    LookupTable points;
     for (int point = 0; point < LookupPoints; ++point) {
-        PointAt(point).Temperature = ReadPointTemperature(point);
-        PointAt(point).RPM = PointRpm(ReadRPM(SpeedRegister(point)));
-        At(loadedRpm, point) = PointAt(point).RPM;
+        const int32_t celsius = ReadPointTemperature(point);
+        At(chipRpm, point) = ReadRPM(SpeedRegister(point));
+        At(points, point) = {celsius, PointRpm(At(chipRpm, point))};
     }
+    LoadTableInUse(points);
     ShowSelectedPoint();
     (IsConfig2Bit2Set() ? optLinear : optDiscrete)->setChecked(true);
     ShowControlSources(ReadRegister(FanBehaviour), cmbControl, *cmbSource33);
@@ -177,22 +181,38 @@ void frmAutoControl::PlotData() {
 
 void frmAutoControl::ShowSelectedPoint() {
     shownEightPointMode = EightPointMode;
-    const LookupPoint point = PointAt(SelectedPoint);
-    ShowNumber(*txtTLookUp, point.Temperature);
-    ShowNumber(*txtRPMLookup, point.RPM);
-    MarkRpm();
+    const int32_t rpm = RpmOf(SelectedPoint);
+    ShowNumber(*txtTLookUp, PointAt(SelectedPoint).Temperature);
+    ShowNumber(*txtRPMLookup, rpm);
+    MarkPoints();
     PlotData();
 }
 
-/// Marks a speed that Apply cannot write, unless it came from the chip: the slowest count reads as
-/// 75 RPM, which cannot be written.
-void frmAutoControl::MarkRpm() {
-    const double rpm = RoundHalfToEven(NumberIn(*txtRPMLookup));
-    const bool held =
-        (IsLookupRpm(rpm) && rpm <= largestPointRpm) || rpm == At(loadedRpm, SelectedPoint);
-    MarkField(*txtRPMLookup,
-              held ? QString()
-                   : tr("0, or %1 to %2 RPM").arg(SlowestLookupRpm).arg(largestPointRpm));
+/// The speed of a point: that of the chip while the table holds as much of it as it can.
+int32_t frmAutoControl::RpmOf(int point) const {
+    const int32_t held = At(chipRpm, point);
+    const int32_t rpm = PointAt(point).RPM;
+    return rpm == PointRpm(held) ? held : rpm;
+}
+
+/// Says why Apply cannot write a speed at a point; empty if it can, or if the chip holds it: the
+/// slowest count reads as 75 RPM, which cannot be written.
+QString frmAutoControl::RpmProblem(int point, double rpm) const {
+    const bool held = (IsLookupRpm(rpm) && rpm <= largestPointRpm) || rpm == At(chipRpm, point);
+    return held ? QString() : tr("0, or %1 to %2 RPM").arg(SlowestLookupRpm).arg(largestPointRpm);
+}
+
+/// Marks the points whose numbers Apply cannot write, selected or not, and the speed in its box.
+void frmAutoControl::MarkPoints() {
+    for (int point = 0; point < LookupPoints; ++point) {
+        const int32_t celsius = PointAt(point).Temperature;
+        const bool tooFar = celsius < lowestCelsius || celsius > highestCelsius;
+        MarkField(*At(optControl, point),
+                  tooFar ? tr("%1 to %2 °C").arg(lowestCelsius).arg(highestCelsius)
+                         : RpmProblem(point, RpmOf(point)));
+    }
+    const QString problem = RpmProblem(SelectedPoint, RoundHalfToEven(NumberIn(*txtRPMLookup)));
+    MarkField(*txtRPMLookup, problem.isEmpty() ? HowRead(*txtRPMLookup) : problem);
 }
 
 void frmAutoControl::optControl_Click(int point) {
@@ -202,22 +222,19 @@ void frmAutoControl::optControl_Click(int point) {
 
 void frmAutoControl::txtTLookUp_Change() {
     PointAt(SelectedPoint).Temperature = ToInt32(NumberIn(*txtTLookUp));
+    MarkPoints();
     PlotData();
 }
 
 void frmAutoControl::txtRPMLookup_Change() {
     PointAt(SelectedPoint).RPM = PointRpm(NumberIn(*txtRPMLookup));
-    MarkRpm();
+    MarkPoints();
     PlotData();
 }
 
 void frmAutoControl::pctGraph_MouseDown(QPointF place) {
     if (pctGraph->carriedAt) {
-        pctGraph->carriedAt.reset();
-        pctGraph->unsetCursor();
-        ShowNumber(*txtTLookUp, std::floor(X2Temp(place.x())));
-        ShowNumber(*txtRPMLookup, std::floor(Y2RPM(place.y())));
-        PlotData();
+        PutDown(place);
     } else if (pctGraph->IsOnSelectedPoint(place)) {
         pctGraph->carriedAt = place;
         pctGraph->setCursor(Qt::CrossCursor);
@@ -241,19 +258,33 @@ void frmAutoControl::pctGraph_MouseMove(QPointF place) {
     pctGraph->setCursor(pctGraph->IsOnSelectedPoint(place) ? Qt::OpenHandCursor : Qt::ArrowCursor);
 }
 
+/// The end of a drag; a click on a point only picks it up.
+void frmAutoControl::pctGraph_MouseUp(QPointF place) {
+    if (pctGraph->carriedAt) {
+        PutDown(place);
+    }
+}
+
+void frmAutoControl::PutDown(QPointF place) {
+    pctGraph->carriedAt.reset();
+    pctGraph->unsetCursor();
+    EnterNumber(*txtTLookUp, std::floor(X2Temp(place.x())));
+    EnterNumber(*txtRPMLookup, std::floor(Y2RPM(place.y())));
+    PlotData();
+}
+
 /// Moves the selected point by keyboard, within the ranges of its spin buttons.
 void frmAutoControl::MovePoint(int celsius, int rpm) {
     if (pctGraph->carriedAt) {
         return;
     }
-    const LookupPoint point = PointAt(SelectedPoint);
-    if (celsius != 0) {
-        ShowNumber(*txtTLookUp, std::clamp(point.Temperature + celsius, temperatureSpin.minimum,
-                                           temperatureSpin.maximum));
-    }
-    if (rpm != 0) {
-        ShowNumber(*txtRPMLookup, std::clamp(point.RPM + rpm, rpmSpin.minimum, rpmSpin.maximum));
-    }
+    const auto move = [](QLineEdit &box, const SpinRange &range, int32_t value, int change) {
+        if (change != 0) {
+            EnterNumber(box, static_cast<double>(range.Moved(value, change)));
+        }
+    };
+    move(*txtTLookUp, temperatureSpin, PointAt(SelectedPoint).Temperature, celsius);
+    move(*txtRPMLookup, rpmSpin, RpmOf(SelectedPoint), rpm);
 }
 
 /// Escape returns a carried point to where it was, whichever control has the focus.
@@ -281,8 +312,13 @@ bool frmAutoControl::Apply() {
         WritePointTemperature(point, PointAt(point).Temperature);
     }
     for (int point = 0; point < LookupPoints; ++point) {
-        WritePointRpm(point, PointAt(point).RPM);
+        const int32_t rpm = std::max(RpmOf(point), 0);
+        WritePointRpm(point, rpm);
+        if (IsLookupRpm(rpm)) {
+            At(chipRpm, point) = rpm == 0 ? StoppedLookupRpm : rpm;
+        }
     }
+    MarkPoints();
     WriteRegister(FanBehaviour, ChosenBehaviour(cmbControl, *cmbSource33));
     return true;
 }

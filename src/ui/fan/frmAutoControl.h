@@ -18,10 +18,12 @@ class LookupGraphPanel;
 class ValueSlider;
 
 /// The window "Auto-Control Response": the lookup table as a curve of fan speed over temperature,
-/// with its transition type and the control sources. A click picks a point up and the next one puts
-/// it down; a point can also be typed, or moved by the arrow keys on the graph. Loading reads the
-/// table in use from the chip; nothing is written before Apply or OK. Numbers that the chip cannot
-/// hold are marked in place; writing limits them, but does not write 1 to 75 RPM.
+/// with its transition type and the control sources. A point is dragged, or picked up by a click
+/// and put down by the next one; it can also be typed, or moved by the arrow keys on the graph.
+/// Loading reads the table in use from the chip; nothing is written before Apply or OK. Numbers
+/// that the chip cannot hold are marked in place and at the option of their point; writing limits
+/// them, but does not write 1 to 75 RPM. A speed of the chip beyond the 16 bits of the table is
+/// shown and kept until the point gets another.
 class frmAutoControl final : public Dialog {
     Q_OBJECT
 
@@ -43,20 +45,24 @@ private:
 
     void PlotData();
     void ShowSelectedPoint();
-    void MarkRpm();
+    int32_t RpmOf(int point) const;
+    QString RpmProblem(int point, double rpm) const;
+    void MarkPoints();
 
     void optControl_Click(int point);
     void txtTLookUp_Change();
     void txtRPMLookup_Change();
     void pctGraph_MouseDown(QPointF place);
     void pctGraph_MouseMove(QPointF place);
+    void pctGraph_MouseUp(QPointF place);
+    void PutDown(QPointF place);
     void MovePoint(int celsius, int rpm);
     void sldRange_Change(double value);
     bool Apply() override;
 
     int SelectedPoint = 0;
-    bool shownEightPointMode = false;              // the table whose point the boxes show
-    std::array<int16_t, LookupPoints> loadedRpm{}; // as the window read them from the chip
+    bool shownEightPointMode = false;            // the table whose point the boxes show
+    std::array<int32_t, LookupPoints> chipRpm{}; // as the chip holds them since Load or Apply
 
     LookupGraphPanel *graphPanel;
     LookupGraph *pctGraph;

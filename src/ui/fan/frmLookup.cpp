@@ -178,8 +178,8 @@ void frmLookup::WatchNumbers() {
 void frmLookup::cmdTestData_Click() {
     const TestPoints &points = EightPointMode ? eightTestPoints : fourTestPoints;
     for (size_t point = 0; point < points.size(); ++point) {
-        txtTemp[point]->setText(QLatin1String(points[point].first));
-        txtRPM[point]->setText(QLatin1String(points[point].second));
+        EnterText(*txtTemp[point], QLatin1String(points[point].first));
+        EnterText(*txtRPM[point], QLatin1String(points[point].second));
     }
 }
 

@@ -24,6 +24,14 @@ constexpr SpinRange limitSpin{-55, 150};
 constexpr SpinRange hysteresisSpin{0, 15};
 constexpr int oneRemoteShift = 300; // twips
 
+/// Puts the unit behind a box, hidden with it.
+void AddUnit(const NumberRow &row) {
+    auto *unit = new QLabel(QObject::tr("°C"), row.spinBox);
+    unit->setObjectName(row.box->objectName() + QStringLiteral("Unit"));
+    unit->setIndent(unit->fontMetrics().averageCharWidth());
+    row.spinBox->layout()->addWidget(unit);
+}
+
 } // namespace
 
 frmThermTemp::frmThermTemp() : Dialog(QStringLiteral("frmThermTemp"), tr("THERM Temperature")) {
@@ -51,6 +59,7 @@ QGroupBox *frmThermTemp::NewLimitsFrame() {
         const NumberRow made = AddNumberRow(*layout, row, caption, QLatin1String(name), limitSpin);
         WatchRange(*made.box, lowestCelsius, highestCelsius, tr("°C"));
         Named(made.label, labelName);
+        AddUnit(made);
         return made;
     };
     txtLocal = addRow(0, tr("Local"), "Label1", "txtLocal").box;
@@ -74,6 +83,7 @@ QGroupBox *frmThermTemp::NewControlFrame() {
     const NumberRow row =
         AddNumberRow(*layout, 1, tr("THERM Hysteresis"), QStringLiteral("txtHyst"), hysteresisSpin);
     Named(row.label, "Label4");
+    AddUnit(row);
     txtHyst = row.box;
     WatchRange(*txtHyst, hysteresisSpin.minimum, hysteresisSpin.maximum, tr("°C"));
     layout->setColumnStretch(1, 1);

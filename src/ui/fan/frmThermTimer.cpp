@@ -1,5 +1,6 @@
 #include "ui/fan/frmThermTimer.h"
 
+#include "common/NumberText.h"
 #include "common/Numbers.h"
 #include "fan/ThermFields.h"
 #include "link/LinkState.h"
@@ -96,7 +97,7 @@ void frmThermTimer::Form_Load() {
 
 void frmThermTimer::txtLimit_Change() {
     if (NumberIn(*txtLimit) > largestPercent) {
-        ShowNumber(*txtLimit, largestPercent);
+        CorrectText(*txtLimit, ToQString(NumberText(largestPercent)));
     }
 }
 

@@ -85,6 +85,7 @@ NumberRow AddNumberRow(QGridLayout &form, int row, const QString &caption, const
     made.spinBox = NewSpinBox(made.box, name, spin, form.parentWidget());
     made.label = AddRow(form, row, caption, made.spinBox, Qt::AlignLeft);
     made.label->setBuddy(made.box);
+    made.box->setAccessibleName(caption);
     return made;
 }
 

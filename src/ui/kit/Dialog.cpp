@@ -2,6 +2,9 @@
 
 #include "ui/kit/Controls.h"
 
+#include <QLineEdit>
+#include <QShowEvent>
+
 namespace ztm {
 
 Dialog::Dialog(const QString &name, const QString &title) : Form(name) {
@@ -31,16 +34,37 @@ QLayout *Dialog::NewOkApplyCancelRow() {
 
 void Dialog::AddOkApplyCancel(QBoxLayout &layout) {
     cmdOK = AddButton(layout, "cmdOK", tr("OK"), &Dialog::cmdOK_Click);
-    AddButton(layout, "cmdApply", tr("Apply"), &Dialog::cmdApply_Click);
+    AddApply(layout);
     AddButton(layout, "cmdCancel", tr("Cancel"), &Dialog::cmdCancel_Click);
 }
 
+QLayout *Dialog::NewApplyCloseRow() {
+    auto *row = NewButtonRow({});
+    AddApply(*row);
+    AddButton(*row, "cmdClose", tr("Close"), &Dialog::cmdCancel_Click);
+    return row;
+}
+
+void Dialog::AddApply(QBoxLayout &layout) {
+    cmdApply = AddButton(layout, "cmdApply", tr("Apply"), &Dialog::cmdApply_Click);
+    cmdApply->setFocusPolicy(Qt::TabFocus);
+}
+
 void Dialog::EnterPressed() {
-    cmdOK->click();
+    (cmdOK != nullptr ? cmdOK : cmdApply)->click();
 }
 
 void Dialog::EscapePressed() {
     cmdCancel_Click();
+}
+
+void Dialog::showEvent(QShowEvent *event) {
+    Form::showEvent(event);
+    auto *box = findChild<QLineEdit *>();
+    if (box != nullptr && !event->spontaneous()) {
+        box->setFocus();
+        box->selectAll();
+    }
 }
 
 void Dialog::cmdOK_Click() {

@@ -9,7 +9,9 @@ class QPushButton;
 namespace ztm {
 
 /// A window in which the user changes settings. OK applies them and closes the window, Apply
-/// leaves it open, Cancel closes it and applies nothing. Enter presses OK, Escape Cancel.
+/// leaves it open, and the focus where it is when it is clicked; Cancel and Close close it and
+/// apply nothing. Enter presses OK, or Apply where there is none, and Escape Cancel or Close. It
+/// opens with the text of its first box selected, so that what is typed replaces it.
 class Dialog : public Form {
     Q_OBJECT
 
@@ -24,13 +26,16 @@ protected:
     QLayout *NewOkCancelRow();
     QLayout *NewOkApplyCancelRow();
     void AddOkApplyCancel(QBoxLayout &layout);
+    QLayout *NewApplyCloseRow();
 
     QPushButton &OkButton() { return *cmdOK; }
 
     void EnterPressed() override;
     void EscapePressed() override;
+    void showEvent(QShowEvent *event) override;
 
 private:
+    void AddApply(QBoxLayout &layout);
     QPushButton *AddButton(QBoxLayout &layout, const char *name, const QString &caption,
                            void (Dialog::*handler)());
     void cmdOK_Click();
@@ -38,6 +43,7 @@ private:
     void cmdCancel_Click();
 
     QPushButton *cmdOK = nullptr;
+    QPushButton *cmdApply = nullptr;
 };
 
 } // namespace ztm

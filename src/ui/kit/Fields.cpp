@@ -4,6 +4,7 @@
 #include "ui/kit/Text.h"
 
 #include <QLineEdit>
+#include <QSignalBlocker>
 
 #include <cmath>
 
@@ -23,30 +24,58 @@ void ShowNumber(QLineEdit &box, double number) {
     box.setText(ToQString(NumberText(number)));
 }
 
-void SetTextKeepingCaret(QLineEdit &box, const QString &text) {
+void EnterText(QLineEdit &box, const QString &text) {
+    if (box.text() != text) {
+        box.selectAll();
+        box.insert(text); // setText would forget what Ctrl+Z takes back
+    }
+}
+
+void EnterNumber(QLineEdit &box, double number) {
+    EnterText(box, ToQString(NumberText(number)));
+}
+
+void CorrectText(QLineEdit &box, const QString &text) {
     if (box.text() == text) {
         return;
     }
     const auto behindCaret = box.text().size() - box.cursorPosition();
-    box.setText(text);
+    {
+        // Otherwise Ctrl+Z would lead to the typed text, which would be corrected again.
+        const QSignalBlocker blocker(box);
+        box.undo();
+    }
+    if (box.text() == text) {
+        emit box.textChanged(text); // what was typed has been reported
+    }
+    EnterText(box, text);
     box.setCursorPosition(static_cast<int>(text.size() - behindCaret));
 }
 
-void MarkField(QLineEdit &box, const QString &reason) {
-    box.setToolTip(reason);
-    box.setAccessibleDescription(reason);
+void MarkField(QWidget &control, const QString &reason) {
+    control.setToolTip(reason);
+    control.setAccessibleDescription(reason);
     QPalette palette;
     if (!reason.isEmpty()) {
-        palette.setColor(QPalette::Base, markedBase);
+        palette.setColor(control.backgroundRole(), markedBase);
         palette.setColor(QPalette::Text, markedText);
+        palette.setColor(QPalette::WindowText, markedText); // the text of an option
     }
-    box.setPalette(palette);
+    control.setPalette(palette);
+    // A box fills its frame itself.
+    control.setAutoFillBackground(!reason.isEmpty() && control.backgroundRole() != QPalette::Base);
+}
+
+QString HowRead(const QLineEdit &box) {
+    return IsNumber(box.text().toStdString()) ? QString()
+                                              : QObject::tr("Not a number as a whole: taken as %1")
+                                                    .arg(ToQString(NumberText(NumberIn(box))));
 }
 
 void WatchNumber(QLineEdit &box, std::function<bool(double)> isValid, const QString &reason) {
     QObject::connect(
         &box, &QLineEdit::textChanged, &box, [&box, isValid = std::move(isValid), reason] {
-            MarkField(box, isValid(std::nearbyint(NumberIn(box))) ? QString() : reason);
+            MarkField(box, isValid(std::nearbyint(NumberIn(box))) ? HowRead(box) : reason);
         });
 }
 

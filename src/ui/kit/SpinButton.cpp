@@ -18,6 +18,11 @@ constexpr int shownCharacters = 8;
 
 } // namespace
 
+int64_t SpinRange::Moved(int64_t value, int64_t change) const {
+    const auto limited = std::clamp<int64_t>(value + change, minimum, maximum);
+    return change > 0 ? std::max(limited, value) : std::min(limited, value);
+}
+
 SpinButton::SpinButton(QLineEdit &textBox, SpinRange spinRange, QWidget *parent)
     : QWidget(parent), box(textBox), range(spinRange) {
     setObjectName(box.objectName() + QStringLiteral("Spin"));
@@ -25,23 +30,33 @@ SpinButton::SpinButton(QLineEdit &textBox, SpinRange spinRange, QWidget *parent)
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    layout->addWidget(NewArrow(Qt::UpArrow, "Up", tr("Up"), 1));
-    layout->addWidget(NewArrow(Qt::DownArrow, "Down", tr("Down"), -1));
+    up = NewArrow(Qt::UpArrow, "Up", 1);
+    down = NewArrow(Qt::DownArrow, "Down", -1);
+    layout->addWidget(up);
+    layout->addWidget(down);
     box.installEventFilter(this);
 }
 
-/// The arrows take no focus: the box's keys do the same.
-QToolButton *SpinButton::NewArrow(Qt::ArrowType arrow, const char *suffix, const QString &name,
-                                  int steps) {
+/// The arrows take no focus for themselves: the box's keys do the same.
+QToolButton *SpinButton::NewArrow(Qt::ArrowType arrow, const char *suffix, int steps) {
     auto *button = new QToolButton(this);
     button->setObjectName(objectName() + QLatin1String(suffix));
-    button->setAccessibleName(name);
     button->setArrowType(arrow);
     button->setFocusPolicy(Qt::NoFocus);
     button->setAutoRepeat(true);
     button->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
-    connect(button, &QToolButton::clicked, this, [this, steps] { Step(steps); });
+    connect(button, &QToolButton::clicked, this, [this, steps] {
+        box.setFocus();
+        Step(steps);
+    });
     return button;
+}
+
+/// By now the box has its name.
+void SpinButton::showEvent(QShowEvent *event) {
+    up->setAccessibleName(tr("%1, up").arg(box.accessibleName()));
+    down->setAccessibleName(tr("%1, down").arg(box.accessibleName()));
+    QWidget::showEvent(event);
 }
 
 QSize SpinButton::sizeHint() const {
@@ -51,9 +66,10 @@ QSize SpinButton::sizeHint() const {
 
 void SpinButton::Step(int steps) {
     const int64_t value = ToInt32(NumberIn(box));
-    const int64_t moved =
-        std::clamp<int64_t>(value + int64_t{steps} * range.step, range.minimum, range.maximum);
-    ShowNumber(box, static_cast<double>(moved));
+    const int64_t moved = range.Moved(value, int64_t{steps} * range.step);
+    if (moved != value) {
+        EnterNumber(box, static_cast<double>(moved));
+    }
 }
 
 bool SpinButton::eventFilter(QObject *watched, QEvent *event) {

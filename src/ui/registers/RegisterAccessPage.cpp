@@ -22,6 +22,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QRegularExpression>
+#include <QSignalBlocker>
 
 namespace ztm {
 namespace {
@@ -30,17 +31,25 @@ constexpr int bits = 8;
 constexpr double bitTopTwips = 240;
 constexpr double bitMarginTwips = 100;
 
-/// Texts that are a number as a whole, including the "h" after an address.
-const QRegularExpression hexadecimal(QStringLiteral("^[0-9A-Fa-f\\s]*[Hh]?\\s*$"));
+/// Texts that are blank or a number as a whole, including the "h" after an address.
 const QRegularExpression
-    decimal(QStringLiteral("^\\s*[+-]?[0-9\\s]*\\.?[0-9\\s]*([Ee][+-]?[0-9\\s]+)?$"));
+    hexadecimal(QStringLiteral("^\\s*([0-9A-Fa-f][0-9A-Fa-f\\s]*[Hh]?\\s*)?$"));
 
-/// Says how a text that is not a number as a whole is read; empty if it is one.
-QString HowRead(const QLineEdit &box, const QRegularExpression &whole, const std::string &taken) {
-    return whole.match(box.text()).hasMatch()
+/// Says how a text that is not a hexadecimal number as a whole is read; empty if it is one.
+QString HowHexRead(const QLineEdit &box, const std::string &taken) {
+    return hexadecimal.match(box.text()).hasMatch()
                ? QString()
                : RegisterAccessPage::tr("Not a number as a whole: taken as %1")
                      .arg(ToQString(taken));
+}
+
+/// Sets the text of the box that shows the same value as the one in use, without an answer from it.
+/// Returns whether it had another text.
+bool EnterLinked(QLineEdit &box, const QString &text) {
+    const QSignalBlocker blocker(box);
+    const bool changes = box.text() != text;
+    EnterText(box, text);
+    return changes;
 }
 
 bool IsEnter(const QEvent *event) {
@@ -194,7 +203,9 @@ void RegisterAccessPage::ShowAddress(int32_t address) {
         txtReadAddr->selectAll();
     } else if (txtReadAddr->text() != lblCurrentAddr->text().toUpper()) {
         const int caret = txtReadAddr->cursorPosition();
-        txtReadAddr->setText(lblCurrentAddr->text());
+        // The same address in another form takes the place of what was typed.
+        const auto show = AddressInBox() == address ? CorrectText : EnterText;
+        show(*txtReadAddr, lblCurrentAddr->text().toUpper());
         txtReadAddr->setCursorPosition(caret);
     }
     ShowBitTarget();
@@ -306,18 +317,26 @@ void RegisterAccessPage::cmdWrite_Click() {
 }
 
 void RegisterAccessPage::txtReadAddr_Change() {
-    SetTextKeepingCaret(*txtReadAddr, txtReadAddr->text().toUpper());
+    CorrectText(*txtReadAddr, txtReadAddr->text().toUpper());
     MarkInput();
     ShowBitTarget();
 }
 
 void RegisterAccessPage::txtHex_Change() {
-    SetTextKeepingCaret(*txtDec, QString::number(HexValue(txtHex->text().toStdString())));
+    if (EnterLinked(*txtDec, QString::number(HexValue(txtHex->text().toStdString())))) {
+        CorrectText(*txtHex, ToQString(HexText(NumberIn(*txtDec))));
+    }
     MarkInput();
 }
 
 void RegisterAccessPage::txtDec_Change() {
-    SetTextKeepingCaret(*txtHex, ToQString(HexText(NumberIn(*txtDec))));
+    const bool cleared = txtDec->text().isEmpty();
+    if (EnterLinked(*txtHex, ToQString(HexText(NumberIn(*txtDec))))) {
+        CorrectText(*txtDec, QString::number(HexValue(txtHex->text().toStdString())));
+        if (cleared) {
+            txtDec->selectAll(); // the next digit replaces the 0
+        }
+    }
     MarkInput();
 }
 
@@ -329,7 +348,7 @@ void RegisterAccessPage::MarkInput() {
         MarkField(*txtReadAddr, tr("Registers have the addresses 0 to FF: nothing is read or "
                                    "written outside them"));
     } else {
-        MarkField(*txtReadAddr, HowRead(*txtReadAddr, hexadecimal, HexText(address)));
+        MarkField(*txtReadAddr, HowHexRead(*txtReadAddr, HexText(address)));
     }
     const int32_t value = ToInt32(NumberIn(*txtDec));
     if (value < 0 || value > LargestRegisterValue) {
@@ -338,8 +357,8 @@ void RegisterAccessPage::MarkInput() {
         MarkField(*txtDec, limited);
         MarkField(*txtHex, limited);
     } else {
-        MarkField(*txtDec, HowRead(*txtDec, decimal, std::to_string(value)));
-        MarkField(*txtHex, HowRead(*txtHex, hexadecimal, HexText(value)));
+        MarkField(*txtDec, HowRead(*txtDec));
+        MarkField(*txtHex, HowHexRead(*txtHex, HexText(value)));
     }
 }
 

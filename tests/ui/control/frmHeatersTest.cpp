@@ -15,7 +15,7 @@ TEST_F(HeatersTest, ApplySendsBothDutiesAtOnceAndKeepsTheSettings) {
             "cmdApply; txtPWM(0)=12.7; ?; cmdApply; txtPWM(0)=off; ?; cmdApply; txtPWM(0)=1e300; "
             "cmdApply; txtPWM(0)=; cmdApply; tick; tick",
             "duty=60,7 duty=100,7 duty=0,7 duty=12,7 duty=0,7 duty=100,7 duty=0,7",
-            "60 / 150 ! / -5 ! / 12.7 / off", ZTM7720}});
+            "60 / 150 ! / -5 ! / 12.7 / off !", ZTM7720}});
     const char *second = "txtPWM(1) chkSWControl(1) txtFrom(1) txtTo(1) txtIncrement(1) "
                          "txtInterval(1) chkSWControl(0)";
     const std::string reopen = "; cmdApply; cmdClose; cmdHeaters; ?";
@@ -54,6 +54,15 @@ TEST_F(HeatersTest, TheRampOfOneHeaterLeavesTheOtherAlone) {
           "duty=0,0 duty=255,50 duty? duty=255,52 duty? duty=255,50 duty=0,50 duty=20,255 "
           "duty=255,50 duty? duty=22,255 duty? duty=255,52",
           "", ZTM7720}});
+}
+
+TEST_F(HeatersTest, TheRampDoesNotMixItsDutyWithWhatIsTyped) {
+    Open(ZTM7720);
+    EXPECT_EQ(Do("chkSWControl(0); txtPWM(0)=33; cmdApply; tick; ?; txtPWM(0)+5; ?; tick; ?; "
+                 "txtPWM(0)+0; tick; ?; cmdApply; ?; tick; ?; txtPWM(0)+7; tick; txtPWM(0)+Ctrl+Z; "
+                 "?; txtPWM(0)+8; tick; txtFrom(0)+Home; ?; txtPWM(0)SpinUp; tick; ?",
+                 "txtPWM(0)"),
+              "20 / 5 / 5 / 50 / 50 / 20 / 22 / 24 / 29");
 }
 
 } // namespace

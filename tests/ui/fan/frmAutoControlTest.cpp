@@ -33,7 +33,7 @@ protected:
 
     /// Twips of the graph as pixels of the widget.
     static QPointF PixelAt(double x, double y) {
-        return {x * Graph().width() / GraphWidth, y * Graph().height() / GraphHeight};
+        return {x * (Graph().width() - 1) / GraphWidth, y * (Graph().height() - 1) / GraphHeight};
     }
     static QPoint At(double celsius, double rpm) {
         return PixelAt(TempX(celsius), RPMY(rpm)).toPoint();
@@ -92,6 +92,10 @@ TEST_F(AutoControlTest, ShowsThePointsAndApplyWritesTheTableInUse) {
           "30|1200|1|0|hidden|hidden|Remote", ZTM7710},
          {points + "02=FF", "?; optDiscrete; cmbControl(0)=Local; cmbControl(1)=Remote1; cmdOK",
           "02? 02=FB 02? " + written + "07=04", "30|1200|0|1|Local|Local|hidden", ZTM7720},
+         {eightPoints + " 30=64 31=00 07=0E", "optControl(3); ?; cmdOK", // too fast for the table
+          "02? 02=E8 02? " +
+              std::string(written).replace(written.find("31=04"), 11, "31=00 30=64") + "07=0E",
+          "60|49152|1|0|Remote2|Full Speed|hidden", ZTM7720},
          {points, "cmbSource33=Full Speed; optControl(2); txtTLookUp=-70; cmdOK",
           "02? 02=00 02? " + std::string(written).replace(written.find("24=72"), 5, "24=00") +
               "07=03",
@@ -140,8 +144,8 @@ TEST_F(AutoControlTest, TwoClicksMoveAPoint) {
     EXPECT_EQ(Selected(), "4: 60|4096") << "other points are passed by";
     const QPoint place = PixelAt(2000, 3735 - 900).toPoint();
     ClickAt(place);
-    const double celsius = std::floor(X2Temp(place.x() * GraphWidth / Graph().width()));
-    const double rpm = std::floor(Y2RPM(place.y() * GraphHeight / Graph().height()));
+    const double celsius = std::floor(X2Temp(place.x() * GraphWidth / (Graph().width() - 1)));
+    const double rpm = std::floor(Y2RPM(place.y() * GraphHeight / (Graph().height() - 1)));
     EXPECT_NEAR(celsius, 60, 1);
     EXPECT_NEAR(rpm, 2000, 40);
     EXPECT_EQ(Selected(), QString("4: %1|%2").arg(celsius).arg(rpm).toStdString());
@@ -154,6 +158,20 @@ TEST_F(AutoControlTest, TwoClicksMoveAPoint) {
         EXPECT_FALSE(Graph().carriedAt) << "wherever the focus is";
         EXPECT_EQ(Selected(), "8: 100|6400");
     }
+    const QPoint corner = Graph().rect().bottomRight();
+    for (const QPoint end : {At(120, 3000), corner + QPoint(200, 200)}) {
+        MoveTo(At(100, 6400));
+        QTest::mousePress(&Graph(), Qt::LeftButton, {}, At(100, 6400));
+        MoveTo(end);
+        EXPECT_TRUE(Graph().carriedAt);
+        QTest::mouseRelease(&Graph(), Qt::LeftButton, {}, end);
+        EXPECT_FALSE(Graph().carriedAt) << "a drag ends with the release";
+        if (end.x() < corner.x()) {
+            Do("txtTLookUp+Ctrl+Z; txtRPMLookup+Ctrl+Z");
+            EXPECT_EQ(Selected(), "8: 100|6400");
+        }
+    }
+    EXPECT_EQ(Selected(), "8: 150|0") << "the corner is within reach, and what is beyond is not";
     EXPECT_EQ(Asked(), "");
 }
 
@@ -245,18 +263,31 @@ TEST_F(AutoControlTest, OnlySpeedsThatApplyWouldDropAreMarked) {
     EightPointTable[1].RPM = 75;
     EXPECT_EQ(Do("optControl(1); ?; optControl(0); ?", "txtRPMLookup"), "75 ! / 75")
         << "the same text, but the chip holds another speed there";
+    EXPECT_NE(Find("optControl(1)").toolTip(), "") << "selected or not";
+    EXPECT_EQ(Find("optControl(2)").toolTip(), "");
+    EXPECT_EQ(Do("txtRPMLookup=1000; cmdApply; txtRPMLookup=75; ?; txtRPMLookup=0; cmdApply; "
+                 "txtRPMLookup=75; ?",
+                 "txtRPMLookup"),
+              "75 ! / 75")
+        << "0 RPM is the slowest count";
 }
 
 TEST_F(AutoControlTest, TheBoxesFollowTheTableThatTheGraphShows) {
     Open(ZTM7720, eightPoints);
     Click("optControl(2)");
-    EightPointMode = false;
-    FourPointTable[2] = {55, 5500};
-    QEvent activation(QEvent::ActivationChange);
-    QCoreApplication::sendEvent(&Find("frmAutoControl"), &activation);
-    EXPECT_EQ(Selected(), "3: 55|5500");
-    EXPECT_EQ(EightPointTable[2].Temperature, 50);
-    EXPECT_EQ(EightPointTable[2].RPM, 3200);
+    const auto shownIn = [](bool eightPointMode) {
+        EightPointMode = eightPointMode;
+        QEvent activation(QEvent::ActivationChange);
+        QCoreApplication::sendEvent(&Find("frmAutoControl"), &activation);
+        return Selected();
+    };
+    EXPECT_EQ(shownIn(false), "3: 50|3200") << "never loaded: from the same registers";
+    Type("txtRPMLookup", "5500");
+    EXPECT_EQ(shownIn(true), "3: 50|3200");
+    EXPECT_EQ(shownIn(false), "3: 50|5500");
+    Do("cmdCancel; chip 24=80; cmdAuto; optControl(2)");
+    EXPECT_EQ(Selected(), "3: 64|3200");
+    EXPECT_EQ(shownIn(true), "3: 50|3200") << "loaded before";
 }
 
 TEST_F(AutoControlTest, LaidOutInTheMiddleWithNumbersAtTheGridLines) {

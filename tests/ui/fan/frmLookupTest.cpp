@@ -70,7 +70,9 @@ TEST_F(LookupTest, NumbersThatTheChipCannotHoldAreMarked) {
                  "txtRPM(0)=4915200; ?; txtRPM(0)=4915201; ?",
                  "txtRPM(0)"),
               "75 / 0 / 75 ! / 76 / -1 ! / 4915200 / 4915201 !");
-    EXPECT_EQ(Do("txtTemp(7)=191; ?; txtTemp(7)=140; txtTemp(7)+Up; ?", "txtTemp(7)"), "191 / 140");
+    EXPECT_EQ(
+        Do("txtTemp(7)=191; txtTemp(7)+Up; ?; txtTemp(7)+Down; ?; txtTemp(7)+Up; ?", "txtTemp(7)"),
+        "191 / 140 / 140");
 }
 
 TEST_F(LookupTest, ATableGoesToAFileAndBack) {

@@ -17,7 +17,7 @@ TEST_F(ThermTempTest, ShowsTheLimitsAndWritesWhatTheBoxesHold) {
            {chip,
             "txtLocal=100; txtR1+Down; txtR1+Up; txtR2=80.5 C; txtHyst+Up; chkBoost; chip 02=40; "
             "?; cmdOK",
-            "0D=A4 10=0A 13=90 1A=06 02? 02=42 02?", "100|-54|80.5 C|6|1", ZTM7720},
+            "0D=A4 10=0A 13=90 1A=06 02? 02=42 02?", "100|-54|80.5 C !|6|1", ZTM7720},
            {"02=02", "?; chkBoost; cmdOK", "0D=00 10=00 13=00 1A=00 02? 02=00 02?",
             "-64|-64|-64|0|1"},
            // Numbers without an encoding are marked and limited; a half goes to even.

@@ -31,12 +31,12 @@ TEST_F(ThermTimerTest, ShowsEveryFieldAndWritesItOverWhatTheChipHolds) {
 TEST_F(ThermTimerTest, TheLimitStaysWithinAHundredPercentWhileItIsTyped) {
     Open(ZTM7720);
     EXPECT_EQ(Do("txtLimit=120; ?; txtLimit=100; ?; txtLimit=100.5; ?; txtLimit=1e9; ?; "
-                 "txtLimit=99.9; ?; txtLimit=-5; ?",
+                 "txtLimit=99.9; ?; txtLimit=120; txtLimit+Ctrl+Z; ?; txtLimit=-5; ?",
                  "txtLimit"),
-              "100 / 100 / 100 / 100 / 99.9 / -5 !");
+              "100 / 100 / 100 / 100 / 99.9 / 99.9 / -5 !");
     const std::string behind = "01? 01=00 01? 04? 04=00 19=";
     Check("txtLimit", {{"", "txtLimit=120; cmdOK", behind + "FF"},
-                       {"", "txtLimit=12 %; ?; cmdOK", behind + "1F", "12 %"},
+                       {"", "txtLimit=12 %; ?; cmdOK", behind + "1F", "12 % !"},
                        {"", "txtLimit=-5; cmdOK", behind + "00"},
                        {"19=80", "txtLimit=; ?; cmdOK", behind + "00"}});
 }

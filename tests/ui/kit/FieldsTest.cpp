@@ -7,23 +7,25 @@
 namespace ztm::test {
 namespace {
 
-TEST(Fields, ABoxIsMarkedWhileItsRoundedNumberIsOutsideItsRange) {
+TEST(Fields, ABoxIsMarkedWhileItsRoundedNumberIsOutsideItsRangeOrItsTextIsNoNumber) {
     QLineEdit box;
     WatchRange(box, -64, 191, "°C");
+    const QString range = "-64 to 191 °C";
+    const QString no = "Not a number as a whole: taken as ";
     const QColor usual = box.palette().color(QPalette::Base);
     const struct {
         const char *text;
-        bool marked;
+        QString reason;
     } cases[] = {
-        {"-64", false},     {"-65", true},   {"-64.5", false}, // a half goes to even
-        {"191.4 C", false}, {"191.5", true}, {"none", false},  {"1e300", true}, {"", false},
+        {"-64", ""},      {"-65", range},   {"-64.5", ""}, // a half goes to even
+        {"191.5", range}, {"1e300", range}, {"", ""},        {" 1 2. ", ""},   {"060a", no + "60"},
+        {"e5", no + "0"}, {"+", no + "0"},  {".", no + "0"}, {"1e", no + "1"},
     };
-    for (const auto &[text, marked] : cases) {
+    for (const auto &[text, reason] : cases) {
         box.setText(text);
-        const QString reason = marked ? "-64 to 191 °C" : "";
         EXPECT_EQ(box.toolTip(), reason) << text;
         EXPECT_EQ(box.accessibleDescription(), reason) << text;
-        EXPECT_EQ(box.palette().color(QPalette::Base) != usual, marked) << text;
+        EXPECT_EQ(box.palette().color(QPalette::Base) != usual, !reason.isEmpty()) << text;
     }
 }
 

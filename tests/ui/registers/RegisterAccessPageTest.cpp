@@ -57,6 +57,7 @@ TEST_F(RegisterAccessPageTest, ReadAndWriteUseTheRegisterAtTheAddressIfThereIsOn
         {"FE", 0xFE, false, "Unknown|FEh|FEH|A|10"},
         {"", 0x00, false, "#Bytes/BlockRead|0h|0H|0|0"},
 
+        {"h", 0x00, true, "#Bytes/BlockRead|0h|0H|0|0"},
         {"08h2", 0x08, true, "Mask1|8h|8H|0|0"},
         {"-1", 0x00, true, "#Bytes/BlockRead|0h|0H|0|0"},
         {"100", -1, true, "Unknown|100h|100H||"},
@@ -96,6 +97,8 @@ TEST_F(RegisterAccessPageTest, ValueBoxesStayInStepAndWriteSendsWhatIsTaken) {
             {"txtDec", "2.5", "2", "2.5", false, 2},
             {"txtDec", "12abc", "C", "12abc", true, 12},
             {"txtDec", "0-1", "0", "0-1", true, 0},
+            {"txtDec", "+", "0", "+", true, 0},
+            {"txtDec", "e5", "0", "e5", true, 0},
             {"txtDec", "1e1", "A", "10", false, 10},
             {"txtDec", "12.", "C", "12.", false, 12},
             {"txtDec", "1e3", "3E8", "1000", true, 255},
@@ -129,6 +132,32 @@ TEST_F(RegisterAccessPageTest, UpperCasingTheAddressKeepsTheCaret) {
         EXPECT_EQ(box.text(), text);
         EXPECT_EQ(box.cursorPosition(), caret) << text;
     }
+}
+
+TEST_F(RegisterAccessPageTest, CtrlZLeadsToWhatWasThereAndTheValueBoxesStayInStep) {
+    const auto undo = [](const char *name) {
+        QTest::keyClick(&Find(name), Qt::Key_Z, Qt::ControlModifier);
+        return (TextOf(name) + '|' + TextOf("txtHex") + '|' + TextOf("txtDec")).toStdString();
+    };
+    ReadAt("b");
+    Type("txtReadAddr", "3d");
+    EXPECT_EQ(undo("txtReadAddr"), "BH||");
+    Type("txtReadAddr", "3d");
+    Click("cmdRead");
+    EXPECT_EQ(undo("txtReadAddr"), "BH||");
+    Type("txtDec", "31");
+    for (const char *typed : {"1e1", "x"}) {
+        Type("txtDec", typed);
+        EXPECT_EQ(undo("txtDec"), "31|1F|31") << typed;
+    }
+    Type("txtDec", "");
+    EXPECT_EQ(Find<QLineEdit>("txtDec").selectedText(), "0");
+    QTest::keyClicks(&Find("txtDec"), "7");
+    EXPECT_EQ(TextOf("txtHex"), "7");
+    EXPECT_EQ(undo("txtHex"), "0|0|0");
+    EXPECT_EQ(undo("txtHex"), "1F|1F|31");
+    Type("txtHex", "a");
+    EXPECT_EQ(undo("txtHex"), "1F|1F|31");
 }
 
 TEST_F(RegisterAccessPageTest, EnterReadsOrWritesAndTheNextAddressReplacesTheLast) {
