@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <limits>
 
 namespace ztm {
 
@@ -42,6 +43,9 @@ inline constexpr int32_t FastestLookupRpm = 4915200;
 constexpr bool IsLookupRpm(double rpm) {
     return rpm == 0 || (rpm >= SlowestLookupRpm && rpm <= FastestLookupRpm);
 }
+
+/// The largest speed in the tables, which hold 16 bits.
+inline constexpr int32_t LargestPointRpm = std::numeric_limits<int16_t>::max();
 
 /// A speed as stored in the tables: limited to 16 bits, never wrapped.
 int16_t PointRpm(double rpm);

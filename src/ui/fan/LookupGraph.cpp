@@ -3,6 +3,8 @@
 #include "common/At.h"
 #include "fan/LookupGraphScale.h"
 #include "link/LinkState.h"
+#include "monitor/Channels.h"
+#include "ui/instruments/InstrumentAccess.h"
 #include "ui/kit/Twips.h"
 
 #include <QApplication>
@@ -92,6 +94,7 @@ LookupGraph::LookupGraph(QWidget *parent) : QWidget(parent) {
     setMinimumSize(sizeHint());
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAccessibleName(tr("Fan speed over temperature"));
+    MakeInstrumentsAccessible();
 }
 
 QSize LookupGraph::sizeHint() const {
@@ -114,6 +117,32 @@ void LookupGraph::DescribePoints() {
                     .arg(table[point].RPM);
     }
     setAccessibleDescription(text);
+}
+
+AccessiblePart LookupGraph::PartAt(int part) const {
+    const int point = part / 2;
+    const bool isSpeed = part % 2 != 0;
+    const auto &[celsius, rpm] = At(TableInUse(), point);
+    const int value = isSpeed ? rpm : celsius;
+    const QPointF middle(PlaceOf(point).x() * PixelsPerTwip().x(),
+                         PlaceOf(point).y() * PixelsPerTwip().y());
+    const QPointF reach = 2 * HitRadius * PixelsPerTwip();
+    return {.name = (isSpeed ? tr("Point %1, speed") : tr("Point %1, temperature")).arg(point + 1),
+            .valueText = (isSpeed ? tr("%1 RPM") : tr("%1 °C")).arg(value),
+            .value = static_cast<double>(value),
+            .minimum = isSpeed ? 0.0 : lowestCelsius,
+            .maximum = isSpeed ? static_cast<double>(LargestPointRpm) : highestCelsius,
+            .step = isSpeed ? smallRpm : 1.0,
+            .place = QRectF(middle - reach, middle + reach).toRect(),
+            .hasFocus = point == selectedPoint && isSpeed};
+}
+
+void LookupGraph::MovePart(int part, double value) {
+    if (part % 2 != 0) {
+        emit SpeedWanted(part / 2, value);
+    } else {
+        emit TemperatureWanted(part / 2, value);
+    }
 }
 
 QPointF LookupGraph::PixelsPerTwip() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "fan/LookupTable.h"
+#include "ui/instruments/AccessibleParts.h"
 
 #include <QPainter>
 #include <QWidget>
@@ -15,7 +16,7 @@ namespace ztm {
 /// table in use in twips at any size in pixels, and reports the mouse in twips within the graph;
 /// its first and last pixels are the edges of the graph. Its background is light in every palette,
 /// because the colours of its curves are fixed.
-class LookupGraph final : public QWidget {
+class LookupGraph final : public QWidget, public AccessibleParts {
     Q_OBJECT
 
 public:
@@ -35,6 +36,11 @@ public:
     /// Describes the points for assistive technology.
     void DescribePoints();
 
+    // As seen by assistive technology: of each point first its temperature, then its speed.
+    int PartCount() const override { return 2 * LookupPoints; }
+    AccessiblePart PartAt(int part) const override;
+    void MovePart(int part, double value) override;
+
     QSize sizeHint() const override;
 
 signals:
@@ -46,6 +52,10 @@ signals:
 
     /// An arrow key was pressed: the change in degrees and in RPM.
     void MoveWanted(int celsius, int rpm);
+
+    /// A point is to have another temperature or another speed.
+    void TemperatureWanted(int point, double celsius);
+    void SpeedWanted(int point, double rpm);
 
 protected:
     void paintEvent(QPaintEvent *event) override;

@@ -38,7 +38,6 @@ constexpr int lowestRange = 1000;
 constexpr int highestRange = 20000;
 constexpr int smallRangeStep = 100;
 constexpr int largeRangeStep = 1000;
-constexpr int largestPointRpm = std::numeric_limits<int16_t>::max();
 
 LookupPoint &PointAt(int point) {
     return At(TableInUse(), point);
@@ -142,6 +141,10 @@ void frmAutoControl::ConnectSignals() {
     connect(pctGraph, &LookupGraph::MouseMoved, this, &frmAutoControl::pctGraph_MouseMove);
     connect(pctGraph, &LookupGraph::MouseDragged, this, &frmAutoControl::pctGraph_MouseUp);
     connect(pctGraph, &LookupGraph::MoveWanted, this, &frmAutoControl::MovePoint);
+    connect(pctGraph, &LookupGraph::TemperatureWanted, this,
+            [this](int point, double celsius) { SetNumber(point, *txtTLookUp, celsius); });
+    connect(pctGraph, &LookupGraph::SpeedWanted, this,
+            [this](int point, double rpm) { SetNumber(point, *txtRPMLookup, rpm); });
     connect(sldRange, &ValueSlider::ValueChanged, this, &frmAutoControl::sldRange_Change);
 }
 
@@ -198,8 +201,8 @@ int32_t frmAutoControl::RpmOf(int point) const {
 /// Says why Apply cannot write a speed at a point; empty if it can, or if the chip holds it: the
 /// slowest count reads as 75 RPM, which cannot be written.
 QString frmAutoControl::RpmProblem(int point, double rpm) const {
-    const bool held = (IsLookupRpm(rpm) && rpm <= largestPointRpm) || rpm == At(chipRpm, point);
-    return held ? QString() : tr("0, or %1 to %2 RPM").arg(SlowestLookupRpm).arg(largestPointRpm);
+    const bool held = (IsLookupRpm(rpm) && rpm <= LargestPointRpm) || rpm == At(chipRpm, point);
+    return held ? QString() : tr("0, or %1 to %2 RPM").arg(SlowestLookupRpm).arg(LargestPointRpm);
 }
 
 /// Marks the points whose numbers Apply cannot write, selected or not, and the speed in its box.
@@ -285,6 +288,11 @@ void frmAutoControl::MovePoint(int celsius, int rpm) {
     };
     move(*txtTLookUp, temperatureSpin, PointAt(SelectedPoint).Temperature, celsius);
     move(*txtRPMLookup, rpmSpin, RpmOf(SelectedPoint), rpm);
+}
+
+void frmAutoControl::SetNumber(int point, QLineEdit &box, double number) {
+    At(optControl, point)->setChecked(true);
+    EnterNumber(box, RoundHalfToEven(number));
 }
 
 /// Escape returns a carried point to where it was, whichever control has the focus.

@@ -57,6 +57,7 @@ private:
     void pctGraph_MouseUp(QPointF place);
     void PutDown(QPointF place);
     void MovePoint(int celsius, int rpm);
+    void SetNumber(int point, QLineEdit &box, double number);
     void sldRange_Change(double value);
     bool Apply() override;
 

@@ -54,7 +54,6 @@ frmConfig::frmConfig() : Dialog(QStringLiteral("frmConfig"), tr("Fan Configurati
 
 void frmConfig::SetupUi() {
     SSTab1 = Named(new QTabWidget(this), "SSTab1");
-    SSTab1->setAccessibleName(tr("Pages"));
     SSTab1->addTab(NewGeneralPage(), tr("General"));
     SSTab1->addTab(NewFanPage(0), tr("Fan1"));
     SSTab1->addTab(NewFanPage(1), tr("Fan2"));

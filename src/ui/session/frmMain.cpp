@@ -41,7 +41,6 @@ frmMain::frmMain(bool usbChosen)
 
 void frmMain::SetupUi() {
     SSTab1->setObjectName(QStringLiteral("SSTab1"));
-    SSTab1->setAccessibleName(tr("Pages"));
     SSTab1->addTab(about, tr("About"));
     SSTab1->addTab(registerAccess, tr("Register Access"));
     SSTab1->addTab(visualDisplay, tr("Visual Display"));
