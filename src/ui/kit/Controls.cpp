@@ -7,29 +7,13 @@
 #include <QLineEdit>
 
 namespace ztm {
-namespace {
-
-/// A held Enter key must not press the buttons of one window after the other.
-class Button final : public QPushButton {
-public:
-    using QPushButton::QPushButton;
-
-protected:
-    void keyPressEvent(QKeyEvent *event) override {
-        if (!IsEnter(*event) || !event->isAutoRepeat()) {
-            QPushButton::keyPressEvent(event);
-        }
-    }
-};
-
-} // namespace
 
 bool IsEnter(const QKeyEvent &event) {
     return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
 }
 
 QPushButton *NewButton(const char *name, const QString &caption, QWidget *parent) {
-    auto *button = Named(new Button(caption, parent), name);
+    auto *button = Named(new QPushButton(caption, parent), name);
     button->setAutoDefault(true);
     return button;
 }
