@@ -21,19 +21,6 @@ protected:
     }
 };
 
-/// A held Enter key must not press the buttons of one window after the other.
-class Button final : public QPushButton {
-public:
-    using QPushButton::QPushButton;
-
-protected:
-    void keyPressEvent(QKeyEvent *event) override {
-        if (!IsEnter(*event) || !event->isAutoRepeat()) {
-            QPushButton::keyPressEvent(event);
-        }
-    }
-};
-
 } // namespace
 
 bool IsEnter(const QKeyEvent &event) {
@@ -41,7 +28,7 @@ bool IsEnter(const QKeyEvent &event) {
 }
 
 QPushButton *NewButton(const char *name, const QString &caption, QWidget *parent) {
-    auto *button = Named(new Button(caption, parent), name);
+    auto *button = Named(new QPushButton(caption, parent), name);
     button->setAutoDefault(true);
     return button;
 }

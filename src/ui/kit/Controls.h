@@ -26,7 +26,7 @@ Control *Named(Control *control, const char *name) {
 /// Whether an event is about one of the two Enter keys.
 bool IsEnter(const QKeyEvent &event);
 
-/// A push button that also takes the Enter key when it has the focus, once each time it is pressed.
+/// A push button that also takes the Enter key when it has the focus.
 QPushButton *NewButton(const char *name, const QString &caption, QWidget *parent);
 
 /// An option button. The Tab key stops at the one that is checked among those of the same parent.

@@ -43,7 +43,7 @@ void Form::closeEvent(QCloseEvent *event) {
 }
 
 void Form::keyPressEvent(QKeyEvent *event) {
-    const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == 0 && !event->isAutoRepeat();
+    const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == 0;
     if (plain && IsEnter(*event)) {
         EnterPressed();
     } else if (plain && event->key() == Qt::Key_Escape) {

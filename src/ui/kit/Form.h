@@ -27,7 +27,7 @@ protected:
     /// What the window does when unloaded.
     virtual void Form_Unload() {}
 
-    /// What the keys do where no control in the way has a use for them. A held key counts once.
+    /// What the keys do where no control in the way has a use for them.
     virtual void EnterPressed() {}
     virtual void EscapePressed() {}
 

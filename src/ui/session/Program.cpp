@@ -2,6 +2,7 @@
 
 #include "link/CommFailure.h"
 #include "link/LinkState.h"
+#include "ui/kit/HeldKeys.h"
 #include "ui/kit/Messages.h"
 #include "ui/kit/Text.h"
 #include "ui/session/InitForm.h"
@@ -44,6 +45,7 @@ int RunProgram(char *name, CompanionMaker companion) {
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setWindowIcon(ProductPicture::Icon());
     TakeSignals();
+    const HeldKeys heldKeys;
     const auto beside = companion != nullptr ? companion() : nullptr;
     SetCommFailureHandler([&beside] {
         if (beside) {

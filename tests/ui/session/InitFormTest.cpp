@@ -1,5 +1,6 @@
 #include "support/UiTest.h"
 #include "ui/instruments/ToggleIndicator.h"
+#include "ui/kit/HeldKeys.h"
 #include "ui/kit/Twips.h"
 #include "ui/session/frmMain.h"
 
@@ -88,9 +89,13 @@ TEST_F(InitFormTest, AsksForAMediumWhenNoneIsChecked) {
 TEST_F(InitFormTest, EnterGoesOnFromAnyControlAndAStartMakesExactlyTheseRequests) {
     OpenWizard();
     Press("NextCMD", Qt::Key_Return);
-    for (const char *control : {"NextCMD", "USBCheck"}) {
-        QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, "\r", true);
-        QCoreApplication::sendEvent(&Find(control), &held);
+    const HeldKeys filter;
+    for (const auto type : {QEvent::KeyRelease, QEvent::KeyPress}) {
+        QKeyEvent marked(type, Qt::Key_Return, Qt::NoModifier, "\r", true);
+        QCoreApplication::sendEvent(&Find("NextCMD"), &marked);
+        QKeyEvent unmarked(type, Qt::Key_Return, Qt::NoModifier, "\r");
+        unmarked.setTimestamp(15);
+        QCoreApplication::sendEvent(&Find("USBCheck"), &unmarked);
     }
     EXPECT_TRUE(Find("SeclectComsMediumPanel").isVisible()) << "a held key counts once";
     Press("USBCheck", Qt::Key_Return);
