@@ -199,7 +199,7 @@ void RegisterAccessPage::ShowAddress(int32_t address) {
     // The user may be typing while reads repeat: an address already shown is left alone, a new one
     // keeps the caret, and what is put into an emptied box gives way to what is typed.
     if (txtReadAddr->text().isEmpty()) {
-        txtReadAddr->setText(lblCurrentAddr->text());
+        CorrectText(*txtReadAddr, lblCurrentAddr->text().toUpper());
         txtReadAddr->selectAll();
     } else if (txtReadAddr->text() != lblCurrentAddr->text().toUpper()) {
         const int caret = txtReadAddr->cursorPosition();
