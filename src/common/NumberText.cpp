@@ -135,6 +135,10 @@ double NumericValue(std::string_view text) {
     return value;
 }
 
+bool HasNumber(std::string_view text) {
+    return DecimalLength(WithoutBlanks(text)) > 0;
+}
+
 int32_t HexValue(std::string_view text) {
     std::string digits = WithoutBlanks(text);
     digits.erase(std::find_if_not(digits.begin(), digits.end(),

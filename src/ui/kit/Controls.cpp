@@ -13,6 +13,13 @@ QPushButton *NewButton(const char *name, const QString &caption, QWidget *parent
     return button;
 }
 
+QLabel *NewResultLabel(QWidget *parent) {
+    auto *label = Named(new QLabel(parent), "lblFileResult");
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    return label;
+}
+
 QHBoxLayout *NewButtonRow(std::initializer_list<QPushButton *> buttons) {
     auto *row = new QHBoxLayout;
     row->addStretch();

@@ -24,6 +24,9 @@ Control *Named(Control *control, const char *name) {
 /// A push button that also takes the Enter key when it has the focus.
 QPushButton *NewButton(const char *name, const QString &caption, QWidget *parent);
 
+/// The line `lblFileResult`, which says what became of a file.
+QLabel *NewResultLabel(QWidget *parent);
+
 /// The buttons that close a dialog, in a row at its right.
 QHBoxLayout *NewButtonRow(std::initializer_list<QPushButton *> buttons);
 
