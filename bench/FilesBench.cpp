@@ -2,9 +2,8 @@
 // formatted write of the same line, and the speed of reading a snapshot.
 
 #include "common/Clock.h"
+#include "common/WholeFile.h"
 #include "files/SnapshotFile.h"
-#include "files/TextFile.h"
-#include "link/LinkState.h"
 #include "monitor/MeasurementLog.h"
 
 #include <benchmark/benchmark.h>
@@ -63,25 +62,22 @@ void PlainLogEntry(benchmark::State &state) {
     close(file);
 }
 
-void RecallSnapshot(benchmark::State &state) {
-    ztm::CommsMedium = ztm::MediumUSB;
+void ReadSnapshot(benchmark::State &state) {
     const ScratchFile scratch;
     std::string text = "Address, Data\r\n";
     for (int64_t line = 0; line < state.range(0); ++line) {
         text += "0x3C, 0xFF\t// Enhanced Acoustics\r\n";
     }
     text += "\r\n";
-    ztm::TextFileWriter file;
-    file.Create(scratch.Path());
-    file.Write(text);
+    ztm::SaveFile(scratch.Path(), text);
     for (auto _ : state) {
-        benchmark::DoNotOptimize(ztm::RecallSnapshot(scratch.Path()));
+        benchmark::DoNotOptimize(ztm::ReadSnapshot(scratch.Path()));
     }
     state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(text.size()));
 }
 
 BENCHMARK(LogEntry);
 BENCHMARK(PlainLogEntry);
-BENCHMARK(RecallSnapshot)->Arg(52)->Arg(4096);
+BENCHMARK(ReadSnapshot)->Arg(52)->Arg(4096);
 
 } // namespace

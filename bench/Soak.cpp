@@ -55,7 +55,7 @@ void StartEverything(const TemporaryFolder &folder) {
     }
     Type("txtLogInt", "1000");
     Type("txtNumLogs", "0");
-    AnswerFileDialogOf([] { Click("cmdOK"); }, QString::fromStdString(folder.Path("log")));
+    AnswerFileDialogOf([] { Click("cmdOK"); }, QString::fromStdString(folder.Path("log.xls")));
     ClickTab("Visual Display");
 }
 
@@ -122,7 +122,7 @@ int main(int argumentCount, char *arguments[]) {
     ztm::bench::Table table;
     table.AtMost("memory gained after two hours, besides the history", most - warm, 2, "MB");
     table.AtMost("log entries too many or too few", std::abs(ztm::LogEntryCount - expected), 2, "");
-    table.AtMost("a log entry's distance from its time", LogDrift(folder.Path("log")), tickSeconds,
-                 "s");
+    table.AtMost("a log entry's distance from its time", LogDrift(folder.Path("log.xls")),
+                 tickSeconds, "s");
     return table.ExitCode();
 }

@@ -56,7 +56,7 @@ void LogEveryTick(const TemporaryFolder &folder) {
     }
     Type("txtLogInt", "1");
     Type("txtNumLogs", "0");
-    AnswerFileDialogOf([] { Click("cmdOK"); }, QString::fromStdString(folder.Path("log")));
+    AnswerFileDialogOf([] { Click("cmdOK"); }, QString::fromStdString(folder.Path("log.xls")));
     ClickTab("Visual Display");
 }
 

@@ -11,7 +11,9 @@ constexpr char endOfPoint = ';';
 
 /// Points come out of the file in its order, and only where it has eight behind its heading.
 void ReadAnything(std::string_view text) {
-    const auto points = ReadLut(MemoryFile(text).Path());
+    std::string whyNot;
+    const auto points = ReadLut(MemoryFile(text).Path(), whyNot);
+    Require(points.has_value() == whyNot.empty(), "a reason exactly where there are no points");
     if (!points) {
         return;
     }
@@ -37,8 +39,9 @@ void SaveAndRead(std::string_view text) {
         }
     }
     const MemoryFile file;
-    Require(SaveLut(file.Path(), points), "a table can be saved");
-    const auto read = ReadLut(file.Path());
+    Require(SaveLut(file.Path(), points).empty(), "a table can be saved");
+    std::string whyNot;
+    const auto read = ReadLut(file.Path(), whyNot);
     Require(read.has_value(), "what was saved can be read");
     for (size_t point = 0; point < LutPoints; ++point) {
         Require((*read)[point] == points[point].Temperature + ", " + points[point].RPM,

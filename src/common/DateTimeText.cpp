@@ -1,5 +1,7 @@
 #include "common/DateTimeText.h"
 
+#include "common/EightBitText.h"
+
 #include <array>
 
 namespace ztm {
@@ -11,15 +13,21 @@ std::time_t MachineTime() {
 
 std::time_t (*dateTimeSource)() = MachineTime;
 
+std::string Formatted(const std::tm &time, const char *format) {
+    std::array<char, 128> text{};
+    return {text.data(), std::strftime(text.data(), text.size(), format, &time)};
+}
+
 } // namespace
 
 std::string DateTimeText() {
     const std::time_t now = dateTimeSource();
     std::tm local{};
     localtime_r(&now, &local);
-    std::array<char, 128> text{};
-    const size_t length = std::strftime(text.data(), text.size(), "%x %X", &local);
-    return {text.data(), length};
+    const std::string text = Formatted(local, "%x %X");
+    std::string inFiles;
+    const bool isReadable = AppendWindows1252(inFiles, text) && !text.empty();
+    return isReadable ? text : Formatted(local, "%F %T");
 }
 
 void SetDateTimeSource(std::time_t (*source)()) {

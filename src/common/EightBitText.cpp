@@ -60,10 +60,14 @@ char ByteOf(char32_t character) {
 
 } // namespace
 
-void AppendWindows1252(std::string &bytes, std::string_view utf8) {
+bool AppendWindows1252(std::string &bytes, std::string_view utf8) {
+    bool hasAll = true;
     while (!utf8.empty()) {
-        bytes.push_back(ByteOf(TakeCharacter(utf8)));
+        const char32_t character = TakeCharacter(utf8);
+        bytes.push_back(ByteOf(character));
+        hasAll = hasAll && (bytes.back() != replacement || character == replacement);
     }
+    return hasAll;
 }
 
 } // namespace ztm

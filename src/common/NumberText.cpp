@@ -140,6 +140,10 @@ bool IsNumber(std::string_view text) {
     return DecimalLength(kept) == kept.size();
 }
 
+bool HasNumber(std::string_view text) {
+    return DecimalLength(WithoutBlanks(text)) > 0;
+}
+
 int32_t HexValue(std::string_view text) {
     std::string digits = WithoutBlanks(text);
     digits.erase(std::find_if_not(digits.begin(), digits.end(),

@@ -21,6 +21,9 @@ double NumericValue(std::string_view text);
 /// nothing else.
 bool IsNumber(std::string_view text);
 
+/// Whether a text starts with a number as NumericValue reads it.
+bool HasNumber(std::string_view text);
+
 /// The value of a hexadecimal text, as if "&H" stood in front of it. Blanks, tabs and line feeds
 /// are ignored; the first character that is not a hexadecimal digit ends the number; no digits give
 /// 0. One to four digits are a 16-bit signed number ("FFFF" is −1), five to eight a 32-bit signed

@@ -1,53 +1,47 @@
 #include "files/LutFile.h"
 
 #include "common/DateTimeText.h"
-#include "common/RegularFile.h"
+#include "common/EightBitText.h"
+#include "common/WholeFile.h"
 #include "files/TextFile.h"
 
-#include <vector>
+#include <sstream>
 
 namespace ztm {
 namespace {
 
 constexpr char endOfPoint = ';';
-constexpr size_t longestPoint = 65536;
-
-std::optional<std::string> NextPoint(std::istream &file) {
-    std::vector<char> text(longestPoint + 1);
-    file.getline(text.data(), static_cast<std::streamsize>(text.size()), endOfPoint);
-    if (!file.good()) {
-        return std::nullopt;
-    }
-    return std::string(text.data(), static_cast<size_t>(file.gcount()) - 1);
-}
 
 } // namespace
 
-bool SaveLut(const std::string &path, const std::array<LutPoint, LutPoints> &points) {
+std::string SaveLut(const std::string &path, const std::array<LutPoint, LutPoints> &points) {
     std::string text = "ZTM7720 Look-up Table Data\r\n\r\nSaved: ";
     text.append(DateTimeText()).append("\r\n\r\nTemperature, RPM;\r\n");
     for (const LutPoint &point : points) {
         text.append(point.Temperature).append(", ").append(point.RPM).append(";\r\n");
     }
-    TextFileWriter file;
-    return file.Create(path) && file.WriteLine(text) && file.Close();
+    std::string bytes;
+    AppendWindows1252(bytes, text.append("\r\n"));
+    return SaveFile(path, bytes);
 }
 
-std::optional<std::array<std::string, LutPoints>> ReadLut(const std::string &path) {
-    std::ifstream file = OpenRegularFile(path);
+std::optional<std::array<std::string, LutPoints>> ReadLut(const std::string &path,
+                                                          std::string &whyNot) {
+    const auto bytes = ReadFile(path, whyNot);
+    if (!bytes) {
+        return std::nullopt;
+    }
+    std::istringstream file(*bytes);
     if (!SkipPast(file, endOfPoint)) {
+        whyNot = "no table in this file";
         return std::nullopt;
     }
     std::array<std::string, LutPoints> points;
     for (std::string &point : points) {
-        if (!SkipPast(file, '\n')) {
+        if (!SkipPast(file, '\n') || !std::getline(file, point, endOfPoint).good()) {
+            whyNot = "fewer than 8 points in this file";
             return std::nullopt;
         }
-        auto text = NextPoint(file);
-        if (!text) {
-            return std::nullopt;
-        }
-        point = std::move(*text);
     }
     return points;
 }

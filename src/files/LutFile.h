@@ -16,12 +16,14 @@ struct LutPoint {
     std::string RPM;
 };
 
-/// Writes the points' UTF-8 texts unchanged to a file, replacing an existing one. False on failure.
-bool SaveLut(const std::string &path, const std::array<LutPoint, LutPoints> &points);
+/// Writes the points' UTF-8 texts unchanged to a file, see SaveFile. Returns the reason of a
+/// failure, empty if there was none.
+std::string SaveLut(const std::string &path, const std::array<LutPoint, LutPoints> &points);
 
 /// The eight points' texts up to their ";", as the bytes of the file. Skips everything before the
 /// line after the first ";", and the rest of each point's line. Returns nothing if the file cannot
-/// be read, ends before the eighth point's ";", or has a point of more than 65536 characters.
-std::optional<std::array<std::string, LutPoints>> ReadLut(const std::string &path);
+/// be read, see ReadFile, or ends before the eighth point's ";"; `whyNot` then says why.
+std::optional<std::array<std::string, LutPoints>> ReadLut(const std::string &path,
+                                                          std::string &whyNot);
 
 } // namespace ztm

@@ -1,8 +1,9 @@
 #include "files/SnapshotFile.h"
 
 #include "common/DateTimeText.h"
+#include "common/EightBitText.h"
 #include "common/NumberText.h"
-#include "common/RegularFile.h"
+#include "common/WholeFile.h"
 #include "files/TextFile.h"
 #include "link/LinkState.h"
 #include "link/USBComms.h"
@@ -11,6 +12,7 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <sstream>
 
 namespace ztm {
 namespace {
@@ -18,10 +20,10 @@ namespace {
 /// The map slots that are saved; for a ZTM7720 all registers before the Device ID.
 constexpr size_t savedRegisters = 52;
 
-constexpr int mostLines = 4096;
-
 /// The reader looks for the first one, so nothing before the data may contain it.
 constexpr char mark = 'x';
+
+constexpr const char *endOfHeader = "\r\n\r\nAddress, Data\r\n";
 
 std::string TwoHexDigits(int32_t value) {
     std::string digits = HexText(value);
@@ -38,37 +40,22 @@ std::string DataLine(const RegisterEntry &entry, int32_t value) {
         .append("\r\n");
 }
 
-std::string SnapshotText() {
+/// The registers of the chip that differ from their defaults, and the text with their lines.
+std::vector<Snapshot::Register> ReadChip(std::string &text) {
     std::string date = DateTimeText();
     std::replace(date.begin(), date.end(), mark, 'X');
-    std::string text(DeviceName);
-    text.append(" Evaluation Software\r\n\r\nSaved: ").append(date);
-    text.append("\r\n\r\nAddress, Data\r\n");
+    text.append(DeviceName).append(" Evaluation Software\r\n\r\nSaved: ").append(date);
+    text.append(endOfHeader);
+    std::vector<Snapshot::Register> registers;
     for (size_t index = 0; index < savedRegisters; ++index) {
         const RegisterEntry &entry = RegisterMap[index];
         const int32_t value = ReadRegister(entry.Address);
         if (value != entry.Default) {
+            registers.push_back({entry.Address, value});
             text += DataLine(entry, value);
         }
     }
-    return text;
-}
-
-/// The number of data lines after the first mark, without the empty line at the end. Nothing if the
-/// file cannot be read that far or does not end in a line end.
-std::optional<int> CountLines(const std::string &path) {
-    std::ifstream file = OpenRegularFile(path);
-    if (!SkipPast(file, mark)) {
-        return std::nullopt;
-    }
-    int lines = 0;
-    while (file.peek() != std::istream::traits_type::eof() && lines <= mostLines + 1) {
-        if (!SkipPast(file, '\n')) {
-            return std::nullopt;
-        }
-        ++lines;
-    }
-    return lines - 1;
+    return registers;
 }
 
 bool Skip(std::istream &file, int count) {
@@ -85,39 +72,55 @@ std::optional<int32_t> NextTwoHexDigits(std::istream &file) {
 
 } // namespace
 
-bool SaveSnapshot(const std::string &path) {
-    const std::string text = SnapshotText();
-    TextFileWriter file;
-    return file.Create(path) && file.WriteLine(text) && file.Close();
+Snapshot SaveSnapshot(const std::string &path) {
+    std::string text;
+    Snapshot saved{ReadChip(text), {}};
+    std::string bytes;
+    AppendWindows1252(bytes, text.append("\r\n"));
+    saved.Problem = SaveFile(path, bytes);
+    return saved;
 }
 
-bool RecallSnapshot(const std::string &path) {
-    const auto lines = CountLines(path);
-    if (!lines || *lines > mostLines) {
-        return false;
+Snapshot ReadSnapshot(const std::string &path) {
+    Snapshot snapshot;
+    const auto bytes = ReadFile(path, snapshot.Problem);
+    if (!bytes) {
+        return snapshot;
     }
-    std::ifstream file = OpenRegularFile(path);
+    std::istringstream file(*bytes);
     if (!SkipPast(file, mark)) {
-        return false;
+        const bool isEmpty = bytes->find(endOfHeader) != std::string::npos;
+        snapshot.Problem = isEmpty ? "" : "no setup in this file";
+        return snapshot;
     }
-    for (int line = 0; line < *lines; ++line) {
+    snapshot.Problem = "the file does not end like a saved setup";
+    if (bytes->back() != '\n') {
+        return snapshot;
+    }
+    // The last line is the empty one.
+    const auto lines = std::count(bytes->begin() + file.tellg(), bytes->end(), '\n') - 1;
+    for (std::ptrdiff_t line = 0; line < lines; ++line) {
         if (line > 0 && !Skip(file, 2)) {
-            return false;
+            return snapshot;
         }
         const auto address = NextTwoHexDigits(file);
         if (!address || !Skip(file, 4)) {
-            return false;
+            return snapshot;
         }
         const auto value = NextTwoHexDigits(file);
         if (!value) {
-            return false;
+            return snapshot;
         }
-        WriteRegister(*address, *value);
+        snapshot.Registers.push_back({*address, *value});
         if (!SkipPast(file, '\n')) {
-            return false;
+            return snapshot;
         }
     }
-    return true;
+    const auto rest = bytes->substr(static_cast<size_t>(file.tellg()));
+    if (rest == "\n" || rest == "\r\n") {
+        snapshot.Problem.clear();
+    }
+    return snapshot;
 }
 
 } // namespace ztm

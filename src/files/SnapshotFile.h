@@ -1,22 +1,32 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
+#include <vector>
 
 namespace ztm {
 
 /// Register snapshots: text files (".sav") with the registers of the chip that differ from
 /// their defaults, one line each: "0x01, 0x05", a tab, "// " and the register's name.
 
-/// Reads the first 52 registers of the map from the chip and writes those that differ from their
-/// default to a file, replacing an existing one. False if the file could not be written; the
-/// registers have been read by then.
-bool SaveSnapshot(const std::string &path);
+struct Snapshot {
+    struct Register {
+        int32_t Address;
+        int32_t Value;
+    };
+    std::vector<Register> Registers; ///< in file order
+    std::string Problem;             ///< what went wrong; empty if nothing did
+};
 
-/// Writes the registers listed in a file to the chip, in file order, whatever variant the file was
-/// saved from. The fields are found by their fixed columns after the first "x" in the file; a field
-/// that starts with no hexadecimal digit counts as 0. False if the file cannot be read or ends
-/// inside a line; the registers before it have been written. False with nothing written if it has
-/// no "x", no line end at its end, or more than 4096 lines, which no snapshot has.
-bool RecallSnapshot(const std::string &path);
+/// Reads the first 52 registers of the map from the chip and writes those that differ from their
+/// default to a file, see SaveFile. If that fails, the registers have been read all the same.
+Snapshot SaveSnapshot(const std::string &path);
+
+/// Reads the registers listed in a file, whatever variant it was saved from; writes nothing to the
+/// chip. The fields are found by their fixed columns after the first "x" in the file; a field that
+/// starts with no hexadecimal digit counts as 0. There are none if the file cannot be read, see
+/// ReadFile, or has no "x" or no line end at its end. If it ends in another line than the empty
+/// one, that line is left out.
+Snapshot ReadSnapshot(const std::string &path);
 
 } // namespace ztm

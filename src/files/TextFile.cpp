@@ -1,11 +1,13 @@
 #include "files/TextFile.h"
 
 #include "common/EightBitText.h"
+#include "common/WholeFile.h"
 
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
 #include <limits>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace ztm {
@@ -15,51 +17,63 @@ constexpr mode_t readableAndWritable = 0666;
 
 } // namespace
 
-bool TextFileWriter::Create(const std::string &path) {
+bool TextFileWriter::Create(const std::string &newPath) {
     Close();
+    path = newPath;
     length = 0;
     error.clear();
-    // O_NONBLOCK: opening a FIFO must not hang.
-    descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NONBLOCK,
-                      readableAndWritable);
+    // O_NONBLOCK: opening a FIFO must not hang. O_APPEND: behind what others did to the file.
+    descriptor =
+        open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_APPEND | O_CLOEXEC | O_NONBLOCK,
+             readableAndWritable);
     return IsOpen() || Fail();
-}
-
-bool TextFileWriter::Write(std::string_view utf8) {
-    bytes.clear();
-    AppendWindows1252(bytes, utf8);
-    return WriteBytes();
 }
 
 bool TextFileWriter::WriteLine(std::string_view utf8) {
     bytes.clear();
     AppendWindows1252(bytes, utf8);
     bytes.append("\r\n");
-    return WriteBytes();
+    const auto done = static_cast<long>(WriteAll(descriptor, bytes));
+    if (done == static_cast<long>(bytes.size())) {
+        length += done;
+        return true;
+    }
+    Fail();
+    // The place behind the last write, which need not be `length`.
+    const long end = done > 0 ? lseek(descriptor, 0, SEEK_CUR) : -1;
+    if (end >= done && ftruncate(descriptor, end - done) == 0) {
+        lseek(descriptor, end - done, SEEK_SET);
+    }
+    return false;
+}
+
+bool TextFileWriter::IsIntact() {
+    struct stat opened {};
+    struct stat there {};
+    if (fstat(descriptor, &opened) != 0) {
+        return Fail();
+    }
+    if (!S_ISREG(opened.st_mode)) {
+        return true;
+    }
+    if (stat(path.c_str(), &there) != 0) {
+        return Fail();
+    }
+    if (there.st_dev != opened.st_dev || there.st_ino != opened.st_ino) {
+        error = "the file was replaced by another program";
+        return false;
+    }
+    if (opened.st_size < length) {
+        error = "the file was shortened by another program";
+        return false;
+    }
+    return true;
 }
 
 bool TextFileWriter::Close() {
     const bool closed = !IsOpen() || close(descriptor) == 0;
     descriptor = -1;
     return closed || Fail();
-}
-
-bool TextFileWriter::WriteBytes() {
-    size_t done = 0;
-    while (done < bytes.size()) {
-        const ssize_t count = write(descriptor, bytes.data() + done, bytes.size() - done);
-        if (count >= 0) {
-            done += static_cast<size_t>(count);
-        } else if (errno != EINTR) {
-            Fail();
-            if (done > 0 && ftruncate(descriptor, length) == 0) {
-                lseek(descriptor, length, SEEK_SET);
-            }
-            return false;
-        }
-    }
-    length += static_cast<long>(done);
-    return true;
 }
 
 bool TextFileWriter::Fail() {

@@ -6,9 +6,9 @@
 
 namespace ztm {
 
-/// Writes a text file of 8-bit characters (Windows-1252) with CR LF line ends. Every write has
-/// reached the operating system when it returns, so nothing is lost if the process dies. After a
-/// failure Error says why.
+/// Writes a text file line by line, as 8-bit characters (Windows-1252) with CR LF line ends. Every
+/// line has reached the operating system when its write returns, so nothing is lost if the process
+/// dies. After a failure Error says why.
 class TextFileWriter {
 public:
     TextFileWriter() = default;
@@ -21,24 +21,25 @@ public:
 
     bool IsOpen() const { return descriptor >= 0; }
 
-    /// Writes a UTF-8 text completely or, on failure, not at all: a partial write is undone if the
-    /// file can be truncated.
-    bool Write(std::string_view utf8);
-
-    /// Write, with a line end.
+    /// Appends a UTF-8 text and a line end to the file completely or, on failure, not at all: a
+    /// partial write is undone if the file can be truncated.
     bool WriteLine(std::string_view utf8);
+
+    /// False if the path of Create no longer leads to this file, or the file is shorter than what
+    /// was written. Always true of what is no regular file.
+    bool IsIntact();
 
     /// False if the system reports that written data could not be kept.
     bool Close();
 
-    /// The system's reason for the last failure, for example "No space left on device".
+    /// The reason of the last failure, for example "No space left on device".
     const std::string &Error() const { return error; }
 
 private:
     bool Fail();
-    bool WriteBytes();
 
     int descriptor = -1;
+    std::string path;
     long length = 0; // of what has been written
     std::string bytes;
     std::string error;

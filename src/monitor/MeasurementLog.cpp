@@ -12,6 +12,7 @@ namespace {
 constexpr int32_t defaultLogInterval = 100;
 constexpr int32_t defaultMaxLogEntries = 10000;
 constexpr int elapsedDecimals = 3;
+constexpr double secondsBetweenLooks = 1;
 
 /// The unit after a value.
 const char *UnitOf(Quantity quantity) {
@@ -48,6 +49,13 @@ std::string Header(const std::array<bool, ChannelCount> &selected) {
 
 TextFileWriter file;
 std::string problem;
+double lastLook = 0; // at the file
+
+void StopAfterFailure() {
+    const std::string reason = file.Error();
+    StopLog();
+    problem = reason;
+}
 
 } // namespace
 
@@ -73,6 +81,7 @@ std::string StartLog(const std::string &path, const LogSettings &settings) {
     MaxLogEntries = settings.MaxEntries;
     LoggingActive = true;
     LogEntryCount = 0;
+    lastLook = RunningSeconds();
     problem.clear();
     return {};
 }
@@ -83,9 +92,17 @@ void WriteLogEntry(double startTime) {
         ++LogEntryCount;
         return;
     }
-    const std::string reason = file.Error();
-    StopLog();
-    problem = reason;
+    StopAfterFailure();
+}
+
+void WatchLogFile() {
+    const double now = RunningSeconds();
+    if (LoggingActive && now - lastLook >= secondsBetweenLooks) {
+        lastLook = now;
+        if (!file.IsIntact()) {
+            StopAfterFailure();
+        }
+    }
 }
 
 void StopLog() {

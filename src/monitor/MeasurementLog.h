@@ -36,11 +36,15 @@ std::string StartLog(const std::string &path, const LogSettings &settings);
 /// written, the log stops.
 void WriteLogEntry(double startTime);
 
+/// Stops the log if another program has removed, replaced or shortened its file. Looks at most once
+/// a second.
+void WatchLogFile();
+
 /// Ends the log and closes its file. The settings stay for the next one.
 void StopLog();
 
-/// Why the last log was stopped or not closed properly, in the system's words; empty if there was
-/// no problem.
+/// Why the last log was stopped or not closed properly, in the system's words if it has any; empty
+/// if there was no problem.
 const std::string &LogProblem();
 
 /// Builds the current entry in LogLine: the seconds since `startTime` with three decimals, then the

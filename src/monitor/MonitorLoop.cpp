@@ -78,7 +78,8 @@ void MonitorLoop::Log() {
         return;
     }
     now = RunningSeconds(); // the reads of this tick may have taken long
-    if (now - LastLogTime > LogInterval / millisecondsPerSecond &&
+    WatchLogFile();
+    if (LoggingActive && now - LastLogTime > LogInterval / millisecondsPerSecond &&
         (LogEntryCount < MaxLogEntries || MaxLogEntries == 0)) {
         if (LogEntryCount == 0) {
             LogStartTime = RoundHalfToEven(now);
@@ -89,6 +90,8 @@ void MonitorLoop::Log() {
     }
     if (LoggingActive && MaxLogEntries > 0 && LogEntryCount >= MaxLogEntries) {
         StopLog();
+    }
+    if (!LoggingActive) {
         window.ShowLog();
     }
 }

@@ -80,12 +80,12 @@ TEST_P(FaultTest, EveryFailedRequestEndsTheProgramAlike) {
                       "([ -][0-9.]+\t[-0-9.]+\xB0"
                       "C\t[0-9]+RPM\t[0-9.]+%\r\n)*";
     for (int failing = GetParam(); failing <= requests; failing += shares) {
-        std::filesystem::remove(folder.Path("log"));
+        std::filesystem::remove(folder.Path("log.xls"));
         const Outcome run = RunSession(failing, folder);
         ASSERT_EQ(run.exitCode, EXIT_FAILURE) << "request " << failing;
         ASSERT_EQ(run.said, "request " + std::to_string(failing) +
                                 ";Communication Failure - Check USB connections;");
-        const std::string bytes = BytesOf(folder.Path("log"));
+        const std::string bytes = BytesOf(folder.Path("log.xls"));
         ASSERT_TRUE(bytes.empty() || BytesMatch(bytes, log)) << "request " << failing;
     }
 }

@@ -15,7 +15,7 @@ number='-?[0-9.]+'
 entry=$'^[ -][0-9.]+\t('$number$'\xb0C\t){3}('$number$'RPM\t){2}'$number$'%\r$'
 counted=0
 for ((round = 1; round <= rounds; ++round)); do
-    log=$folder/log$round
+    log=$folder/log$round.xls
     "$program" "$log" >"$folder/counts$round" 2>/dev/null &
     victim=$!
     for ((wait = 0; wait < 1000; ++wait)); do

@@ -10,7 +10,6 @@ namespace ztm::test {
 namespace {
 
 using testing::EndsWith;
-using testing::IsEmpty;
 
 std::time_t ADayInJune() {
     std::tm day{};
@@ -21,6 +20,8 @@ std::time_t ADayInJune() {
     day.tm_isdst = -1;
     return std::mktime(&day);
 }
+
+using Registers = std::vector<std::pair<int32_t, int32_t>>;
 
 class SnapshotFileTest : public LinkTest {
 protected:
@@ -37,15 +38,8 @@ protected:
     }
 
     std::string Saved() {
-        EXPECT_TRUE(SaveSnapshot(folder.Path("saved")));
+        EXPECT_EQ(SaveSnapshot(folder.Path("saved")).Problem, "");
         return BytesOf(folder.Path("saved"));
-    }
-
-    /// What recalling a file of those bytes writes.
-    Calls WritesOf(const std::string &bytes) {
-        Adapter().calls.clear();
-        RecallSnapshot(folder.Put("recalled", bytes));
-        return Adapter().Writes();
     }
 
     TemporaryFolder folder;
@@ -80,51 +74,46 @@ TEST_F(SnapshotFileTest, TheOneFanVariantAlsoSavesItsIdentification) {
     EXPECT_EQ(Adapter().calls.size(), 52U);
 }
 
-TEST_F(SnapshotFileTest, RecallWritesTheLinesInFileOrder) {
+TEST_F(SnapshotFileTest, ListsTheRegistersOfAFileInItsOrder) {
+    const std::string odd = "the file does not end like a saved setup";
+    const std::string none = "no setup in this file";
     const struct {
         const char *what;
         std::string bytes;
-        Calls writes;
+        Registers registers;
+        std::string problem;
     } cases[] = {
         {"saved",
          head + "0x01, 0x05\t// a\r\n0x3C, 0xFF\t// b\r\n\r\n",
-         {Write(0x01, 0x05), Write(0x3C, 0xFF)}},
+         {{1, 5}, {0x3C, 0xFF}},
+         ""},
         {"any order and variant",
          "ZTM7710\n0x0c, 0xaB \n0x01, 0x00\n0x0C, 0x01\n\n",
-         {Write(0x0C, 0xAB), Write(0x01, 0x00), Write(0x0C, 0x01)}},
-        {"no empty line at the end", head + "0x01, 0x05\r\n0x02, 0x06\r\n", {Write(0x01, 0x05)}},
-        {"no data", head + "\r\n", {}},
-        {"empty", "", {}},
-        {"without a mark", "Address, Data\r\n0X01, 0X05\r\n\r\n", {}},
-        {"only a mark", "x", {}},
-        {"cut inside a line", head + "0x01, 0x05\r\n0x02, 0x06\r\n0x0", {}},
-        {"no digits", "x??, 0x??\n\n", {Write(0, 0)}},
-        {"one digit", "x1!, 0x2!\n\n", {Write(1, 2)}},
-        {"lines too short", "x01, 0x05\n\n\n\n", {Write(0x01, 0x05)}},
-        {"binary", std::string("\0\xFFx\x80\0\0\0\0\0\xFE\xFF\n\n", 13), {Write(0, 0)}},
+         {{0x0C, 0xAB}, {1, 0}, {0x0C, 1}},
+         ""},
+        {"no empty line at the end", head + "0x01, 0x05\r\n0x02, 0x06\r\n", {{1, 5}}, odd},
+        {"no data", head + "\r\n", {}, ""},
+        {"empty", "", {}, none},
+        {"without a mark", "Address, Data\r\n0X01, 0X05\r\n\r\n", {}, none},
+        {"only a mark", "x", {}, odd},
+        {"one line", "x01, 0x05\n", {}, odd},
+        {"cut inside a line", head + "0x01, 0x05\r\n0x02, 0x06\r\n0x0", {}, odd},
+        {"no digits", "x??, 0x??\n\n", {{0, 0}}, ""},
+        {"one digit", "x1!, 0x2!\n\n", {{1, 2}}, ""},
+        {"lines too short", "x01, 0x05\n\n\n\n", {{1, 5}}, odd},
+        {"binary", std::string("\0\xFFx\x80\0\0\0\0\0\xFE\xFF\n\n", 13), {{0, 0}}, ""},
     };
-    for (const auto &[what, bytes, writes] : cases) {
-        EXPECT_EQ(WritesOf(bytes), writes) << what;
+    for (const auto &[what, bytes, registers, problem] : cases) {
+        const Snapshot snapshot = ReadSnapshot(folder.Put("file", bytes));
+        Registers found;
+        for (const auto &[address, value] : snapshot.Registers) {
+            found.emplace_back(address, value);
+        }
+        EXPECT_EQ(found, registers) << what;
+        EXPECT_EQ(snapshot.Problem, problem) << what;
     }
-}
-
-TEST_F(SnapshotFileTest, AFileThatCannotBeReadOrWrittenIsNoSnapshot) {
-    std::string lines = "x01, 0x05\n";
-    while (lines.size() < 200'000) {
-        lines += "0x01, 0x05\n";
-    }
-    EXPECT_THAT(WritesOf(lines + "\n"), IsEmpty());
-    EXPECT_FALSE(RecallSnapshot(folder.Path("missing")));
-    EXPECT_FALSE(RecallSnapshot(folder.Path(".")));
-
-    const std::string path = folder.Path("gigabyte");
-    for (const char *start : {"", "x01, 0x05"}) {
-        folder.Put("gigabyte", start);
-        std::filesystem::resize_file(path, 1'000'000'000); // one line, of nothing but zeros
-        EXPECT_FALSE(RecallSnapshot(path));
-        EXPECT_THAT(Adapter().calls, IsEmpty());
-    }
-    EXPECT_FALSE(SaveSnapshot(folder.Path("missing/file")) || SaveSnapshot("/dev/full"));
+    EXPECT_EQ(ReadSnapshot(folder.Path("missing")).Problem, "No such file or directory");
+    EXPECT_EQ(SaveSnapshot("/dev/full").Problem, "No space left on device");
 }
 
 } // namespace

@@ -1,11 +1,13 @@
 #include "files/TextFile.h"
 
-#include "common/RegularFile.h"
-
+#include "common/EightBitText.h"
+#include "common/WholeFile.h"
 #include "support/TemporaryFile.h"
 
 #include <gmock/gmock.h>
 
+#include <fcntl.h>
+#include <functional>
 #include <sys/stat.h>
 
 namespace ztm {
@@ -18,12 +20,6 @@ using testing::Not;
 
 class TextFileTest : public testing::Test {
 protected:
-    std::string Written(std::string_view utf8) {
-        TextFileWriter file;
-        EXPECT_TRUE(file.Create(folder.Path("written")) && file.Write(utf8) && file.Close());
-        return BytesOf(folder.Path("written"));
-    }
-
     test::TemporaryFolder folder;
 };
 
@@ -31,19 +27,24 @@ TEST_F(TextFileTest, CharactersBecomeBytesOfTheCodePage) {
     const struct {
         const char *utf8;
         const char *bytes;
+        bool hasAll;
     } cases[] = {
-        {"25.38°C\t", "25.38\xB0"
-                      "C\t"},
-        {"ÿ¡é", "\xFF\xA1\xE9"},
-        {"€‚Ÿ™", "\x80\x82\x9F\x99"},
-        {"a\u0085b", "a?b"},   // a control character that the page has no byte for
-        {"Ω 温 😀.", "? ? ?."}, // two, three and four bytes
-        {"a\xFFz", "a?z"},     // no UTF-8
-        {"a\xE6\xB8", "a?"},   // cut short
-        {"\xC3z", "?z"},
+        {"25.38°C?\t",
+         "25.38\xB0"
+         "C?\t",
+         true},
+        {"ÿ¡é", "\xFF\xA1\xE9", true},
+        {"€‚Ÿ™", "\x80\x82\x9F\x99", true},
+        {"a\u0085b", "a?b", false},   // a control character that the page has no byte for
+        {"Ω 温 😀.", "? ? ?.", false}, // two, three and four bytes
+        {"a\xFFz", "a?z", false},     // no UTF-8
+        {"a\xE6\xB8", "a?", false},   // cut short
+        {"\xC3z", "?z", false},
     };
-    for (const auto &[utf8, bytes] : cases) {
-        EXPECT_EQ(Written(utf8), bytes) << utf8;
+    for (const auto &[utf8, bytes, hasAll] : cases) {
+        std::string written;
+        EXPECT_EQ(AppendWindows1252(written, utf8), hasAll) << utf8;
+        EXPECT_EQ(written, bytes);
     }
 }
 
@@ -53,10 +54,9 @@ TEST_F(TextFileTest, CreatesOrReplacesAndEndsLinesWithCrLf) {
     ASSERT_TRUE(file.Create(path));
     ASSERT_TRUE(file.WriteLine("one"));
     EXPECT_EQ(BytesOf(path), "one\r\n") << "before the file is closed";
-    ASSERT_TRUE(file.WriteLine("") && file.Write("2"));
-    EXPECT_EQ(BytesOf(path), "one\r\n\r\n2");
+    ASSERT_TRUE(file.WriteLine("") && file.WriteLine("2"));
     EXPECT_TRUE(file.Create(folder.Path("other")));
-    EXPECT_EQ(BytesOf(path), "one\r\n\r\n2");
+    EXPECT_EQ(BytesOf(path), "one\r\n\r\n2\r\n");
 }
 
 TEST_F(TextFileTest, FailuresAreNoticedWithTheirReason) {
@@ -82,22 +82,79 @@ TEST_F(TextFileTest, ALineThatDoesNotFitIsTakenBack) {
     EXPECT_EQ(BytesOf(path), "12345\r\nabc\r\n");
 }
 
-TEST_F(TextFileTest, SkipsPastACharacterHoweverFarItIs) {
-    const std::string far(150'000, '.');
-    std::ifstream file = OpenRegularFile(folder.Put("file", far + "x1" + far + "xx"));
-    EXPECT_TRUE(SkipPast(file, 'x'));
-    EXPECT_EQ(file.peek(), '1');
-    EXPECT_TRUE(SkipPast(file, 'x') && SkipPast(file, 'x')) << "the last character as well";
-    EXPECT_FALSE(SkipPast(file, 'x'));
+TEST_F(TextFileTest, WhatOthersDoToTheFileIsNoticed) {
+    const std::string path = folder.Path("file");
+    const struct {
+        std::function<void()> deed;
+        const char *reason;
+    } cases[] = {
+        {[&] { std::ofstream(path, std::ios::app) << "more"; }, ""},
+        {[&] { std::filesystem::remove(path); }, "No such file or directory"},
+        {[&] { std::filesystem::rename(folder.Put("other", "three\r\n"), path); },
+         "the file was replaced by another program"},
+        {[&] { std::filesystem::resize_file(path, 0); },
+         "the file was shortened by another program"},
+    };
+    for (const auto &[deed, reason] : cases) {
+        TextFileWriter file;
+        ASSERT_TRUE(file.Create(path) && file.WriteLine("one") && file.IsIntact());
+        deed();
+        EXPECT_TRUE(file.WriteLine("2"));
+        EXPECT_EQ(file.IsIntact(), *reason == '\0');
+        EXPECT_EQ(file.Error(), reason);
+    }
+    EXPECT_EQ(BytesOf(path), "2\r\n") << "without a hole in front";
 }
 
-TEST_F(TextFileTest, OpensOnlyFilesThatEnd) {
-    EXPECT_TRUE(OpenRegularFile(folder.Put("file", "")).is_open());
+TEST_F(TextFileTest, ReadsOnlyFilesThatEnd) {
     ASSERT_EQ(mkfifo(folder.Path("pipe").c_str(), 0600), 0);
-    for (const std::string &path :
-         {folder.Path("missing"), folder.Path(""), std::string("/dev/zero"), folder.Path("pipe")}) {
-        EXPECT_FALSE(OpenRegularFile(path).is_open()) << path << ", without waiting for a writer";
+    std::filesystem::resize_file(folder.Put("long", ""), (1 << 20) + 1);
+    const std::pair<std::string, const char *> cases[] = {
+        {folder.Path("missing"), "No such file or directory"},
+        {folder.Path("pipe"), "not a regular file"},
+        {folder.Path(""), "not a regular file"},
+        {"/dev/zero", "not a regular file"},
+        {folder.Path("long"), "larger than 1 MiB"},
+    };
+    for (const auto &[path, reason] : cases) {
+        std::string whyNot;
+        EXPECT_FALSE(ReadFile(path, whyNot));
+        EXPECT_EQ(whyNot, reason) << path;
     }
+    std::filesystem::resize_file(folder.Path("long"), 1 << 20);
+    std::string whyNot;
+    EXPECT_EQ(ReadFile(folder.Path("long"), whyNot).value_or("").size(), 1U << 20U);
+}
+
+TEST_F(TextFileTest, AFileIsSavedAsAWholeOrStaysAsItWas) {
+    const std::string path = folder.Put("file", "old");
+    chmod(path.c_str(), 0640);
+    std::filesystem::create_symlink("file", folder.Path("link"));
+    std::filesystem::create_symlink("new", folder.Path("dangling"));
+    {
+        const FileSizeLimit limit(5);
+        EXPECT_EQ(SaveFile(folder.Path("link"), "too long"), "File too large");
+        EXPECT_EQ(SaveFile(folder.Path("new"), "too long"), "File too large");
+    }
+    EXPECT_EQ(BytesOf(path), "old");
+    EXPECT_EQ(SaveFile(folder.Path("link"), "changed"), "");
+    EXPECT_EQ(SaveFile(folder.Path("dangling"), "made"), "");
+    EXPECT_EQ(BytesOf(path) + BytesOf(folder.Path("new")), "changedmade");
+    EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms(0640));
+    EXPECT_TRUE(std::filesystem::is_symlink(folder.Path("link")));
+    const auto left = std::filesystem::directory_iterator(folder.Path(""));
+    EXPECT_EQ(std::distance(begin(left), end(left)), 4);
+
+    EXPECT_EQ(SaveFile(folder.Path("missing/file"), "x"), "No such file or directory");
+    EXPECT_EQ(SaveFile(folder.Path(""), "x"), "Is a directory");
+    EXPECT_EQ(SaveFile("/dev/full", "x"), "No space left on device");
+    EXPECT_EQ(SaveFile("/dev/null", "x"), "");
+    ASSERT_EQ(mkfifo(folder.Path("pipe").c_str(), 0600), 0);
+    const int reader = open(folder.Path("pipe").c_str(), O_RDONLY | O_NONBLOCK);
+    char received = 0;
+    EXPECT_EQ(SaveFile(folder.Path("pipe"), "x"), "");
+    EXPECT_EQ(read(reader, &received, 1), 1);
+    close(reader);
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 #include "adapter/firmware/FirmwareFile.h"
 
-#include "common/RegularFile.h"
+#include "common/WholeFile.h"
+
+#include <sstream>
 
 namespace ztm {
 
@@ -14,11 +16,11 @@ std::string NativePath(std::string path) {
 
 std::optional<std::vector<HexBlock>> ReadFirmwareFile(const std::string &path,
                                                       std::string &whyNot) {
-    std::ifstream file = OpenRegularFile(path);
-    if (!file.is_open()) {
-        whyNot = "cannot be opened";
+    const auto bytes = ReadFile(path, whyNot);
+    if (!bytes) {
         return std::nullopt;
     }
+    std::istringstream file(*bytes);
     return ReadIntelHex(file, &whyNot);
 }
 

@@ -1,7 +1,7 @@
 #include "ui/control/ControlPage.h"
 
+#include "common/Clock.h"
 #include "common/NumberText.h"
-#include "files/SnapshotFile.h"
 #include "monitor/MeasurementLog.h"
 #include "ui/control/frmHeaters.h"
 #include "ui/control/frmLogging.h"
@@ -20,11 +20,14 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QProgressBar>
+#include <QTimer>
 
 #include <initializer_list>
 
 namespace ztm {
 namespace {
+
+constexpr double recallSliceSeconds = 0.05;
 
 struct ButtonRow {
     QPushButton *&member;
@@ -52,6 +55,11 @@ QString OnlyAutomatic() {
 
 QString OnlyManual() {
     return ControlPage::tr("Only under manual fan control: see Fan Configuration");
+}
+
+QString RegistersText(size_t count, const QString &what) {
+    return count == 1 ? QObject::tr("1 register %1").arg(what)
+                      : QObject::tr("%1 registers %2").arg(count).arg(what);
 }
 
 } // namespace
@@ -117,7 +125,11 @@ QGroupBox *ControlPage::NewFileFrame() {
     entries->addWidget(caption);
     entries->addWidget(lblLogEntries);
     entries->addStretch();
+    lblFileResult = NewResultLabel(frame);
+    tmrRecall = Named(new QTimer(this), "tmrRecall");
+    tmrRecall->setSingleShot(true);
     auto *layout = static_cast<QBoxLayout *>(frame->layout());
+    layout->addWidget(lblFileResult);
     layout->insertWidget(1, prgbarLog);
     layout->insertLayout(2, entries);
     layout->insertWidget(3, lblLogProblem);
@@ -135,6 +147,7 @@ void ControlPage::ConnectSignals() {
     connect(cmdLogData, &QPushButton::clicked, this, &ControlPage::cmdLogData_Click);
     connect(cmdSaveRegs, &QPushButton::clicked, this, &ControlPage::cmdSaveRegs_Click);
     connect(cmdRecallRegs, &QPushButton::clicked, this, &ControlPage::cmdRecallRegs_Click);
+    connect(tmrRecall, &QTimer::timeout, this, &ControlPage::RecallMore);
 }
 
 void ControlPage::DisableAuto() {
@@ -212,20 +225,54 @@ void ControlPage::cmdManual_Click() {
     ShowForm<frmManual>(this).Form_Load();
 }
 
-// Both end silently if the file cannot be written or read.
-
 void ControlPage::cmdSaveRegs_Click() {
     const QString path = AskSaveFile(this, tr("Save Current Setup"), tr("Text Files (*.sav)"));
     if (!path.isEmpty()) {
-        SaveSnapshot(QFile::encodeName(path).toStdString());
+        const Snapshot saved = SaveSnapshot(QFile::encodeName(path).toStdString());
+        lblFileResult->setText(saved.Problem.empty()
+                                   ? RegistersText(saved.Registers.size(), tr("saved"))
+                                   : QString::fromLocal8Bit(saved.Problem.c_str()));
     }
 }
 
 void ControlPage::cmdRecallRegs_Click() {
     const QString path = AskOpenFile(this, tr("Recall Previous Setup"), tr("Text Files (*.sav)"));
     if (!path.isEmpty()) {
-        RecallSnapshot(QFile::encodeName(path).toStdString());
+        recalled = ReadSnapshot(QFile::encodeName(path).toStdString());
+        registersWritten = 0;
+        RecallMore();
     }
+}
+
+/// Writes as many registers as a short time allows, and the others later: a file may have many and
+/// an adapter may be slow.
+void ControlPage::RecallMore() {
+    const size_t count = recalled.Registers.size();
+    const double start = RunningSeconds();
+    while (registersWritten < count && RunningSeconds() - start < recallSliceSeconds) {
+        const auto &next = recalled.Registers[registersWritten];
+        WriteRegister(next.Address, next.Value);
+        ++registersWritten;
+    }
+    const bool isDone = registersWritten == count;
+    for (auto *button : {cmdSaveRegs, cmdRecallRegs}) {
+        button->setEnabled(isDone);
+        button->setToolTip(isDone ? QString() : tr("A setup is being written to the chip"));
+    }
+    const QString problem = QString::fromLocal8Bit(recalled.Problem.c_str());
+    const QString written = RegistersText(count, tr("written"));
+    if (!isDone) {
+        lblFileResult->setText(tr("%1 of %2").arg(registersWritten).arg(written));
+        tmrRecall->start(0);
+    } else if (problem.isEmpty()) {
+        lblFileResult->setText(written);
+    } else {
+        lblFileResult->setText(count == 0 ? problem : tr("%1; %2").arg(written, problem));
+    }
+}
+
+void ControlPage::StopRecall() {
+    tmrRecall->stop();
 }
 
 } // namespace ztm

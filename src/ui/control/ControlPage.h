@@ -1,5 +1,6 @@
 #pragma once
 
+#include "files/SnapshotFile.h"
 #include "link/USBComms.h"
 
 #include <QWidget>
@@ -8,6 +9,7 @@ class QGroupBox;
 class QLabel;
 class QProgressBar;
 class QPushButton;
+class QTimer;
 
 namespace ztm {
 
@@ -28,6 +30,9 @@ public:
     /// progress, and why it stopped if the user did not stop it.
     void ShowLog();
 
+    /// Writes nothing more of a setup that is being recalled.
+    void StopRecall();
+
     // Monitor tick updates for the dialogs that this page opens; no effect on one that is not open.
 
     /// Shows the measured speed of fan 0 or 1.
@@ -47,6 +52,7 @@ private:
     void cmdManual_Click();
     void cmdSaveRegs_Click();
     void cmdRecallRegs_Click();
+    void RecallMore();
     QGroupBox *NewFileFrame();
 
     QPushButton *cmdAuto;
@@ -61,7 +67,12 @@ private:
     QProgressBar *prgbarLog;
     QLabel *lblLogEntries;
     QLabel *lblLogProblem;
+    QLabel *lblFileResult;
     QPushButton *cmdHeaters;
+
+    Snapshot recalled;
+    size_t registersWritten = 0; // of those recalled
+    QTimer *tmrRecall;
 };
 
 } // namespace ztm

@@ -146,7 +146,7 @@ bool frmLogging::Apply() {
         Refuse(*txtNumLogs, tr("The number of log entries"));
         return false;
     }
-    const QString path = AskSaveFile(this, tr("Log Data To File"), tr("Text Files (*.xls)"));
+    const QString path = AskSaveFileOfKind(this, tr("Log Data To File"), tr("Text Files (*.xls)"));
     if (path.isEmpty()) {
         return false;
     }

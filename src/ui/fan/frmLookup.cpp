@@ -80,9 +80,13 @@ frmLookup::frmLookup() : Dialog(QStringLiteral("frmLookup"), tr("Set Lookup Poin
 }
 
 void frmLookup::SetupUi() {
-    auto *layout = new QHBoxLayout(this);
-    layout->addWidget(NewTableFrame(), 1);
-    layout->addLayout(NewButtonColumn());
+    auto *layout = new QGridLayout(this);
+    layout->addWidget(NewTableFrame(), 0, 0);
+    layout->addLayout(NewButtonColumn(), 0, 1);
+    lblFileResult = NewResultLabel(this);
+    layout->addWidget(lblFileResult, 1, 0, 1, 2);
+    layout->setColumnStretch(0, 1);
+    layout->setRowStretch(0, 1);
 }
 
 QGroupBox *frmLookup::NewTableFrame() {
@@ -184,7 +188,7 @@ void frmLookup::cmdTestData_Click() {
 }
 
 void frmLookup::cmdSaveLUT_Click() {
-    const QString path = AskSaveFile(this, tr("Save Table"), LutFilter(), LutName());
+    const QString path = AskSaveFileOfKind(this, tr("Save Table"), LutFilter(), LutName());
     if (path.isEmpty()) {
         return;
     }
@@ -192,7 +196,9 @@ void frmLookup::cmdSaveLUT_Click() {
     for (size_t point = 0; point < points.size(); ++point) {
         points[point] = {txtTemp[point]->text().toStdString(), txtRPM[point]->text().toStdString()};
     }
-    SaveLut(QFile::encodeName(path).toStdString(), points);
+    const std::string problem = SaveLut(QFile::encodeName(path).toStdString(), points);
+    lblFileResult->setText(problem.empty() ? tr("%1 points saved").arg(LookupPoints)
+                                           : QString::fromLocal8Bit(problem.c_str()));
 }
 
 void frmLookup::cmdLoadLUT_Click() {
@@ -200,21 +206,44 @@ void frmLookup::cmdLoadLUT_Click() {
     if (path.isEmpty()) {
         return;
     }
-    const auto points = ReadLut(QFile::encodeName(path).toStdString());
-    if (!points) {
-        return;
-    }
-    for (size_t point = 0; point < points->size(); ++point) {
-        const std::string &text = (*points)[point];
+    std::string problem;
+    const auto points = ReadLut(QFile::encodeName(path).toStdString(), problem);
+    lblFileResult->setText(points ? ShowPoints(*points) : QString::fromLocal8Bit(problem.c_str()));
+}
+
+/// Shows the numeric values of a file's points as far as they go. Returns what lblFileResult says
+/// of it: the first fault, if there is one.
+QString frmLookup::ShowPoints(const std::array<std::string, LookupPoints> &points) {
+    QString fault;
+    for (size_t point = 0; point < points.size(); ++point) {
+        const auto note = [&](const QString &what) {
+            if (fault.isEmpty()) {
+                const bool isOfFan2 = point >= PointsPerFan && !lblFan[1]->isHidden();
+                const QString name = isOfFan2 ? tr("Fan2 point %1").arg(point - PointsPerFan + 1)
+                                              : tr("point %1").arg(point + 1);
+                fault = tr("%1: %2").arg(name, what);
+            }
+        };
+        const std::string &text = points[point];
         const size_t comma = text.find(',');
-        if (!ShowPiece(*txtTemp[point], text.substr(0, comma)) || comma == std::string::npos) {
-            return;
+        const std::string temperature = text.substr(0, comma);
+        std::string speed;
+        if (comma != std::string::npos) {
+            speed = text.substr(comma + 1, text.find(',', comma + 1) - comma - 1);
         }
-        const size_t end = std::min(text.find(',', comma + 1), text.size());
-        if (!ShowPiece(*txtRPM[point], text.substr(comma + 1, end - comma - 1))) {
-            return;
+        if (!HasNumber(temperature)) {
+            note(tr("no temperature"));
+        }
+        if (!HasNumber(speed)) {
+            note(tr("no speed"));
+        }
+        if (!ShowPiece(*txtTemp[point], temperature) || comma == std::string::npos ||
+            !ShowPiece(*txtRPM[point], speed)) {
+            note(tr("number out of range"));
+            return tr("%1; the rest was not loaded").arg(fault);
         }
     }
+    return fault.isEmpty() ? tr("%1 points loaded").arg(LookupPoints) : fault;
 }
 
 bool frmLookup::Apply() {

@@ -4,6 +4,7 @@
 #include "ui/kit/Dialog.h"
 
 #include <array>
+#include <string>
 
 class QGroupBox;
 class QLabel;
@@ -15,7 +16,7 @@ namespace ztm {
 /// The dialog "Set Lookup Points": the eight points of the lookup table as numbers. It reads the
 /// chip when it loads and writes it on Apply or OK; test points and table files change only the
 /// boxes. Numbers that the chip cannot hold are marked in place; writing limits them, but does not
-/// write 1 to 75 RPM. A file that cannot be written or read ends its action silently.
+/// write 1 to 75 RPM. A line below the table says what became of a file.
 class frmLookup final : public Dialog {
     Q_OBJECT
 
@@ -34,6 +35,7 @@ private:
     void cmdTestData_Click();
     void cmdSaveLUT_Click();
     void cmdLoadLUT_Click();
+    QString ShowPoints(const std::array<std::string, LookupPoints> &points);
     bool Apply() override;
 
     QGroupBox *Frame1;
@@ -41,6 +43,7 @@ private:
     std::array<QLabel *, LookupPoints> Label3;
     std::array<QLineEdit *, LookupPoints> txtTemp;
     std::array<QLineEdit *, LookupPoints> txtRPM;
+    QLabel *lblFileResult;
     QPushButton *cmdTestData;
     QPushButton *cmdSaveLUT;
     QPushButton *cmdLoadLUT;

@@ -7,6 +7,7 @@
 #include "ui/kit/Messages.h"
 
 #include <QContextMenuEvent>
+#include <QDateTime>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
@@ -25,6 +26,12 @@ constexpr int notch = QWheelEvent::DefaultDeltasPerStep;
 constexpr double zoomStep = 1.25; // per notch of the wheel or press of a key
 constexpr double panStep = 0.1;   // of the visible range
 constexpr double cursorStep = 4;  // pixels
+
+/// Proposed for a file; without a dot, so that it gets an extension.
+QString DatedName() {
+    return QObject::tr("Chart %1")
+        .arg(QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh-mm-ss")));
+}
 
 } // namespace
 
@@ -242,7 +249,7 @@ void StripChart::FillMenu(QMenu &target) {
 }
 
 void StripChart::AskAndSavePicture() {
-    const QString path = AskSaveFileOfKind(this, tr("Save Picture"), PictureKinds());
+    const QString path = AskExportFile(this, tr("Save Picture"), PictureKinds(), DatedName());
     if (!path.isEmpty() && !SavePicture(path)) {
         ShowMessage(tr("The picture could not be saved as\n%1").arg(path), tr("Save Picture"),
                     QMessageBox::Warning);
@@ -250,8 +257,8 @@ void StripChart::AskAndSavePicture() {
 }
 
 void StripChart::AskAndSaveVisibleRange() {
-    const QString path =
-        AskSaveFileOfKind(this, tr("Save Visible Range"), tr("Tab-separated text (*.txt *.tsv)"));
+    const QString path = AskExportFile(this, tr("Save Visible Range"),
+                                       tr("Tab-separated text (*.txt *.tsv)"), DatedName());
     if (!path.isEmpty() && !SaveVisibleRange(path)) {
         ShowMessage(tr("The values could not be saved as\n%1").arg(path), tr("Save Visible Range"),
                     QMessageBox::Warning);

@@ -48,6 +48,13 @@ QRadioButton *NewOption(const QString &name, const QString &caption, QWidget *pa
     return option;
 }
 
+QLabel *NewResultLabel(QWidget *parent) {
+    auto *label = Named(new QLabel(parent), "lblFileResult");
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    return label;
+}
+
 QHBoxLayout *NewButtonRow(std::initializer_list<QPushButton *> buttons) {
     auto *row = new QHBoxLayout;
     row->addStretch();

@@ -32,6 +32,9 @@ QPushButton *NewButton(const char *name, const QString &caption, QWidget *parent
 /// An option button. The Tab key stops at the one that is checked among those of the same parent.
 QRadioButton *NewOption(const QString &name, const QString &caption, QWidget *parent);
 
+/// The line `lblFileResult`, which says what became of a file.
+QLabel *NewResultLabel(QWidget *parent);
+
 /// The buttons that close a dialog, in a row at its right.
 QHBoxLayout *NewButtonRow(std::initializer_list<QPushButton *> buttons);
 

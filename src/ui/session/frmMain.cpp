@@ -80,6 +80,7 @@ void frmMain::InitMainWindow() {
 
 void frmMain::StopMonitor() {
     tmrMain->stop();
+    control->StopRecall();
 }
 
 void frmMain::SSTab1_Click(int tab) {

@@ -123,7 +123,7 @@ TEST(FirmwareFileTest, OpensOrdinaryFilesAloneByTheirNativePath) {
     for (const char *name : {"missing", "pipe", ""}) {
         whyNot.clear();
         EXPECT_FALSE(ReadFirmwareFile(folder.Path(name), whyNot)) << name;
-        EXPECT_EQ(whyNot, "cannot be opened") << name;
+        EXPECT_NE(whyNot, "") << name;
     }
 }
 

@@ -326,7 +326,7 @@ TEST_F(UsbTest, AFailedLoadEndsInTimeWithNothingOpen) {
 TEST_F(UsbTest, AFileThatIsNoFirmwareIsRefusedWithNothingSent) {
     const char unfit[] = "the data does not fit into the adapter's RAM";
     const std::pair<std::string, const char *> files[] = {
-        {folder.Path("missing.hex"), "cannot be opened"},
+        {folder.Path("missing.hex"), "No such file or directory"},
         {folder.Put("empty.hex", ""), "no end-of-file record"},
         {folder.Put("control.hex", Record(0, 0xE5FF, {1, 0}) + endOfFile), unfit},
         {folder.Put("beyond.hex", Record(4, 0, {0, 1}) + Record(0, 0, {1}) + endOfFile), unfit},

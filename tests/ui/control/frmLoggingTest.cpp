@@ -61,7 +61,7 @@ protected:
     }
 
     TemporaryFolder folder;
-    std::string path = folder.Path("log");
+    std::string path = folder.Path("log.xls");
 };
 
 TEST_F(LoggingTest, EveryByteOfALogOverMidnight) {
@@ -135,7 +135,7 @@ TEST_F(LoggingTest, WithoutAFileThatCanBeWrittenNothingChanges) {
     Do("chkLog(0); txtLogInt=50");
     StartLogTo("");
     EXPECT_EQ(Shown("lblProblem"), "hidden") << "cancelled";
-    const std::string full = folder.Path("full");
+    const std::string full = folder.Path("full.xls");
     ASSERT_EQ(symlink("/dev/full", full.c_str()), 0);
     StartLogTo(full);
     EXPECT_EQ(Shown("lblProblem"), full + " could not be written: No space left on device");
@@ -147,7 +147,7 @@ TEST_F(LoggingTest, WithoutAFileThatCanBeWrittenNothingChanges) {
     EXPECT_EQ(LogInterval, 50);
 }
 
-TEST_F(LoggingTest, AFullDiskStopsTheLogInOrder) {
+TEST_F(LoggingTest, AFullDiskOrALostFileStopsTheLogInOrder) {
     StartLogTo(path);
     TickFor(0.24);
     EXPECT_EQ(State(), "logs, 2, 2 of 10000");
@@ -162,6 +162,11 @@ TEST_F(LoggingTest, AFullDiskStopsTheLogInOrder) {
     Click("cmdLogData");
     StartLogTo(path);
     EXPECT_EQ(Shown("lblLogProblem"), "hidden");
+    std::filesystem::remove(path);
+    TickFor(1.2);
+    EXPECT_EQ(State(), "idle, 8, 8 of 10000")
+        << "what went into the lost file before the next look";
+    EXPECT_EQ(Shown("lblLogProblem"), "The log was stopped: No such file or directory");
 }
 
 TEST_F(LoggingTest, ASnapshotDuringALogLeavesTheLogAlone) {
@@ -179,15 +184,48 @@ TEST_F(LoggingTest, ASnapshotDuringALogLeavesTheLogAlone) {
     EXPECT_EQ(LogBytes(), "\t\r\n .06\t\r\n .18\t\r\n 1.06\t\r\n 1.18\t\r\n");
 }
 
-TEST_F(LoggingTest, TheSnapshotButtonsAskForTheFile) {
-    for (const char *button : {"cmdSaveRegs", "cmdRecallRegs"}) {
-        const auto shown = AnswerFileDialogOf([button] { Click(button); }, "");
+TEST_F(LoggingTest, TheLineBelowTheButtonsSaysWhatBecameOfASetup) {
+    const std::string file = folder.Put("setup", "x01, 0x85\r\n0x3C, 0x22\r\n\r\n");
+    const auto result = [&](const char *button, const std::string &name) {
+        const auto shown =
+            AnswerFileDialogOf([button] { Click(button); }, QString::fromStdString(name));
         EXPECT_EQ(shown.saves, QLatin1String(button) == "cmdSaveRegs");
+        return Shown("lblFileResult");
+    };
+    for (const char *button : {"cmdSaveRegs", "cmdRecallRegs"}) {
+        EXPECT_EQ(result(button, ""), "");
     }
     EXPECT_EQ(Asked(), "") << "cancelled";
-    const std::string file = folder.Put("setup", "x01, 0x85\r\n0x3C, 0x22\r\n\r\n");
-    AnswerFileDialogOf([] { Click("cmdRecallRegs"); }, QString::fromStdString(file));
+    EXPECT_EQ(result("cmdRecallRegs", file), "2 registers written");
     EXPECT_EQ(Asked(), "01=85 01? 3C=22");
+    EXPECT_EQ(result("cmdRecallRegs", folder.Put("other", "words")), "no setup in this file");
+    EXPECT_EQ(result("cmdRecallRegs", folder.Put("cut", "x02, 0x04\n0x03, 0x01\n")),
+              "1 register written; the file does not end like a saved setup");
+    EXPECT_THAT(result("cmdSaveRegs", file), testing::EndsWith(" registers saved"));
+    const FileSizeLimit limit(5);
+    EXPECT_EQ(result("cmdSaveRegs", file), "File too large");
+}
+
+TEST_F(LoggingTest, ASlowRecallLeavesTheWindowAliveAndEndsWithIt) {
+    Adapter().script = [this](const Call &) {
+        clock.Advance(0.03);
+        return int16_t{0};
+    };
+    const QString file = QString::fromStdString(
+        folder.Put("setup", "x0C, 0x01\n0x0D, 0x02\n0x0E, 0x03\n0x0F, 0x04\n0x10, 0x05\n\n"));
+    const auto recall = [&] { AnswerFileDialogOf([] { Click("cmdRecallRegs"); }, file); };
+    recall();
+    EXPECT_EQ(Asked(), "0C=01 0D=02");
+    EXPECT_EQ(Shown("cmdSaveRegs cmdRecallRegs lblFileResult"), "off|off|2 of 5 registers written");
+    EXPECT_EQ(Find("cmdRecallRegs").toolTip(), "A setup is being written to the chip");
+    Settle();
+    Settle();
+    EXPECT_EQ(Asked(), "0E=03 0F=04 10=05");
+    EXPECT_EQ(Shown("cmdSaveRegs cmdRecallRegs lblFileResult"), "on|on|5 registers written");
+    recall();
+    CloseByCloseBox("frmMain");
+    Settle();
+    EXPECT_EQ(Asked(), "0C=01 0D=02 unknown") << "but for the handshake";
 }
 
 } // namespace

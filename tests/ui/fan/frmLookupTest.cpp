@@ -78,7 +78,7 @@ TEST_F(LookupTest, NumbersThatTheChipCannotHoldAreMarked) {
 TEST_F(LookupTest, ATableGoesToAFileAndBack) {
     Open(ZTM7710);
     Click("cmdTestData");
-    const std::string path = folder.Path("mine");
+    const std::string path = folder.Path("mine.lut");
     const auto shown = Answer("cmdSaveLUT", path);
     EXPECT_TRUE(shown.saves);
     EXPECT_EQ(shown.proposedName, "LUT_Data");
@@ -103,15 +103,18 @@ TEST_F(LookupTest, ATableGoesToAFileAndBack) {
                                                   "C ?, 1000;\r\n"));
     Answer("cmdLoadLUT", "");
     EXPECT_EQ(TextOf("txtTemp(0)"), "12.5 °C Ω") << "cancelled";
+    EXPECT_EQ(Shown("lblFileResult"), "8 points saved");
+    Answer("cmdSaveLUT", folder.Path("missing/table"));
+    EXPECT_EQ(Shown("lblFileResult"), "No such file or directory");
 }
 
-TEST_F(LookupTest, AnyFileIsReadWithoutAWord) {
+TEST_F(LookupTest, AnyFileIsReadWithAWordOfWhatItLacks) {
     const std::string head = "head;\r\n";
     const std::string seven = "1, 10;\n2, 20;\n3, 30;\n4, 40;\n5, 50;\n6, 60;\n7, 70;\n";
     const std::string before = eightPoints;
     const struct {
         const char *what;
-        std::string bytes, points;
+        std::string bytes, points, result = "8 points loaded";
     } cases[] = {
         {"LF only", "head;\n" + seven + "8, 80;\n", "1|10|2|20|3|30|4|40|5|50|6|60|7|70|8|80"},
         {"nothing behind the last point", head + seven + "8, 80;",
@@ -119,27 +122,36 @@ TEST_F(LookupTest, AnyFileIsReadWithoutAWord) {
         {"what else stands on a line",
          "a;b;c\r\n 1 ,\t10 rpm, 11;x;\r\n" + seven.substr(7) + "8.50, -80;",
          "1|10|2|20|3|30|4|40|5|50|6|60|7|70|8.5|-80"},
-        {"short", head + seven, before},
-        {"cut inside the last point", head + seven + "8, 80", before},
-        {"empty", "", before},
-        {"without a semicolon", "text\n\n", before},
+        {"short", head + seven, before, "fewer than 8 points in this file"},
+        {"cut inside the last point", head + seven + "8, 80", before,
+         "fewer than 8 points in this file"},
+        {"empty", "", before, "no table in this file"},
+        {"without a semicolon", "text\n\n", before, "no table in this file"},
         {"a semicolon in the date",
          "Saved: 1;2\r\n\r\nTemperature, RPM;\r\n" + seven + "8, 80;\r\n",
-         "0|0|1|10|2|20|3|30|4|40|5|50|6|60|7|70"},
+         "0|0|1|10|2|20|3|30|4|40|5|50|6|60|7|70", "point 1: no temperature"},
         {"a point without a comma",
          head + "1, 10;\n2, 20;\n33;\n4, 40;\n5, 5;\n6, 6;\n7, 7;\n8, 8;\n",
-         "1|10|2|20|33|3500|60|4000|70|4700|80|5500|90|6000|100|7500"},
+         "1|10|2|20|33|3500|60|4000|70|4700|80|5500|90|6000|100|7500",
+         "point 3: no speed; the rest was not loaded"},
         {"binary", std::string("\0;\n\xFF\xFE,\0;\n;\n;\n;\n;\n;\n;\n;\n", 23),
-         "0|0|0|2300|50|3500|60|4000|70|4700|80|5500|90|6000|100|7500"},
+         "0|0|0|2300|50|3500|60|4000|70|4700|80|5500|90|6000|100|7500",
+         "point 1: no temperature; the rest was not loaded"},
         {"a number beyond all", head + "1, 10;\n1e999, 5;\n" + seven.substr(14) + "8, 8;\n9, 9;\n",
-         "1|10|40|2300|50|3500|60|4000|70|4700|80|5500|90|6000|100|7500"},
-        {"an endless point", head + std::string(200'000, '1') + seven + "8;", before},
+         "1|10|40|2300|50|3500|60|4000|70|4700|80|5500|90|6000|100|7500",
+         "point 2: number out of range; the rest was not loaded"},
+        {"an endless point", head + std::string(200'000, '1') + seven + "8;", before,
+         "point 1: number out of range; the rest was not loaded"},
+        {"a blank line",
+         head + "1, 10;\r\n2, 20;\r\n\r\n3, 30;\r\n" + seven.substr(21) + "8, 80;\r\n",
+         "1|10|2|20|0|30|4|40|5|50|6|60|7|70|8|80", "point 3: no temperature"},
     };
     Open(ZTM7710);
     for (const auto &c : cases) {
         Click("cmdTestData");
         Answer("cmdLoadLUT", folder.Put("table.lut", c.bytes));
         EXPECT_EQ(Points(), c.points) << c.what;
+        EXPECT_EQ(Shown("lblFileResult"), c.result) << c.what;
     }
 }
 

@@ -34,6 +34,17 @@ TEST(FileDialogs, AnEndingIsAddedOnlyWhereItWasAskedFor) {
         EXPECT_EQ(shown.askedToReplace, c.asked) << c.typed;
     }
     AnswerFileDialogOf([] { EXPECT_EQ(AskOpenFile(nullptr, "Open", "Any (*)"), QString()); }, "");
+    const auto exported =
+        AnswerFileDialogOf([] { AskExportFile(nullptr, "", "", "proposed"); }, "");
+    EXPECT_EQ(exported.folder + "/", path("")) << "used last";
+    EXPECT_EQ(exported.proposedName, "proposed");
+    folder.Put("hidden", "");
+    folder.Put("named.sav", "");
+    for (const auto &[typed, chosen] : {std::pair("hidden", "hidden"), {"named", "named.sav"}}) {
+        AnswerFileDialogOf(
+            [&] { EXPECT_EQ(AskOpenFile(nullptr, "Open", "Text (*.sav)"), path(chosen)); },
+            path(typed));
+    }
 }
 
 } // namespace
