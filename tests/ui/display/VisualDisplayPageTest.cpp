@@ -139,7 +139,7 @@ TEST_F(VisualDisplayPageTest, PercentIsWrittenAndFanSpeedIsNot) {
     for (const int percent : {50, 100, 0}) {
         const auto calls = Drag(2, highNumber, percent);
         EXPECT_NEAR(Limits(2).HighPointer(), percent, 1);
-        EXPECT_THAT(calls, ElementsAre(Write(0x19, Rounded(Limits(2).HighPointer() * 2.55))));
+        EXPECT_THAT(calls, ElementsAre(Write(0x19, Rounded(Limits(2).HighPointer() * 255 / 100))));
     }
     Select(3);
     EXPECT_THAT(Drag(1, highNumber, 9000), IsEmpty());
