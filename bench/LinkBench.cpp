@@ -141,8 +141,8 @@ int main(int argumentCount, char *arguments[]) {
     Table::Heading("files");
     compare("log entry", "LogEntry", "PlainLogEntry", "a plain formatted write");
     Table::Figure("log entries", 1e6 / medians.nanoseconds["LogEntry"], "1000/s");
-    Table::Figure("recall of a snapshot, 52 lines", medians.bytesPerSecond["ReadSnapshot52"] / 1e6,
+    Table::Figure("reading a snapshot, 52 lines", medians.bytesPerSecond["ReadSnapshot52"] / 1e6,
                   "MB/s");
-    Table::Figure("recall of a snapshot, 4096 lines",
+    Table::Figure("reading a snapshot, 4096 lines",
                   medians.bytesPerSecond["ReadSnapshot4096"] / 1e6, "MB/s");
 }

@@ -1,6 +1,6 @@
 #include "common/WholeFile.h"
 
-#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -105,26 +105,25 @@ std::optional<std::string> ReadFile(const std::string &path, std::string &whyNot
         return std::nullopt;
     }
     if (!S_ISREG(status.st_mode)) {
-        whyNot = "not a regular file";
+        whyNot = "this is no regular file";
         return std::nullopt;
     }
-    std::string bytes(longestFile + 1, '\0');
-    size_t length = 0;
+    std::string bytes;
+    std::array<char, 4096> piece;
     ssize_t count = 1;
-    while (count != 0 && length < bytes.size()) {
-        count = read(file.Number(), bytes.data() + length, bytes.size() - length);
-        if (count >= 0) {
-            length += static_cast<size_t>(count);
-        } else if (errno != EINTR) {
+    while (count != 0 && bytes.size() <= longestFile) {
+        count = read(file.Number(), piece.data(), piece.size());
+        if (count > 0) {
+            bytes.append(piece.data(), static_cast<size_t>(count));
+        } else if (count < 0 && errno != EINTR) {
             whyNot = Reason();
             return std::nullopt;
         }
     }
-    if (length > longestFile) {
-        whyNot = "larger than 1 MiB";
+    if (bytes.size() > longestFile) {
+        whyNot = "the file is larger than 1 MiB";
         return std::nullopt;
     }
-    bytes.resize(length);
     return bytes;
 }
 

@@ -111,10 +111,10 @@ TEST_F(TextFileTest, ReadsOnlyFilesThatEnd) {
     std::filesystem::resize_file(folder.Put("long", ""), (1 << 20) + 1);
     const std::pair<std::string, const char *> cases[] = {
         {folder.Path("missing"), "No such file or directory"},
-        {folder.Path("pipe"), "not a regular file"},
-        {folder.Path(""), "not a regular file"},
-        {"/dev/zero", "not a regular file"},
-        {folder.Path("long"), "larger than 1 MiB"},
+        {folder.Path("pipe"), "this is no regular file"},
+        {folder.Path(""), "this is no regular file"},
+        {"/dev/zero", "this is no regular file"},
+        {folder.Path("long"), "the file is larger than 1 MiB"},
     };
     for (const auto &[path, reason] : cases) {
         std::string whyNot;

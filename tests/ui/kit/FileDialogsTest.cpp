@@ -40,7 +40,8 @@ TEST(FileDialogs, AnEndingIsAddedOnlyWhereItWasAskedFor) {
     EXPECT_EQ(exported.proposedName, "proposed");
     folder.Put("hidden", "");
     folder.Put("named.sav", "");
-    for (const auto &[typed, chosen] : {std::pair("hidden", "hidden"), {"named", "named.sav"}}) {
+    for (const char *typed : {"hidden", "named"}) {
+        const char *chosen = typed == std::string("named") ? "named.sav" : typed;
         AnswerFileDialogOf(
             [&] { EXPECT_EQ(AskOpenFile(nullptr, "Open", "Text (*.sav)"), path(chosen)); },
             path(typed));
