@@ -115,6 +115,7 @@ QGroupBox *ControlPage::NewFileFrame() {
     prgbarLog->setValue(0);
     prgbarLog->setTextVisible(false);
     lblLogProblem = Named(new QLabel(frame), "lblLogProblem");
+    lblLogProblem->setTextFormat(Qt::PlainText);
     lblLogProblem->setWordWrap(true);
     lblLogProblem->hide();
     lblLogEntries = Named(new QLabel(QStringLiteral("0"), frame), "lblLogEntries");

@@ -122,6 +122,18 @@ void frmHeaters::ShowHeldDuties() {
     }
 }
 
+/// Escape first gives up what was typed while the ramp went on.
+void frmHeaters::EscapePressed() {
+    bool isHeld = false;
+    for (const HeaterControls &row : controls) {
+        if (row.heldDuty) {
+            row.txtPWM->setModified(false);
+            isHeld = true;
+        }
+    }
+    isHeld ? ShowHeldDuties() : Dialog::EscapePressed();
+}
+
 bool frmHeaters::eventFilter(QObject *watched, QEvent *event) {
     if (event->type() == QEvent::FocusOut) {
         ShowHeldDuties();

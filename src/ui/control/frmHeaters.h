@@ -27,6 +27,7 @@ public:
 
 protected:
     void Form_Unload() override;
+    void EscapePressed() override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:

@@ -66,6 +66,7 @@ frmLogging::frmLogging() : Dialog(QStringLiteral("frmLogging"), tr("Logging")) {
 
 void frmLogging::SetupUi() {
     lblProblem = Named(new QLabel(this), "lblProblem");
+    lblProblem->setTextFormat(Qt::PlainText);
     lblProblem->setWordWrap(true);
     lblProblem->hide();
     auto *layout = new QGridLayout(this);

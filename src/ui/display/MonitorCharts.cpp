@@ -90,6 +90,7 @@ StripChartSetup FanSetup(double rowHeight) {
 
 StripChart *NewChart(const char *name, const QString &accessibleName, StripChartSetup setup,
                      QWidget *parent) {
+    setup.title = accessibleName;
     setup.emptyNotice = MonitorCharts::tr("Nothing graphed: press Easy Setup");
     auto *chart = new StripChart(MeasurementHistory(), std::move(setup), parent);
     chart->setObjectName(QLatin1String(name));
@@ -130,6 +131,9 @@ void MonitorCharts::ShowGraphType() {
 }
 
 void MonitorCharts::LayOutForVariant() {
+    for (auto *chart : {stpTempFan, stpTemp, stpFan}) {
+        chart->SetDevice(ToQString(DeviceName));
+    }
     if (!HasOneFan()) {
         return;
     }

@@ -21,6 +21,7 @@ namespace ztm {
 class StripChartColumns;
 class StripChartLabels;
 class StripChartPlot;
+struct PictureTexts;
 
 /// A chart of measured values over time, drawn from a shared history that must outlive it. It
 /// follows the newest sample until the user moves it away; while it is not visible it costs
@@ -52,6 +53,9 @@ public:
     void SetLabelVerticalPosition(int entry, double fraction);
     double LabelVerticalPosition(int entry) const;
 
+    /// Where the values come from, said in saved pictures and ranges.
+    void SetDevice(const QString &name) { device = name; }
+
     /// The newest value of a trace; NaN if there is none.
     Q_INVOKABLE double LastValue(int trace) const;
 
@@ -79,10 +83,11 @@ public:
     void ShowWholeHistory();
     void BackToLive();
     void CopyPicture() const;
-    /// Writes a PNG, SVG or PDF according to the file extension; false on failure.
+    /// Writes a PNG, SVG or PDF according to the file extension, with a title, the device, the date
+    /// and units; false on failure.
     bool SavePicture(const QString &path) const;
-    /// Writes what is kept of the visible time as tab-separated text, one line per sample; false on
-    /// failure.
+    /// Writes what is kept of the visible time as tab-separated text: a line with device and date,
+    /// a header with units, and one line per sample; false on failure.
     bool SaveVisibleRange(const QString &path) const;
 
     QSize sizeHint() const override { return {560, 320}; }
@@ -130,12 +135,15 @@ private:
     void RedrawCursor();
     QString ReadingOf(const StripChartSetup::Trace &trace, int column) const;
 
+    QString SourceText() const;
+    PictureTexts TextsOfPicture() const;
     void FillMenu(QMenu &menu);
     void AskAndSavePicture();
     void AskAndSaveVisibleRange();
 
     const ChannelHistory &history;
     StripChartSetup setup;
+    QString device;
     TimeWindow timeWindow;
     std::unique_ptr<StripChartColumns> columns;
     StripChartPlot *plot;

@@ -62,6 +62,7 @@ void StripChartLabels::Place() {
         return;
     }
     room = now;
+    const int above = plot.viewport().height() - plot.height(); // the title of a picture
     const auto within = [](double wanted, double low, double high) {
         return std::max(low, std::min(wanted, high));
     };
@@ -72,7 +73,7 @@ void StripChartLabels::Place() {
                 item->bottomRight->pixelPosition() - item->topLeft->pixelPosition();
             item->position->setCoords(
                 within(wanted.x() * plot.width(), room.left(), room.right() - size.x()),
-                within(wanted.y() * plot.height(), room.top(), room.bottom() - size.y()));
+                within(above + wanted.y() * plot.height(), room.top(), room.bottom() - size.y()));
         }
     }
 }

@@ -1,6 +1,8 @@
 #include "ui/instruments/StripChartPlottable.h"
 
-#include <QTime>
+#include "common/Clock.h"
+
+#include <QDateTime>
 
 #include <algorithm>
 #include <cmath>
@@ -9,6 +11,7 @@ namespace ztm {
 namespace {
 
 constexpr int64_t millisecondsPerDay = 86'400'000;
+constexpr int64_t secondsPerDay = 86'400;
 
 } // namespace
 
@@ -21,6 +24,14 @@ QString TimeOfDayText(double seconds, QChar separator, int decimals) {
     const QString text =
         QTime::fromMSecsSinceStartOfDay(ofDay).toString(QStringLiteral("HH:mm:ss.zzz"));
     return text.chopped(decimals == 0 ? 4 : 3 - decimals).replace(QLatin1Char(':'), separator);
+}
+
+QString DateText(double seconds) {
+    // The system's time may have been corrected since: the nearest midnight is meant.
+    const QDateTime start =
+        QDateTime::currentDateTime().addSecs(secondsPerDay / 2 - std::llround(RunningSeconds()));
+    const auto days = static_cast<int64_t>(std::floor(seconds / secondsPerDay));
+    return start.date().addDays(days).toString(Qt::ISODate);
 }
 
 double TimeOfDayTicker::getTickStep(const QCPRange &range) {

@@ -10,6 +10,10 @@ namespace ztm {
 /// decimals of a second.
 QString TimeOfDayText(double seconds, QChar separator, int decimals = 0);
 
+/// The local date of a time in seconds since the midnight before the clock started, as in
+/// "2026-11-23".
+QString DateText(double seconds);
+
 /// Labels a time axis in seconds since a midnight with "HH MM SS" of the time of day.
 class TimeOfDayTicker final : public QCPAxisTickerTime {
 protected:

@@ -6,7 +6,7 @@
 
 #include <QColor>
 #include <QPointF>
-#include <QString>
+#include <QStringList>
 
 #include <optional>
 #include <vector>
@@ -49,7 +49,20 @@ struct StripChartSetup {
     std::optional<ValueAxis> right;
     std::vector<Label> labels;
     double visibleSeconds = 60;
+    QString title;       ///< of saved pictures
     QString emptyNotice; ///< shown while no trace has a value
+
+    /// The units of the traces on an axis, as in "°C, %".
+    QString UnitsOf(bool rightAxis) const {
+        QStringList units;
+        for (const Trace &trace : traces) {
+            if ((trace.rightAxis && right.has_value()) == rightAxis) {
+                units.append(trace.unit);
+            }
+        }
+        units.removeDuplicates();
+        return units.join(QStringLiteral(", "));
+    }
 
     /// The name of a trace in read-outs and files.
     QString NameOf(const Trace &trace) const {

@@ -143,23 +143,37 @@ QStringList StripChart::CursorText() const {
     return lines;
 }
 
+/// As in "ZTM7720, 2026-11-23 14:05:09 to 14:06:09".
+QString StripChart::SourceText() const {
+    const QLatin1Char colon(':');
+    const QString firstDay = DateText(VisibleFrom());
+    const QString lastDay = DateText(VisibleTo());
+    return tr("%1, %2 %3 to %4")
+        .arg(device, firstDay, TimeOfDayText(VisibleFrom(), colon),
+             (lastDay == firstDay ? QString() : lastDay + QLatin1Char(' ')) +
+                 TimeOfDayText(VisibleTo(), colon));
+}
+
+PictureTexts StripChart::TextsOfPicture() const {
+    return {setup.title, SourceText(), setup.UnitsOf(false), setup.UnitsOf(true)};
+}
+
 void StripChart::CopyPicture() const {
-    QGuiApplication::clipboard()->setPixmap(
-        plot->toPixmap(plot->width(), plot->height(), plot->bufferDevicePixelRatio()));
+    QGuiApplication::clipboard()->setPixmap(PictureOf(*plot, TextsOfPicture()));
 }
 
 bool StripChart::SavePicture(const QString &path) const {
-    return ztm::SavePicture(*plot, path);
+    return ztm::SavePicture(*plot, TextsOfPicture(), path);
 }
 
 bool StripChart::SaveVisibleRange(const QString &path) const {
     std::vector<SavedTrace> shown;
     for (const auto &trace : setup.traces) {
         if (history.HasValues(trace.channel)) {
-            shown.push_back({trace.channel, setup.NameOf(trace)});
+            shown.push_back({trace.channel, setup.NameOf(trace), trace.unit});
         }
     }
-    return SaveRange(history, VisibleFrom(), VisibleTo(), shown, path);
+    return SaveRange(history, {VisibleFrom(), VisibleTo(), SourceText()}, shown, path);
 }
 
 } // namespace ztm

@@ -116,7 +116,7 @@ void InitForm::SetupMediumPanel() {
     SMBusSearchDescLBL = NewLabel("SMBusSearchDescLBL", SeclectComsMediumPanel);
     SearchMediumInstLBL = NewLabel("SearchMediumInstLBL", SeclectComsMediumPanel);
     USBCheck->setChecked(true);
-    SMBusCheck->setEnabled(false);
+    Enable(*SMBusCheck, false, tr("Not on this computer"));
 
     auto *layout = new QVBoxLayout(SeclectComsMediumPanel);
     layout->addStretch(1);
@@ -186,6 +186,7 @@ void InitForm::Form_Load() {
     ShowPanel(1);
     SetTexts();
     SetGreenText();
+    ExplainButtons();
 }
 
 void InitForm::CollectPanels() {
@@ -286,6 +287,21 @@ void InitForm::NavigateWizard() {
     if (CurrentPage == 1 || !MovingForward) {
         NextCMD->setFocus();
     }
+    ExplainButtons();
+}
+
+/// Says in the tooltips why buttons are disabled.
+void InitForm::ExplainButtons() {
+    const bool isLast = CurrentPage == 4;
+    const auto explain = [this](QPushButton &button, const QString &whyNot) {
+        button.setToolTip(button.isEnabled() ? QString()
+                          : CurrentPage == 3 ? tr("The search is running")
+                                             : whyNot);
+    };
+    explain(*BackCMD, tr("This is the first page"));
+    explain(*NextCMD, tr("This is the last page"));
+    explain(*FinishCMD, isLast ? tr("No device was found") : tr("Search for a device first"));
+    explain(*CancelCMD, {});
 }
 
 void InitForm::StartSearch() {
@@ -300,6 +316,7 @@ void InitForm::StartSearch() {
     for (auto *button : {CancelCMD, BackCMD, NextCMD, FinishCMD}) {
         button->setEnabled(false);
     }
+    ExplainButtons();
     setCursor(Qt::WaitCursor);
     repaint(); // no events are processed while the adapter starts
     if (media.USB) {
@@ -323,6 +340,7 @@ void InitForm::StartSearch() {
     CurrentPage = 4;
     ShowPanel(4);
     SearchProgress->setValue(0);
+    ExplainButtons();
     for (auto *button : {FinishCMD, NextCMD, BackCMD}) {
         if (button->isEnabled()) {
             button->setFocus();

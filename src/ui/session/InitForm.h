@@ -54,6 +54,7 @@ private:
     void CancelCMD_Click();
     void SearchResultsLIST_SelectionChanged();
     void NavigateWizard();
+    void ExplainButtons();
     void ShowPanel(int page);
     void StartSearch();
     void ShowSearchResults();

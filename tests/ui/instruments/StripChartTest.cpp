@@ -213,6 +213,8 @@ TEST_F(StripChartTest, TakesToAnotherDevicePixelRatio) {
 
 class StripChartSavingTest : public StripChartTest {
 protected:
+    StripChartSavingTest() { chart.SetDevice("ZTM7720"); }
+
     QString Path(const char *name) { return QString::fromStdString(folder.Path(name)); }
 
     QByteArray Saved(const char *name) {
@@ -224,6 +226,7 @@ protected:
         EXPECT_TRUE(chart.SaveVisibleRange(Path("range.txt")));
         auto lines = QByteArray::fromStdString(BytesOf(folder.Path("range.txt"))).split('\n');
         EXPECT_EQ(lines.takeLast(), QByteArray()) << "ends with a line feed";
+        source = lines.takeFirst();
         return lines;
     }
 
@@ -236,6 +239,8 @@ protected:
     }
 
     TemporaryFolder folder;
+    const QByteArray today = QDate::currentDate().toString(Qt::ISODate).toLatin1();
+    QByteArray source; // the line above the header
 };
 
 /// What a pattern captures wherever it matches.
@@ -252,7 +257,9 @@ TEST_F(StripChartSavingTest, ADrawingHoldsTracesWithinThePlotAndTextsAsSuch) {
     AppendRamp();
     const QString drawing = Saved("chart.svg");
     EXPECT_THAT(AllOf(">([^<]+?)\\s*</text>", drawing),
-                IsSupersetOf({"Temperature", "Board", "Fan Speed", "100", "12 00 00"}));
+                IsSupersetOf(std::vector<std::string>{
+                    "Temperature [°C]", "Board", "Fan Speed [RPM]", "100", "12 00 00",
+                    "ZTM7720, " + today.toStdString() + " 11:59:30 to 12:00:30"}));
     for (const auto &size : AllOf("<text[^>]*font-size=\"([^\"]*)\"", drawing)) {
         EXPECT_NEAR(std::stod(size), QFontInfo(chart.font()).pixelSize(), 1) << "as on the screen";
     }
@@ -274,9 +281,13 @@ TEST_F(StripChartSavingTest, APictureIsWhatIsSeenButForTheNotice) {
     AppendMany(2000, 25, 5000);
     AppendMany(500, 75, 0);
     for (const QColor &colour : {temperatureColour, fanColour}) {
-        const auto seen = PixelsOf(Plot()->grab().toImage(), colour);
+        const QImage screen = Plot()->grab().toImage();
+        const QImage picture = QImage::fromData(Saved("live.png"));
+        const int titleHeight = picture.height() - screen.height();
+        const auto seen = PixelsOf(screen, colour).translated(0, titleHeight);
         EXPECT_THAT(seen.size(), Gt(500U));
-        EXPECT_EQ(PixelsOf(QImage::fromData(Saved("live.png")), colour), seen);
+        EXPECT_EQ(PixelsOf(picture, colour), seen);
+        EXPECT_EQ(PixelsOf(Plot()->grab().toImage(), colour).size(), seen.size());
     }
     Press("Left");
     const QColor notice = chart.palette().color(QPalette::Highlight);
@@ -300,17 +311,19 @@ TEST_F(StripChartSavingTest, TheVisibleRangeIsWhatIsInSight) {
     for (const float value : {20.25F, 20.25F, Extent::gap, 20.25F}) {
         AppendMany(1, value, 5000);
     }
-    EXPECT_EQ(SavedLines().join('|'), "Seconds\tTime\tLocal\tFan1|"
-                                      "43200.000\t12:00:00.000\t20.25\t5000|"
-                                      "43200.030\t12:00:00.030\t20.25\t5000|"
-                                      "43200.060\t12:00:00.060\t\t5000|"
-                                      "43200.090\t12:00:00.090\t20.25\t5000");
+    EXPECT_EQ(SavedLines().join('|').replace(today, "today").toStdString(),
+              "Seconds\tTime\tLocal [°C]\tFan1 [RPM]|"
+              "43200.000\ttoday 12:00:00.000\t20.25\t5000|"
+              "43200.030\ttoday 12:00:00.030\t20.25\t5000|"
+              "43200.060\ttoday 12:00:00.060\t\t5000|"
+              "43200.090\ttoday 12:00:00.090\t20.25\t5000");
+    EXPECT_EQ(source, "ZTM7720, " + today + " 11:59:00 to 12:00:00");
     EXPECT_FALSE(chart.SaveVisibleRange(Path("none/range.txt")));
     AppendMany(8000, 20, 5000);
     Press("Left");
     chart.SetTraceName(0, "Board");
     const auto lines = SavedLines();
-    EXPECT_EQ(lines.first(), "Seconds\tTime\tBoard\tFan1");
+    EXPECT_EQ(lines.first(), "Seconds\tTime\tBoard [°C]\tFan1 [RPM]");
     EXPECT_NEAR(static_cast<double>(lines.size() - 1), 60 / interval, 5);
     EXPECT_GE(lines.at(1).split('\t').first().toDouble(), chart.VisibleFrom() - 0.001);
     EXPECT_LE(lines.last().split('\t').first().toDouble(), chart.VisibleTo());
@@ -325,8 +338,8 @@ TEST_F(StripChartSavingTest, WhereSamplesHaveGoneTheVisibleRangeHasTheirExtremes
     chart.ShowWholeHistory();
     Settle();
     const auto lines = SavedLines();
-    EXPECT_EQ(lines.first(), "Seconds\tTime\tLocal low\tLocal high");
-    EXPECT_EQ(lines.at(1), "43200.000\t12:00:00.000\t20\t30");
+    EXPECT_EQ(lines.first(), "Seconds\tTime\tLocal low [°C]\tLocal high [°C]");
+    EXPECT_EQ(lines.at(1), "43200.000\t" + today + " 12:00:00.000\t20\t30");
     EXPECT_EQ(lines.last().split('\t').mid(2), QList<QByteArray>({"30", "30"}));
 }
 
