@@ -7,6 +7,7 @@
 #include "link/USBComms.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace ztm {
 namespace {
@@ -34,7 +35,15 @@ constexpr std::array<AlertBits, ChannelCount> alertBits{{
     {0x00, 0x10, 0x00}, // %T
 }};
 
+constexpr Extremes noExtremes{std::numeric_limits<float>::infinity(),
+                              -std::numeric_limits<float>::infinity()};
+
 std::array<bool, ChannelCount> isMeasured{};
+std::array<Extremes, ChannelCount> extremes = [] {
+    std::array<Extremes, ChannelCount> none{};
+    none.fill(noExtremes);
+    return none;
+}();
 
 double Read(const Channel &channel) {
     switch (channel.Measures) {
@@ -57,6 +66,15 @@ std::array<float, ChannelCount> Measurements{};
 void ResetMeasurements() {
     Measurements.fill(0);
     isMeasured.fill(false);
+    ResetExtremes();
+}
+
+Extremes ExtremesOf(int channel) {
+    return At(extremes, channel);
+}
+
+void ResetExtremes() {
+    extremes.fill(noExtremes);
 }
 
 bool IsMeasured(int channel) {
@@ -71,8 +89,11 @@ bool HasChannel(int channel) {
 void ReadMeasurement(int channel) {
     if (HasChannel(channel)) {
         const auto slot = static_cast<size_t>(channel);
-        Measurements[slot] = static_cast<float>(Read(Channels[slot]));
+        const auto value = static_cast<float>(Read(Channels[slot]));
+        Measurements[slot] = value;
         isMeasured[slot] = true;
+        extremes[slot] = {std::min(extremes[slot].least, value),
+                          std::max(extremes[slot].greatest, value)};
     }
 }
 

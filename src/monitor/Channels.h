@@ -44,6 +44,15 @@ extern std::array<float, ChannelCount> Measurements;
 /// Whether a channel has been read since the start; before that its slot is 0.
 bool IsMeasured(int channel);
 
+/// The least and the greatest value of a channel since the start or the last ResetExtremes; least
+/// is above greatest if it has not been measured since.
+struct Extremes {
+    float least;
+    float greatest;
+};
+Extremes ExtremesOf(int channel);
+void ResetExtremes();
+
 /// Resets the values to 0, as not yet measured.
 void ResetMeasurements();
 

@@ -5,6 +5,7 @@
 #include "monitor/Channels.h"
 #include "monitor/MeasurementHistory.h"
 #include "monitor/MonitorSettings.h"
+#include "ui/display/Quantities.h"
 #include "ui/instruments/StripChart.h"
 #include "ui/kit/Text.h"
 
@@ -39,16 +40,14 @@ void AddTitle(StripChartSetup &setup, const QString &text, StripChartSetup::Labe
 void AddTraces(StripChartSetup &setup, std::initializer_list<Row> rows, double rowHeight) {
     for (const Row &row : rows) {
         const Channel &channel = At(Channels, row.channel);
-        const bool temperature = channel.Measures == Quantity::Temperature;
         const bool fan = channel.Measures == Quantity::FanSpeed;
         StripChartSetup::Trace trace;
         trace.channel = row.channel;
         trace.name = ToQString(channel.Name);
         trace.colour = colours[row.channel];
         trace.rightAxis = fan && setup.right.has_value();
-        trace.unit = fan ? QStringLiteral("RPM")
-                         : (temperature ? QString::fromUtf8("°C") : QStringLiteral("%"));
-        trace.decimals = fan ? 0 : 2;
+        trace.unit = LookOf(channel.Measures).unit;
+        trace.decimals = LookOf(channel.Measures).decimals;
         trace.label = static_cast<int>(setup.labels.size());
         setup.traces.push_back(trace);
         setup.labels.push_back({trace.name, StripChartSetup::Label::Place::AtPosition,
@@ -153,6 +152,12 @@ void MonitorCharts::LayOutForVariant() {
     const QString fan = ToQString(Channels[3].NameZTM7710);
     stpTempFan->SetTraceName(3, fan);
     stpFan->SetTraceName(0, fan);
+}
+
+void MonitorCharts::ShowLimits(const LimitLines &lines) {
+    for (auto *chart : {stpTempFan, stpTemp, stpFan}) {
+        chart->SetLimits(lines);
+    }
 }
 
 void MonitorCharts::HistoryChanged() {

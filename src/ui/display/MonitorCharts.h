@@ -5,6 +5,7 @@
 namespace ztm {
 
 class StripChart;
+struct LimitLines;
 
 /// The three strip charts of the measurements: temperatures and fan speeds, temperatures, fan
 /// speeds. `GraphType` selects the one shown. All draw from the session's one history.
@@ -25,6 +26,9 @@ public:
 
     /// Gives the labels the names of the current variant and closes the gaps between them.
     void LayOutForVariant();
+
+    /// Shows the limits of a channel in all charts.
+    void ShowLimits(const LimitLines &lines);
 
     /// Call when the history has grown.
     void HistoryChanged();

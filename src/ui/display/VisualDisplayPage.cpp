@@ -1,55 +1,35 @@
 #include "ui/display/VisualDisplayPage.h"
 
 #include "common/At.h"
-#include "common/NumberText.h"
 #include "common/Numbers.h"
-#include "link/LinkState.h"
 #include "link/Registers.h"
 #include "link/USBComms.h"
 #include "monitor/MonitorSettings.h"
+#include "ui/display/AlertList.h"
+#include "ui/display/LimitBoxes.h"
 #include "ui/display/MonitorCharts.h"
+#include "ui/display/Quantities.h"
 #include "ui/display/frmBigGraph.h"
 #include "ui/display/frmGraphOptions.h"
 #include "ui/display/frmSetupLog.h"
 #include "ui/instruments/Gauge.h"
-#include "ui/instruments/ToggleIndicator.h"
+#include "ui/instruments/StripChartLimits.h"
 #include "ui/kit/Controls.h"
 #include "ui/kit/Frame.h"
 #include "ui/kit/Messages.h"
 #include "ui/kit/Text.h"
 
-#include <QButtonGroup>
 #include <QGridLayout>
 #include <QLabel>
 
 namespace ztm {
 namespace {
 
-/// The gauges, by the quantity that they show.
-struct GaugeKind {
-    double minimum;
-    double maximum;
-    double step; // of the arrow keys
-    const char *unit;
-    int decimals; // of the caption
-    const char *name;
-};
-constexpr std::array<GaugeKind, 3> gaugeKinds{{
-    {-55, 127, 1, "°C", 2, QT_TRANSLATE_NOOP("ztm::VisualDisplayPage", "Temperature")},
-    {0, 15000, 100, "RPM", 0, QT_TRANSLATE_NOOP("ztm::VisualDisplayPage", "Fan speed")},
-    {0, 100, 1, "%", 2, QT_TRANSLATE_NOOP("ztm::VisualDisplayPage", "THERM%")},
-}};
-
 constexpr int temperatureGauge = static_cast<int>(Quantity::Temperature);
 constexpr int percentGauge = static_cast<int>(Quantity::ThermPercent);
 
 const Channel &ChannelAt(int channel) {
     return At(Channels, channel);
-}
-
-/// The name of a channel on the current variant.
-QString NameOf(int channel) {
-    return ToQString(HasOneFan() ? ChannelAt(channel).NameZTM7710 : ChannelAt(channel).Name);
 }
 
 void SetBands(Gauge &gauge, double start, double end) {
@@ -70,41 +50,13 @@ void VisualDisplayPage::SetupUi() {
     charts = new MonitorCharts({0.06, 0.06}, this);
     auto *layout = new QGridLayout(this);
     layout->addWidget(charts, 0, 0, 2, 1);
-    layout->addWidget(NewAlertsFrame(), 0, 1);
+    alerts = Named(new AlertList(this), "fraAlerts");
+    layout->addWidget(alerts, 0, 1);
     layout->addWidget(NewGaugeFrame(), 1, 1);
     layout->addWidget(NewButtonRow(), 2, 0, 1, 2);
     layout->setColumnStretch(0, 3);
     layout->setColumnStretch(1, 1);
     layout->setRowStretch(1, 1);
-}
-
-QGroupBox *VisualDisplayPage::NewAlertsFrame() {
-    auto *frame = Named(new Frame(tr("Alerts"), this), "fraAlerts");
-    auto *group = new QButtonGroup(frame);
-    auto *rows = new QGridLayout;
-    for (int channel = 0; channel < ChannelCount; ++channel) {
-        const QString name = ToQString(ChannelAt(channel).Name);
-        auto *option = NewOption(IndexedName("optMeasure", channel), name, frame);
-        auto *indicator = new ToggleIndicator(frame);
-        indicator->setObjectName(IndexedName("tglAlert", channel));
-        indicator->setAccessibleName(tr("Alert %1").arg(name));
-        indicator->SetKnown(false);
-        indicator->setToolTip(tr("Interrupt Status: Green=OK, Red=Bad, Invisible=Disabled"));
-        group->addButton(option, channel);
-        rows->addWidget(option, channel, 0, Qt::AlignLeft);
-        rows->addWidget(indicator, channel, 1);
-        At(optMeasure, channel) = option;
-        At(tglAlert, channel) = indicator;
-    }
-    connect(group, &QButtonGroup::idClicked, this, &VisualDisplayPage::optMeasure_Click);
-
-    auto *caption = new QLabel(tr("Select Channel to view value/limits:"), frame);
-    caption->setWordWrap(true);
-    auto *layout = new QVBoxLayout(frame);
-    layout->addWidget(caption);
-    layout->addLayout(rows);
-    layout->addStretch();
-    return frame;
 }
 
 QGroupBox *VisualDisplayPage::NewGaugeFrame() {
@@ -114,21 +66,23 @@ QGroupBox *VisualDisplayPage::NewGaugeFrame() {
     auto *layout = new QVBoxLayout(frame);
     layout->addWidget(lblBargraph);
     for (size_t index = 0; index < Limits.size(); ++index) {
-        const GaugeKind &kind = gaugeKinds[index];
+        const QuantityLook &look = LookOf(static_cast<Quantity>(index));
         auto *gauge = new Gauge(frame);
         gauge->setObjectName(IndexedName("Limits", index));
-        gauge->setAccessibleName(tr(kind.name));
+        gauge->setAccessibleName(look.name);
         gauge->setToolTip(tr("Drag the sliders to change the limits"));
-        gauge->SetMinimum(kind.minimum);
-        gauge->SetMaximum(kind.maximum);
-        gauge->SetSingleStep(kind.step);
-        gauge->SetHighPointer(kind.maximum);
+        gauge->SetMinimum(look.minimum);
+        gauge->SetMaximum(look.maximum);
+        gauge->SetSingleStep(look.step);
+        gauge->SetHighPointer(look.maximum);
         gauge->SetNeedleVisible(false);
         gauge->SetLowPointerVisible(static_cast<int>(index) != percentGauge);
         gauge->hide();
         layout->addWidget(gauge, 1);
         Limits[index] = gauge;
     }
+    limitBoxes = new LimitBoxes(frame);
+    layout->addWidget(limitBoxes);
     return frame;
 }
 
@@ -154,6 +108,11 @@ void VisualDisplayPage::ConnectSignals() {
         connect(Limits[index], &Gauge::PointerChanged, this,
                 [this, gauge] { ApplyGaugeLimits(gauge); });
     }
+    connect(alerts, &AlertList::ChannelChosen, this, &VisualDisplayPage::optMeasure_Click);
+    connect(limitBoxes, &LimitBoxes::LowEntered, this,
+            [this](double value) { EnterLimit(&Gauge::SetLowPointer, value); });
+    connect(limitBoxes, &LimitBoxes::HighEntered, this,
+            [this](double value) { EnterLimit(&Gauge::SetHighPointer, value); });
     connect(cmdEasySetup, &QPushButton::clicked, this, &VisualDisplayPage::cmdEasySetup_Click);
     connect(cmdGraphOptions, &QPushButton::clicked, this,
             &VisualDisplayPage::cmdGraphOptions_Click);
@@ -162,41 +121,16 @@ void VisualDisplayPage::ConnectSignals() {
 
 void VisualDisplayPage::SetupMonitorTab() {
     if (!MonitorTabReady) {
-        optMeasure[0]->setChecked(true);
+        alerts->Select(0);
         optMeasure_Click(0);
         emit MonitorPeriodWanted();
-        LayOutForVariant();
+        alerts->LayOutForVariant();
+        charts->LayOutForVariant();
         MonitorTabReady = true;
     }
-    if (const int channel = SelectedChannel(); channel >= 0) {
+    if (const int channel = alerts->SelectedChannel(); channel >= 0) {
         optMeasure_Click(channel);
     }
-}
-
-/// Hides the rows of channels that the variant lacks, closes the gaps and gives the other rows the
-/// variant's names.
-void VisualDisplayPage::LayOutForVariant() {
-    for (int channel = 0; channel < ChannelCount; ++channel) {
-        auto *option = At(optMeasure, channel);
-        auto *indicator = At(tglAlert, channel);
-        option->setVisible(HasChannel(channel));
-        indicator->setVisible(HasChannel(channel));
-        if (HasChannel(channel)) {
-            option->setText(NameOf(channel));
-            indicator->setAccessibleName(tr("Alert %1").arg(NameOf(channel)));
-        }
-    }
-    charts->LayOutForVariant();
-}
-
-/// The first selected channel; -1 if there is none.
-int VisualDisplayPage::SelectedChannel() const {
-    for (int channel = 0; channel < ChannelCount; ++channel) {
-        if (At(optMeasure, channel)->isChecked()) {
-            return channel;
-        }
-    }
-    return -1;
 }
 
 Gauge &VisualDisplayPage::GaugeOf(int channel) const {
@@ -204,17 +138,18 @@ Gauge &VisualDisplayPage::GaugeOf(int channel) const {
 }
 
 void VisualDisplayPage::optMeasure_Click(int channel) {
-    lblBargraph->setText(At(optMeasure, channel)->text());
+    lblBargraph->setText(alerts->TextOf(channel));
     for (auto *gauge : Limits) {
         gauge->setVisible(gauge == &GaugeOf(channel));
     }
+    limitBoxes->SetChannel(channel);
     const Channel &selected = ChannelAt(channel);
-    if (selected.HighLimit == NoRegister) {
-        return;
+    if (selected.HighLimit != NoRegister) {
+        const int high = ReadRegister(selected.HighLimit);
+        const int low = selected.LowLimit == NoRegister ? 0 : ReadRegister(selected.LowLimit);
+        ShowChannelLimits(high, low, selected.Measures == Quantity::Temperature);
     }
-    const int high = ReadRegister(selected.HighLimit);
-    const int low = selected.LowLimit == NoRegister ? 0 : ReadRegister(selected.LowLimit);
-    ShowChannelLimits(high, low, selected.Measures == Quantity::Temperature);
+    ShowPointers();
 }
 
 void VisualDisplayPage::ShowChannelLimits(int high, int low, bool temperature) {
@@ -222,6 +157,7 @@ void VisualDisplayPage::ShowChannelLimits(int high, int low, bool temperature) {
         Limits[percentGauge]->SetHighPointer(RoundToDecimals(PercentOfByte(high), 2));
         return;
     }
+    limitBoxes->SetChipLimits(CelsiusOfByte(low), CelsiusOfByte(high));
     Gauge &gauge = *Limits[temperatureGauge];
     gauge.SetLowPointer(CelsiusOfByte(low));
     gauge.SetHighPointer(CelsiusOfByte(high));
@@ -233,10 +169,43 @@ void VisualDisplayPage::TrackGaugePointers(int gauge) {
         SetBands(*Limits[temperatureGauge], Limits[temperatureGauge]->LowPointer(),
                  Limits[temperatureGauge]->HighPointer());
     }
+    ShowPointers();
+}
+
+/// Shows the pointers of the selected channel's gauge as numbers, and as lines in the charts where
+/// they are limits of the chip.
+void VisualDisplayPage::ShowPointers() {
+    const int channel = alerts->SelectedChannel();
+    if (channel < 0) {
+        return;
+    }
+    const Gauge &gauge = GaugeOf(channel);
+    limitBoxes->ShowPointers(gauge.LowPointer(), gauge.HighPointer(), gauge.IsPointerHeld());
+    const Channel &selected = ChannelAt(channel);
+    LimitLines lines{.channel = channel};
+    if (selected.HighLimit != NoRegister) {
+        lines.high = gauge.HighPointer();
+    }
+    if (selected.LowLimit != NoRegister) {
+        lines.low = gauge.LowPointer();
+    }
+    charts->ShowLimits(lines);
+    if (auto *bigGraph = LoadedForm<frmBigGraph>()) {
+        bigGraph->Charts().ShowLimits(lines);
+    }
+}
+
+/// Does what releasing the pointer at a value does.
+void VisualDisplayPage::EnterLimit(void (Gauge::*setPointer)(double), double value) {
+    const int gauge = static_cast<int>(ChannelAt(alerts->SelectedChannel()).Measures);
+    (At(Limits, gauge)->*setPointer)(value);
+    TrackGaugePointers(gauge);
+    ApplyGaugeLimits(gauge);
 }
 
 void VisualDisplayPage::ApplyGaugeLimits(int gauge) {
-    const int channel = SelectedChannel();
+    const int channel = alerts->SelectedChannel();
+    ShowPointers();
     // A message takes the focus, which ends a change by keys; nothing may be written behind it.
     if (channel < 0 || static_cast<int>(ChannelAt(channel).Measures) != gauge || IsMessageShown()) {
         return;
@@ -247,6 +216,7 @@ void VisualDisplayPage::ApplyGaugeLimits(int gauge) {
         WriteRegister(selected.LowLimit, TemperatureByte(low));
         const double high = Limits[temperatureGauge]->HighPointer();
         WriteRegister(selected.HighLimit, TemperatureByte(high));
+        limitBoxes->SetChipLimits(low, high);
         SetBands(*Limits[temperatureGauge], low, high);
     } else if (gauge == percentGauge) {
         WriteRegister(selected.HighLimit, PercentByte(Limits[percentGauge]->HighPointer()));
@@ -254,15 +224,11 @@ void VisualDisplayPage::ApplyGaugeLimits(int gauge) {
 }
 
 void VisualDisplayPage::UpdateAlerts() {
-    const auto alarms = ReadAlerts();
-    for (size_t channel = 0; channel < alarms.size(); ++channel) {
-        tglAlert[channel]->SetAlarm(alarms[channel]);
-        tglAlert[channel]->SetKnown(true);
-    }
+    alerts->ShowAlerts(ReadAlerts());
 }
 
 void VisualDisplayPage::UpdateGauge() {
-    const int channel = SelectedChannel();
+    const int channel = alerts->SelectedChannel();
     if (channel < 0) {
         return;
     }
@@ -270,11 +236,9 @@ void VisualDisplayPage::UpdateGauge() {
         ReadMeasurement(channel);
     }
     Gauge &gauge = GaugeOf(channel);
-    const GaugeKind &kind = At(gaugeKinds, ChannelAt(channel).Measures);
     gauge.SetNeedleVisible(IsMeasured(channel));
     gauge.SetNeedle(At(Measurements, channel));
-    gauge.SetCaption(ToQString(NumberText(RoundToDecimals(gauge.Needle(), kind.decimals))) +
-                     QString::fromUtf8(kind.unit));
+    gauge.SetCaption(ValueText(channel, gauge.Needle()));
 }
 
 void VisualDisplayPage::UpdateCharts() {
@@ -285,13 +249,20 @@ void VisualDisplayPage::UpdateCharts() {
     }
 }
 
+void VisualDisplayPage::TickDone() {
+    if (isVisible()) {
+        alerts->ShowValues();
+    }
+}
+
 void VisualDisplayPage::cmdEasySetup_Click() {
+    ResetExtremes();
     MonitoringEnabled = true;
     GraphingEnabled = true;
     LimitMonitorEnabled = true;
     BargraphEnabled = true;
     WriteRegister(Configuration1, ReadRegister(Configuration1) | MonitorBit);
-    optMeasure[0]->setChecked(true);
+    alerts->Select(0);
     optMeasure_Click(0);
 }
 
@@ -302,10 +273,9 @@ void VisualDisplayPage::cmdGraphOptions_Click() {
 
 void VisualDisplayPage::ShowOptions() {
     charts->ShowGraphType();
+    ShowPointers(); // a full-screen graph may have opened
     if (!LimitMonitorEnabled) {
-        for (auto *indicator : tglAlert) {
-            indicator->SetKnown(false);
-        }
+        alerts->ForgetAlerts();
     }
 }
 

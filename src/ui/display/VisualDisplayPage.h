@@ -9,13 +9,13 @@
 class QGroupBox;
 class QLabel;
 class QPushButton;
-class QRadioButton;
 
 namespace ztm {
 
+class AlertList;
 class Gauge;
+class LimitBoxes;
 class MonitorCharts;
-class ToggleIndicator;
 
 /// The tab "Visual Display": the strip charts, the channels with their alarm states, the gauge of
 /// the selected one, whose pointers show and set its limits, and the buttons for the set-up.
@@ -35,22 +35,24 @@ public:
     /// Shows new history data in the charts.
     void UpdateCharts();
 
+    /// Shows what the tick has measured.
+    void TickDone();
+
 signals:
     /// Asks for the monitor timer's period, on the first visit.
     void MonitorPeriodWanted();
 
 private:
     void SetupUi();
-    QGroupBox *NewAlertsFrame();
     QGroupBox *NewGaugeFrame();
     QWidget *NewButtonRow();
     void ConnectSignals();
-    void LayOutForVariant();
 
-    int SelectedChannel() const;
     Gauge &GaugeOf(int channel) const;
     void ShowChannelLimits(int high, int low, bool temperature);
     void TrackGaugePointers(int gauge);
+    void ShowPointers();
+    void EnterLimit(void (Gauge::*setPointer)(double), double value);
     void ApplyGaugeLimits(int gauge);
 
     void ShowOptions();
@@ -62,9 +64,9 @@ private:
     bool MonitorTabReady = false;
 
     MonitorCharts *charts;
-    std::array<QRadioButton *, ChannelCount> optMeasure;
-    std::array<ToggleIndicator *, ChannelCount> tglAlert;
+    AlertList *alerts;
     std::array<Gauge *, 3> Limits; // temperature, fan speed, THERM%
+    LimitBoxes *limitBoxes;
     QLabel *lblBargraph;
     QPushButton *cmdEasySetup;
     QPushButton *cmdGraphOptions;

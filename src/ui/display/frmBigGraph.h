@@ -17,6 +17,8 @@ public:
     /// Shows new history data.
     void UpdateCharts();
 
+    MonitorCharts &Charts() { return *charts; }
+
     QSize sizeHint() const override;
 
 protected:

@@ -52,7 +52,7 @@ QSize Gauge::sizeHint() const {
 }
 
 QSize Gauge::minimumSizeHint() const {
-    const int side = 8 * fontMetrics().height();
+    const int side = 6 * fontMetrics().height();
     return {side, side};
 }
 

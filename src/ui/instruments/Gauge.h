@@ -73,6 +73,9 @@ public:
     bool IsLowPointerVisible() const { return shown.lowVisible; }
     void SetLowPointerVisible(bool visible);
 
+    /// Whether the user is moving a pointer.
+    bool IsPointerHeld() const { return move.means != Means::None; }
+
     QString Caption() const { return shown.caption; }
     void SetCaption(const QString &text);
 

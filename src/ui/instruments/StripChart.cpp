@@ -27,7 +27,8 @@ StripChart::StripChart(const ChannelHistory &source, StripChartSetup shown, QWid
     , setup(std::move(shown))
     , timeWindow(source, setup.visibleSeconds)
     , columns(std::make_unique<StripChartColumns>(source))
-    , plot(new StripChartPlot(*columns, this)) {
+    , plot(new StripChartPlot(*columns, this))
+    , limitItems(*plot) {
     MakeInstrumentsAccessible();
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
@@ -166,7 +167,8 @@ void StripChart::Follow() {
         plot->replot(QCustomPlot::rpQueuedReplot);
         return;
     }
-    if (ShowNotice()) {
+    const bool noticed = ShowNotice();
+    if (ShowOutside(false) || noticed) {
         plot->update();
     }
     const int64_t changed = columns->Update(width, columns->Begin(), count);
@@ -208,6 +210,7 @@ void StripChart::BeforeReplot() {
         axis->ticker()->setTickCount(std::max(2, static_cast<int>(rect.height()) / 45));
     }
     ShowNotice();
+    ShowOutside(true);
     UpdateCursor();
 }
 
@@ -221,6 +224,52 @@ bool StripChart::ShowNotice() {
         return plot->Overlay().SetNotice({Place::Middle, setup.emptyNotice});
     }
     return plot->Overlay().SetNotice({Place::Top, IsLive() ? QString() : notLiveNotice});
+}
+
+/// Marks the traces whose newest value is beyond its axis. Returns whether others are than before;
+/// `anew` if names or colours may have changed.
+bool StripChart::ShowOutside(bool anew) {
+    std::array<int, ChannelHistory::channelCount> now{};
+    for (size_t index = 0; index < setup.traces.size(); ++index) {
+        const auto &trace = setup.traces[index];
+        const QCPRange range = ValueRange(trace.rightAxis);
+        const float value = history.LastValue(trace.channel);
+        if (history.HasValues(trace.channel)) {
+            now[index] = value > range.upper ? 1 : value < range.lower ? -1 : 0;
+        }
+    }
+    if (now == outside && !anew) {
+        return false;
+    }
+    outside = now;
+    std::vector<StripChartOverlay::Mark> marks;
+    for (size_t index = 0; index < setup.traces.size(); ++index) {
+        if (now[index] != 0) {
+            const auto &trace = setup.traces[index];
+            marks.push_back({setup.NameOf(trace), plot->Traces()[index]->pen().color(),
+                             now[index] > 0, trace.rightAxis && setup.right.has_value()});
+        }
+    }
+    plot->Overlay().SetMarks(std::move(marks));
+    return true;
+}
+
+void StripChart::SetLimits(const LimitLines &lines) {
+    if (limits != lines) {
+        limits = lines;
+        ShowLimits();
+        Redraw();
+    }
+}
+
+void StripChart::ShowLimits() {
+    limitItems.Hide();
+    for (size_t index = 0; index < setup.traces.size(); ++index) {
+        if (setup.traces[index].channel == limits.channel) {
+            auto *trace = plot->Traces()[index];
+            limitItems.Show(limits, *trace->valueAxis(), trace->pen().color());
+        }
+    }
 }
 
 void StripChart::ApplyPalette() {
@@ -239,6 +288,7 @@ void StripChart::ApplyPalette() {
     for (size_t index = 0; index < setup.traces.size(); ++index) {
         plot->Traces()[index]->setPen(Readable(setup.traces[index].colour, ground));
     }
+    ShowLimits();
     labels->SetPalette(palette(), font());
     plot->Overlay().SetPalette(palette(), font());
     Redraw();

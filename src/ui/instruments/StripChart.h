@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/instruments/StripChartDrag.h"
+#include "ui/instruments/StripChartLimits.h"
 #include "ui/instruments/StripChartSetup.h"
 #include "ui/instruments/TimeWindow.h"
 
@@ -29,9 +30,10 @@ struct PictureTexts;
 ///
 /// Mouse: drag the arrows at the ends of an axis, or turn the wheel over it, to zoom that axis;
 /// drag an axis or the plot to move it; the wheel over the plot zooms time at the pointer; a double
-/// click returns to the newest sample. Keys: arrows and Page Up and Down move, + and - zoom time,
-/// with Ctrl the values; Home fits the values, End returns to the newest sample, Ctrl and left or
-/// right move the cursor, Escape removes it.
+/// click returns to the newest sample. A trace whose newest value is beyond its axis has an arrow
+/// with its name at that edge: a click on it fits the axis. Keys: arrows and Page Up and Down move,
+/// + and - zoom time, with Ctrl the values; Home fits the values, End returns to the newest sample,
+/// Ctrl and left or right move the cursor, Escape removes it.
 class StripChart : public QWidget {
     Q_OBJECT
     Q_PROPERTY(QStringList labels READ Labels)
@@ -59,6 +61,9 @@ public:
     /// The newest value of a trace; NaN if there is none.
     Q_INVOKABLE double LastValue(int trace) const;
 
+    /// Shows the limits of a channel, if one of the traces is of it, as dashed lines of its colour.
+    void SetLimits(const LimitLines &lines);
+
     /// Call after each Append() to, or Clear() of, the history.
     void HistoryChanged();
 
@@ -77,6 +82,7 @@ public:
 
     /// Fits the value axes to the visible values, with a small margin.
     void Fit();
+    void FitAxis(bool rightAxis);
     /// Restores the value axes and the time span of the set-up.
     void RestoreScales();
     /// Shows all that the history still has.
@@ -121,6 +127,8 @@ private:
     int ColumnCount() const;
     int64_t FirstColumn(double width, int count) const;
     bool ShowNotice();
+    bool ShowOutside(bool anew);
+    void ShowLimits();
     void DescribeLastValues();
 
     QRectF PlotRect() const;
@@ -148,6 +156,9 @@ private:
     std::unique_ptr<StripChartColumns> columns;
     StripChartPlot *plot;
     std::unique_ptr<StripChartLabels> labels;
+    StripChartLimits limitItems;
+    LimitLines limits;
+    std::array<int, ChannelHistory::channelCount> outside{}; // -1 below, 1 above its axis
     const QString notLiveNotice = tr("Not live: double click or End to return");
     QPointer<QMenu> menu;
     std::optional<StripChartDrag> drag;

@@ -47,15 +47,19 @@ QCPAxis *StripChart::AxisOf(StripChartPlace place) const {
 
 void StripChart::ShowPointer(QPointF point) {
     const StripChartPlace place = PlaceOf(point);
-    setCursor(place.part == Part::None || place.part == Part::Plot ? Qt::ArrowCursor
-              : place.grip == StripChartPlace::Grip::Middle        ? Qt::OpenHandCursor
-              : place.IsValueAxis()                                ? Qt::SizeVerCursor
-                                                                   : Qt::SizeHorCursor);
+    setCursor(plot->Overlay().MarkAt(point - plot->pos()) != nullptr ? Qt::PointingHandCursor
+              : place.part == Part::None || place.part == Part::Plot ? Qt::ArrowCursor
+              : place.grip == StripChartPlace::Grip::Middle          ? Qt::OpenHandCursor
+              : place.IsValueAxis()                                  ? Qt::SizeVerCursor
+                                                                     : Qt::SizeHorCursor);
 }
 
 void StripChart::mousePressEvent(QMouseEvent *event) {
     const StripChartPlace place = PlaceOf(event->position());
-    if (event->button() == Qt::LeftButton && place.part != Part::None) {
+    const auto *mark = plot->Overlay().MarkAt(event->position() - plot->pos());
+    if (event->button() == Qt::LeftButton && mark != nullptr) {
+        FitAxis(mark->rightAxis);
+    } else if (event->button() == Qt::LeftButton && place.part != Part::None) {
         drag.emplace(place, event->position(), timeWindow, VisibleTo(), AxisOf(place));
     }
 }

@@ -5,6 +5,13 @@
 #include <algorithm>
 
 namespace ztm {
+namespace {
+
+QString TextOf(const StripChartOverlay::Mark &mark) {
+    return (mark.above ? QStringLiteral("▲ ") : QStringLiteral("▼ ")) + mark.name;
+}
+
+} // namespace
 
 StripChartOverlay::StripChartOverlay(QCustomPlot *plot)
     : QCPLayerable(plot, QStringLiteral("overlay")) {}
@@ -42,8 +49,47 @@ void StripChartOverlay::draw(QCPPainter *painter) {
 
 void StripChartOverlay::Paint(QPainter &painter) const {
     painter.setFont(font);
+    PaintMarks(painter);
     PaintCursor(painter);
     PaintNotice(painter);
+}
+
+/// Along the top and the bottom of the plot, from the axis inwards.
+std::vector<QRectF> StripChartOverlay::PlacesOfMarks() const {
+    const QRectF plot = Plot();
+    const QFontMetricsF metrics(font);
+    const double space = metrics.horizontalAdvance(QLatin1Char(' '));
+    std::vector<QRectF> places;
+    std::array<std::array<double, 2>, 2> used{}; // of the top and the bottom, at the left and right
+    for (const Mark &mark : marks) {
+        double &inwards = used[mark.above ? 0 : 1][mark.rightAxis ? 1 : 0];
+        QRectF place(0, 0, metrics.horizontalAdvance(TextOf(mark)) + space, metrics.height());
+        place.moveLeft(mark.rightAxis ? plot.right() - space - inwards - place.width()
+                                      : plot.left() + space + inwards);
+        place.moveTop(mark.above ? plot.top() + 1 : plot.bottom() - place.height() - 1);
+        inwards += place.width() + space;
+        places.push_back(place);
+    }
+    return places;
+}
+
+void StripChartOverlay::PaintMarks(QPainter &painter) const {
+    const auto places = PlacesOfMarks();
+    for (size_t index = 0; index < marks.size(); ++index) {
+        painter.fillRect(places[index], palette.color(QPalette::Base));
+        painter.setPen(marks[index].colour);
+        painter.drawText(places[index], Qt::AlignCenter, TextOf(marks[index]));
+    }
+}
+
+const StripChartOverlay::Mark *StripChartOverlay::MarkAt(QPointF point) const {
+    const auto places = PlacesOfMarks();
+    for (size_t index = 0; index < marks.size(); ++index) {
+        if (places[index].contains(point)) {
+            return &marks[index];
+        }
+    }
+    return nullptr;
 }
 
 void StripChartOverlay::PaintCursor(QPainter &painter) const {

@@ -26,6 +26,14 @@ public:
         bool operator==(const Notice &) const = default;
     };
 
+    /// A trace whose newest value is beyond its axis.
+    struct Mark {
+        QString name;
+        QColor colour;
+        bool above;
+        bool rightAxis;
+    };
+
     explicit StripChartOverlay(QCustomPlot *plot);
 
     /// Shows the cursor at `x` pixels from the left of the plot; none without rows. Returns whether
@@ -34,6 +42,9 @@ public:
     const std::vector<Row> &Rows() const { return rows; }
     /// An empty text for none. Returns whether that changed anything.
     bool SetNotice(const Notice &shown);
+    void SetMarks(std::vector<Mark> shown) { marks = std::move(shown); }
+    /// The mark at a point of the plot's widget; nullptr if there is none.
+    const Mark *MarkAt(QPointF point) const;
     void SetPalette(const QPalette &colours, const QFont &textFont);
 
     void Paint(QPainter &painter) const;
@@ -47,12 +58,15 @@ private:
     void PaintCursor(QPainter &painter) const;
     void PaintReadings(QPainter &painter, QRectF line, double indent) const;
     void PaintNotice(QPainter &painter) const;
+    std::vector<QRectF> PlacesOfMarks() const;
+    void PaintMarks(QPainter &painter) const;
 
     QPalette palette;
     QFont font;
     double position = 0; // pixels from the left of the plot
     std::vector<Row> rows;
     Notice notice;
+    std::vector<Mark> marks;
 };
 
 } // namespace ztm

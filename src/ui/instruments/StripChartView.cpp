@@ -48,21 +48,25 @@ void StripChart::PanValues(double fraction) {
 }
 
 void StripChart::Fit() {
-    for (QCPAxis *axis : {plot->yAxis, plot->yAxis2}) {
-        double low = std::numeric_limits<double>::infinity();
-        double high = -low;
-        for (const auto *trace : plot->Traces()) {
-            bool found = false;
-            const QCPRange range = trace->getValueRange(found, QCP::sdBoth, {});
-            if (found && trace->valueAxis() == axis) {
-                low = std::min(low, range.lower);
-                high = std::max(high, range.upper);
-            }
+    FitAxis(false);
+    FitAxis(true);
+}
+
+void StripChart::FitAxis(bool rightAxis) {
+    QCPAxis *axis = rightAxis ? plot->yAxis2 : plot->yAxis;
+    double low = std::numeric_limits<double>::infinity();
+    double high = -low;
+    for (const auto *trace : plot->Traces()) {
+        bool found = false;
+        const QCPRange range = trace->getValueRange(found, QCP::sdBoth, {});
+        if (found && trace->valueAxis() == axis) {
+            low = std::min(low, range.lower);
+            high = std::max(high, range.upper);
         }
-        if (low <= high) {
-            const double margin = high > low ? (high - low) * fitMargin : 1;
-            axis->setRange(low - margin, high + margin);
-        }
+    }
+    if (low <= high) {
+        const double margin = high > low ? (high - low) * fitMargin : 1;
+        axis->setRange(low - margin, high + margin);
     }
     Redraw();
 }

@@ -6,7 +6,7 @@ namespace ztm {
 
 /// A group box with its caption in the upper border, so that its contents can start right below the
 /// caption in every style.
-class Frame final : public QGroupBox {
+class Frame : public QGroupBox {
     Q_OBJECT
 
 public:

@@ -143,6 +143,7 @@ void frmMain::ShowHeaterDuty(int heater, int duty) {
 
 void frmMain::TickDone() {
     control->TickDone();
+    visualDisplay->TickDone();
 }
 
 void frmMain::Form_Unload() {
