@@ -4,6 +4,10 @@
 #include "support/UiTest.h"
 #include "ui/instruments/Gauge.h"
 
+#include <QAction>
+#include <QHelpEvent>
+#include <QLabel>
+#include <QLineEdit>
 #include <QRadioButton>
 #include <QTimer>
 
@@ -132,6 +136,84 @@ TEST_F(VisualDisplayPageTest, ADraggedPointerWritesOnceLowBeforeHigh) {
             ExpectBands();
         }
     }
+}
+
+TEST_F(VisualDisplayPageTest, ATypedLimitDoesWhatReleasingItsPointerThereDoes) {
+    struct Case {
+        int channel;
+        const char *box, *typed;
+        std::vector<int> keys; ///< pressed then; 0 stands for another window that gets active
+        std::vector<Call> calls;
+        double pointer;
+        const char *text;
+    };
+    const auto both = [](int32_t low, int32_t high) {
+        return std::vector{Write(0x0F, low), Write(0x0E, high)};
+    };
+    const std::vector<Case> cases = {
+        {1, "txtHigh", "28.5", {Qt::Key_Return}, both(0x54, 92), 28.5, "28.5"},
+        {1, "txtHigh", "75", {Qt::Key_Return}, both(0x54, 0x8B), 75, "75"},
+        {1, "txtLow", "-10", {Qt::Key_Tab}, both(54, 0x8B), -10, "-10"},
+        {1, "txtLow", "80", {Qt::Key_Enter, Qt::Key_Tab}, both(0x90, 0x8B), 80, "80"},
+        {1, "txtLow", "20", {Qt::Key_Tab}, both(0x54, 0x8B), 20, "20"},
+        {1, "txtLow", "20", {Qt::Key_Tab}, {}, 20, "20"},
+        {1, "txtLow", "30", {Qt::Key_Escape, Qt::Key_Return}, {}, 20, "20"},
+        {1, "txtLow", "30", {0}, {}, 20, "30"},
+        {1, "txtLow", "128", {Qt::Key_Return}, {}, 20, "128"},
+        {1, "txtLow", "5x", {Qt::Key_Tab}, {}, 20, "5x"},
+        {1, "txtLow", "", {Qt::Key_Return}, {}, 20, ""},
+        {5, "txtHigh", "50", {Qt::Key_Return}, {Write(0x19, 128)}, 50, "50"},
+        {3, "txtLow", "1200", {Qt::Key_Return}, {}, 1200, "1200"},
+    };
+    Adapter().registers[0x0F] = 0x54;
+    Adapter().registers[0x0E] = 0x8B;
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.typed + std::string(" in ") + c.box);
+        if (!Find<QRadioButton>(QString("optMeasure(%1)").arg(c.channel)).isChecked()) {
+            Select(c.channel);
+        }
+        auto &box = Find<QLineEdit>(c.box);
+        box.setFocus();
+        Adapter().calls.clear();
+        Type(c.box, c.typed);
+        for (const int key : c.keys) {
+            QFocusEvent left(QEvent::FocusOut, Qt::ActiveWindowFocusReason);
+            key == 0 ? void(QCoreApplication::sendEvent(&box, &left))
+                     : QTest::keyClick(&box, static_cast<Qt::Key>(key));
+        }
+        EXPECT_EQ(Adapter().calls, c.calls);
+        const Gauge &gauge = Limits(c.channel == 1 ? 0 : c.channel == 5 ? 2 : 1);
+        EXPECT_EQ(box.objectName() == "txtLow" ? gauge.LowPointer() : gauge.HighPointer(),
+                  c.pointer);
+        EXPECT_EQ(box.text(), c.text);
+        const bool isWrong =
+            c.calls.empty() && box.text() != QString::number(c.pointer) && c.keys.front() != 0;
+        EXPECT_EQ(!box.toolTip().isEmpty(), isWrong || gauge.LowPointer() > gauge.HighPointer());
+    }
+}
+
+TEST_F(VisualDisplayPageTest, TheAlertListShowsWhatIsMeasuredAndItsExtremes) {
+    MonitoringEnabled = true;
+    const auto tooltip = [](QWidget &value) {
+        QHelpEvent asked(QEvent::ToolTip, {}, {});
+        QCoreApplication::sendEvent(&value, &asked);
+        return value.toolTip();
+    };
+    auto &value = Find<QLabel>("lblValue(0)");
+    for (const int celsius : {25, 40, 30}) {
+        Adapter().registers[0x41] = static_cast<uint8_t>(64 + celsius);
+        for (int channel = 0; channel < ChannelCount; ++channel) {
+            Tick();
+        }
+    }
+    EXPECT_EQ(value.text(), "30°C");
+    EXPECT_EQ(tooltip(value), "Least 25°C, greatest 40°C");
+    Find("fraAlerts").actions().at(0)->trigger();
+    EXPECT_EQ(tooltip(value), "Not measured yet");
+    EXPECT_EQ(value.foregroundRole(), QPalette::WindowText);
+    MonitoringEnabled = false;
+    Tick();
+    EXPECT_EQ(value.foregroundRole(), QPalette::PlaceholderText);
 }
 
 TEST_F(VisualDisplayPageTest, PercentIsWrittenAndFanSpeedIsNot) {

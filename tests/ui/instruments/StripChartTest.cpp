@@ -181,6 +181,22 @@ TEST_F(StripChartTest, CursorReadsOutTimeAndTraces) {
     EXPECT_EQ(chart.CursorText().size(), 3);
 }
 
+TEST_F(StripChartTest, LimitsAreLinesAndAClickOnAnArrowFitsTheAxis) {
+    chart.SetLimits({.channel = 0, .low = 20, .high = {}});
+    AppendMany(1000, 50, 12000);
+    EXPECT_THAT(ColumnsWith(temperatureColour, 19, 21).size(), Gt(300U)) << "dashed";
+    EXPECT_THAT(ColumnsWith(temperatureColour, 79, 81), IsEmpty());
+    chart.SetLimits({});
+    Settle();
+    EXPECT_THAT(ColumnsWith(temperatureColour, 19, 21), IsEmpty());
+    const auto arrow = [this] { return PixelsOf(OnScreen(chart), fanColour).boundingRect(); };
+    ASSERT_FALSE(arrow().isEmpty());
+    QTest::mouseClick(&chart, Qt::LeftButton, {}, arrow().center() / chart.devicePixelRatioF());
+    Settle();
+    EXPECT_EQ(chart.ValueRange(true), QCPRange(11999, 12001));
+    EXPECT_EQ(chart.ValueRange(false), QCPRange(0, 100));
+}
+
 TEST_F(StripChartTest, RestsAndStaysUsableWithoutRoomForAPlot) {
     AppendMany(1000, 20);
     chart.resize(60, 50);
