@@ -1,7 +1,9 @@
 // Walks through the real windows on the simulated board, as a new user would, and saves a numbered
 // picture at every stop. Program and board share a simulated clock, so nothing has to wait.
 //
-//   ztm-tour FOLDER [dark]
+//   ztm-tour FOLDER [dark] [14pt] [800x600]
+//
+// "14pt" or another size sets the font, "800x600" or another size that of the main window.
 
 #include "TourBoard.h"
 #include "app/BoardWindow.h"
@@ -34,7 +36,8 @@ constexpr double tickSeconds = 0.030;
 
 class Tour {
 public:
-    explicit Tour(const QString &folder) : folder(folder) {}
+    /// The main window gets that size, if it is valid.
+    explicit Tour(const QString &folder, QSize size) : folder(folder), size(size) {}
 
     void Walk() {
         PlugIn(ztm::sim::Variant::ZTM7720, [this] { return clock.TotalSeconds(); });
@@ -306,6 +309,9 @@ private:
     void Picture(const QString &form, const QString &what) { Picture(Find(form), what); }
 
     void Picture(QWidget &window, const QString &what) {
+        if (size.isValid() && window.objectName() == QLatin1String("frmMain")) {
+            window.resize(size);
+        }
         Settle();
         const QString path =
             QDir(folder).filePath(QString("%1-%2.png").arg(++number, 2, 10, QChar('0')).arg(what));
@@ -317,6 +323,7 @@ private:
 
     ClockDouble clock;
     QString folder;
+    QSize size;
     int number = 0;
 };
 
@@ -333,15 +340,24 @@ int main(int argumentCount, char *arguments[]) {
     int one = 1;
     QApplication application(one, arguments);
     if (argumentCount < 2) {
-        QTextStream(stderr) << "usage: ztm-tour FOLDER [dark]\n";
+        QTextStream(stderr) << "usage: ztm-tour FOLDER [dark] [14pt] [800x600]\n";
         return EXIT_FAILURE;
     }
-    if (argumentCount > 2) {
-        UseDarkPalette();
+    QSize size;
+    for (const QString &look : std::vector<QString>(arguments + 2, arguments + argumentCount)) {
+        if (look == QLatin1String("dark")) {
+            UseDarkPalette();
+        } else if (look.endsWith(QLatin1String("pt"))) {
+            QFont font = QApplication::font();
+            font.setPointSizeF(look.chopped(2).toDouble());
+            QApplication::setFont(font);
+        } else {
+            size = {look.section('x', 0, 0).toInt(), look.section('x', 1).toInt()};
+        }
     }
     ztm::SetCommFailureHandler(ztm::EndAfterCommFailure);
     try {
-        Tour(arguments[1]).Walk();
+        Tour(arguments[1], size).Walk();
     } catch (const std::exception &failure) {
         QTextStream(stderr) << "the tour ended early: " << failure.what() << '\n';
         return EXIT_FAILURE;

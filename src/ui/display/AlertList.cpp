@@ -27,6 +27,7 @@ AlertList::AlertList(QWidget *parent) : Frame(tr("Alerts"), parent) {
         grid->addWidget(row.indicator, channel, 2);
     }
     grid->setColumnStretch(1, 1);
+    grid->setVerticalSpacing(fontMetrics().height() / 5);
     connect(group, &QButtonGroup::idClicked, this, &AlertList::ChannelChosen);
 
     auto *reset = new QAction(tr("Reset Least and Greatest"), this);

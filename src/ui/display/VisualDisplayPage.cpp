@@ -50,10 +50,10 @@ void VisualDisplayPage::SetupUi() {
     charts = new MonitorCharts({0.06, 0.06}, this);
     auto *layout = new QGridLayout(this);
     layout->addWidget(charts, 0, 0, 2, 1);
+    layout->addWidget(NewButtonRow(), 2, 0);
     alerts = Named(new AlertList(this), "fraAlerts");
     layout->addWidget(alerts, 0, 1);
-    layout->addWidget(NewGaugeFrame(), 1, 1);
-    layout->addWidget(NewButtonRow(), 2, 0, 1, 2);
+    layout->addWidget(NewGaugeFrame(), 1, 1, 2, 1);
     layout->setColumnStretch(0, 3);
     layout->setColumnStretch(1, 1);
     layout->setRowStretch(1, 1);

@@ -205,7 +205,10 @@ void StripChart::BeforeReplot() {
     plot->TracesChanged(columns->Update(width, begin, count));
     const double start = static_cast<double>(begin) * width;
     plot->xAxis->setRange(start, start + timeWindow.Span());
-    plot->xAxis->ticker()->setTickCount(std::max(2, static_cast<int>(rect.width()) / 90));
+    // Room for every label; a label's width does not change with the time.
+    const int labelWidth = fontMetrics().horizontalAdvance(QStringLiteral("00 00 00"));
+    plot->xAxis->ticker()->setTickCount(
+        std::max(2, static_cast<int>(rect.width()) / (labelWidth * 3 / 2)));
     for (QCPAxis *axis : {plot->yAxis, plot->yAxis2}) {
         axis->ticker()->setTickCount(std::max(2, static_cast<int>(rect.height()) / 45));
     }

@@ -5,6 +5,7 @@
 #include "ui/kit/Text.h"
 #include "ui/kit/Twips.h"
 
+#include <QHeaderView>
 #include <QKeyEvent>
 #include <QStyle>
 
@@ -48,8 +49,10 @@ RegisterTreeView::RegisterTreeView(QWidget *parent) : QTreeWidget(parent) {
     setHeaderHidden(true);
     setIndentation(Twips(indentationTwips, *this));
     setUniformRowHeights(true);
-    // Wide enough for the longest name at the deepest level.
-    setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("Remote1 Temperature(MSB)")) +
+    // Wide enough for most names at the deepest level; the longest may be scrolled to.
+    header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    header()->setStretchLastSection(false);
+    setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("Local High Limit")) +
                     4 * indentation() + style()->pixelMetric(QStyle::PM_ScrollBarExtent));
     // Set on the tree itself, so the background stays when the program's palette changes.
     QPalette light(ground);
