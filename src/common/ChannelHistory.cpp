@@ -37,6 +37,19 @@ ChannelHistory::Cell ChannelHistory::Cell::Empty() {
     Cell cell;
     cell.lows.fill(infinity);
     cell.highs.fill(-infinity);
+    cell.sums.fill(0);
+    cell.counts.fill(0);
+    return cell;
+}
+
+ChannelHistory::Cell ChannelHistory::Cell::Of(const Values &values) {
+    Cell cell{values, values, {}, {}};
+    for (size_t channel = 0; channel < channelCount; ++channel) {
+        if (!std::isnan(values[channel])) {
+            cell.sums[channel] = values[channel];
+            cell.counts[channel] = 1;
+        }
+    }
     return cell;
 }
 
@@ -46,11 +59,9 @@ void ChannelHistory::Cell::Include(const Cell &other) {
         lows[channel] = other.lows[channel] < lows[channel] ? other.lows[channel] : lows[channel];
         highs[channel] =
             other.highs[channel] > highs[channel] ? other.highs[channel] : highs[channel];
+        sums[channel] += other.sums[channel];
+        counts[channel] += other.counts[channel];
     }
-}
-
-void ChannelHistory::Cell::Include(const Values &values) {
-    Include(Cell{values, values});
 }
 
 ChannelHistory::Pyramid::Pyramid(uint64_t capacity) {
@@ -78,9 +89,9 @@ void ChannelHistory::Pyramid::Complete(uint64_t count, const Base &base) {
     }
 }
 
-template <class Element>
-void ChannelHistory::Pyramid::Merge(uint64_t begin, uint64_t end, size_t channel,
-                                    const Element &value, float &low, float &high) const {
+template <class OnElement, class OnCell>
+void ChannelHistory::Pyramid::Visit(uint64_t begin, uint64_t end, const OnElement &element,
+                                    const OnCell &cell) const {
     while (begin < end) {
         uint64_t step = 1;
         size_t level = 0;
@@ -89,17 +100,11 @@ void ChannelHistory::Pyramid::Merge(uint64_t begin, uint64_t end, size_t channel
             step *= levelFactor;
             ++level;
         }
-        float cellLow = 0;
-        float cellHigh = 0;
         if (level == 0) {
-            value(begin, cellLow, cellHigh);
+            element(begin);
         } else {
-            const Cell &cell = levels[level - 1][begin / step];
-            cellLow = cell.lows[channel];
-            cellHigh = cell.highs[channel];
+            cell(levels[level - 1][begin / step]);
         }
-        low = cellLow < low ? cellLow : low;
-        high = cellHigh > high ? cellHigh : high;
         begin += step;
     }
 }
@@ -132,9 +137,7 @@ void ChannelHistory::Append(double timeSeconds, const Values &values, const Flag
         seen[channel] = seen[channel] || isValue;
     }
     ++rawCount;
-    rawPyramid.Complete(rawCount, [this](uint64_t index) {
-        return Cell{raw[index].values, raw[index].values};
-    });
+    rawPyramid.Complete(rawCount, [this](uint64_t index) { return Cell::Of(raw[index].values); });
     AppendToBins(sample.time, sample.values);
 }
 
@@ -147,7 +150,7 @@ void ChannelHistory::AppendToBins(double time, const Values &values) {
     Bin &bin = bins.Put(binCount - 1);
     bin.end = time;
     bin.last = values;
-    bin.cell.Include(values);
+    bin.cell.Include(Cell::Of(values));
 }
 
 void ChannelHistory::Clear() {
@@ -201,6 +204,17 @@ ChannelHistory::Span ChannelHistory::Between(double from, double to) const {
     return span;
 }
 
+/// Passes every value of a channel in a span, alone or with others as the cell of a pyramid or bin.
+template <class OnValue, class OnCell>
+void ChannelHistory::VisitCells(size_t channel, const Span &span, const OnValue &value,
+                                const OnCell &cell) const {
+    binPyramid.Visit(
+        span.binBegin, span.binEnd, [&](uint64_t index) { cell(bins[index].cell); }, cell);
+    rawPyramid.Visit(
+        span.rawBegin, span.rawEnd, [&](uint64_t index) { value(raw[index].values[channel]); },
+        cell);
+}
+
 Extent ChannelHistory::Of(size_t channel, const Span &span) const {
     Extent extent;
     const bool anyBin = span.binBegin < span.binEnd;
@@ -211,19 +225,13 @@ Extent ChannelHistory::Of(size_t channel, const Span &span) const {
     }
     float low = infinity;
     float high = -infinity;
-    binPyramid.Merge(
-        span.binBegin, span.binEnd, channel,
-        [&](uint64_t index, float &binLow, float &binHigh) {
-            binLow = bins[index].cell.lows[channel];
-            binHigh = bins[index].cell.highs[channel];
-        },
-        low, high);
-    rawPyramid.Merge(
-        span.rawBegin, span.rawEnd, channel,
-        [&](uint64_t index, float &sampleLow, float &sampleHigh) {
-            sampleLow = sampleHigh = raw[index].values[channel];
-        },
-        low, high);
+    const auto include = [&](float least, float greatest) {
+        low = least < low ? least : low;
+        high = greatest > high ? greatest : high;
+    };
+    VisitCells(
+        channel, span, [&](float value) { include(value, value); },
+        [&](const Cell &cell) { include(cell.lows[channel], cell.highs[channel]); });
     if (low <= high) {
         extent.low = low;
         extent.high = high;
@@ -246,6 +254,46 @@ std::array<Extent, ChannelHistory::channelCount> ChannelHistory::MinMax(double f
         extents[channel] = Of(channel, span);
     }
     return extents;
+}
+
+Statistics ChannelHistory::StatisticsOf(int channel, double from, double to) const {
+    const auto index = static_cast<size_t>(channel);
+    const double behind = std::nextafter(to, std::numeric_limits<double>::infinity());
+    Cell sum = Cell::Empty();
+    VisitCells(
+        index, Between(from, behind),
+        [&](float value) {
+            if (!std::isnan(value)) {
+                sum.lows[index] = std::min(sum.lows[index], value);
+                sum.highs[index] = std::max(sum.highs[index], value);
+                sum.sums[index] += value;
+                ++sum.counts[index];
+            }
+        },
+        [&](const Cell &cell) { sum.Include(cell); });
+    Statistics result;
+    result.isExact = IsEmpty() || IsRawFrom(from);
+    result.count = sum.counts[index];
+    if (result.count > 0) {
+        result.low = sum.lows[index];
+        result.high = sum.highs[index];
+        result.mean = sum.sums[index] / static_cast<double>(result.count);
+    }
+    return result;
+}
+
+double ChannelHistory::TimeOfReaching(int channel, double from, double to, float start,
+                                      float level) const {
+    const double behind = std::nextafter(to, std::numeric_limits<double>::infinity());
+    double found = noTime;
+    Visit(from, behind, [&](double time, const Values &lows, const Values &highs) {
+        const bool isReached =
+            start <= level ? At(highs, channel) >= level : At(lows, channel) <= level;
+        if (isReached && std::isnan(found)) {
+            found = time;
+        }
+    });
+    return found;
 }
 
 float ChannelHistory::ValueAt(int channel, double time) const {

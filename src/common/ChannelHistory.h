@@ -62,6 +62,15 @@ struct Extent {
     bool any = false; ///< whether there is any sample, gaps included
 };
 
+/// What the samples of one channel in a time span come to.
+struct Statistics {
+    float low = Extent::gap; ///< NaN if there is no value, like the mean
+    float high = Extent::gap;
+    double mean = std::numeric_limits<double>::quiet_NaN();
+    uint64_t count = 0;  ///< of values
+    bool isExact = true; ///< false where samples have been dropped: the ends are those of bins
+};
+
 /// Measured values of six channels over time, in bounded memory, for any number of readers. The
 /// newest 131,072 samples are kept (over an hour at one per 30 ms), and the extremes of bins of
 /// about 1.9 s for at least the last 24 hours. No extreme is lost within that time; once its sample
@@ -102,6 +111,12 @@ public:
     /// MinMax for every channel; finds the span only once.
     std::array<Extent, channelCount> MinMax(double from, double to) const;
 
+    /// Of the samples with from <= time <= to. The cost grows with the logarithm of their number.
+    Statistics StatisticsOf(int channel, double from, double to) const;
+    /// The time of the first value with from <= time <= to that is at or beyond `level`, seen from
+    /// the side of `start`; NaN if there is none. The cost grows with the number of samples.
+    double TimeOfReaching(int channel, double from, double to, float start, float level) const;
+
     /// The newest sample at or before `time`; a gap if there is none. Where samples have been
     /// dropped, the last value of their bin.
     float ValueAt(int channel, double time) const;
@@ -128,14 +143,16 @@ private:
         Values values;
     };
 
-    /// Extremes of each channel; low > high if there is no value.
+    /// Extremes of each channel, low > high if there is no value, and sum and number of its values.
     struct Cell {
         Values lows;
         Values highs;
+        std::array<double, channelCount> sums;
+        std::array<uint32_t, channelCount> counts;
 
         static Cell Empty();
+        static Cell Of(const Values &values);
         void Include(const Cell &other);
-        void Include(const Values &values);
     };
 
     struct Bin {
@@ -155,11 +172,11 @@ private:
         template <class Base>
         void Complete(uint64_t count, const Base &base);
 
-        /// Widens `low` and `high` to include the elements begin <= index < end; `value` gives the
-        /// low and high of one.
-        template <class Element>
-        void Merge(uint64_t begin, uint64_t end, size_t channel, const Element &value, float &low,
-                   float &high) const;
+        /// Passes the elements begin <= index < end: as many as possible as whole cells to `cell`,
+        /// the others by their index to `element`.
+        template <class OnElement, class OnCell>
+        void Visit(uint64_t begin, uint64_t end, const OnElement &element,
+                   const OnCell &cell) const;
 
         void Clear();
         size_t Bytes() const;
@@ -186,6 +203,9 @@ private:
     uint64_t FindBinEnd(double time) const;
     Span Between(double from, double to) const;
     Extent Of(size_t channel, const Span &span) const;
+    template <class OnValue, class OnCell>
+    void VisitCells(size_t channel, const Span &span, const OnValue &value,
+                    const OnCell &cell) const;
     void AppendToBins(double time, const Values &values);
 
     Ring<Sample> raw{rawCapacity};

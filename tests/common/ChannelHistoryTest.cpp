@@ -147,6 +147,45 @@ TEST(ChannelHistoryTest, ExtremesAreThoseOfAScanOfAllSamples) {
     }
 }
 
+TEST(ChannelHistoryTest, StatisticsAreThoseOfAPlainComputation) {
+    for (unsigned seed = 0; seed < 10; ++seed) {
+        ChannelHistory history;
+        std::mt19937 random(seed);
+        std::normal_distribution<float> value(40, 15);
+        std::vector<float> all;
+        while (all.size() < 20'000) {
+            all.push_back(all.size() % 53 == seed ? gap : value(random));
+            history.Append(static_cast<double>(all.size() - 1), Only(2, all.back()));
+        }
+        std::uniform_int_distribution<int> any(0, 19'999);
+        for (int round = 0; round < 100; ++round) {
+            const auto [from, to] = std::minmax({any(random), any(random)});
+            Statistics plain;
+            double sum = 0;
+            double reached = gap;
+            for (int index = from; index <= to; ++index) {
+                const float sample = all[static_cast<size_t>(index)];
+                plain.low = std::fmin(plain.low, sample);
+                plain.high = std::fmax(plain.high, sample);
+                sum += std::isnan(sample) ? 0 : sample;
+                plain.count += std::isnan(sample) ? 0 : 1;
+                reached = std::isnan(reached) && sample <= 5 ? index : reached;
+            }
+            const Statistics found = history.StatisticsOf(2, from, to);
+            ASSERT_TRUE(found.isExact);
+            ASSERT_EQ(found.count, plain.count);
+            ASSERT_EQ(std::isnan(found.mean), plain.count == 0);
+            if (plain.count > 0) {
+                ASSERT_EQ(found.low, plain.low);
+                ASSERT_EQ(found.high, plain.high);
+                ASSERT_NEAR(found.mean, sum / static_cast<double>(plain.count), 40e-6);
+            }
+            const double time = history.TimeOfReaching(2, from, to, 40, 5);
+            ASSERT_TRUE(time == reached || (std::isnan(time) && std::isnan(reached)));
+        }
+    }
+}
+
 TEST(ChannelHistoryTest, KeepsADayWithinItsMemoryAndNoMore) {
     ChannelHistory history;
     EXPECT_THAT(history.Bytes(), Lt(100'000U));
