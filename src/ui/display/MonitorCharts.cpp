@@ -5,8 +5,11 @@
 #include "monitor/Channels.h"
 #include "monitor/MeasurementHistory.h"
 #include "monitor/MonitorSettings.h"
+#include "ui/display/MeasurementPanel.h"
 #include "ui/display/Quantities.h"
+#include "ui/instruments/ChartCursors.h"
 #include "ui/instruments/StripChart.h"
+#include "ui/kit/Messages.h"
 #include "ui/kit/Text.h"
 
 #include <QVBoxLayout>
@@ -87,6 +90,12 @@ StripChartSetup FanSetup(double rowHeight) {
     return setup;
 }
 
+/// The cursors of all charts of the session.
+ChartCursors &SharedCursors() {
+    static ChartCursors cursors;
+    return cursors;
+}
+
 StripChart *NewChart(const char *name, const QString &accessibleName, StripChartSetup setup,
                      QWidget *parent) {
     setup.title = accessibleName;
@@ -110,9 +119,13 @@ MonitorCharts::MonitorCharts(const LabelRows &rows, QWidget *parent)
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     for (auto *chart : {stpTempFan, stpTemp, stpFan}) {
-        layout->addWidget(chart);
+        layout->addWidget(chart, 1);
         chart->hide();
+        chart->ShareCursors(SharedCursors());
+        connect(chart, &StripChart::ClearWanted, this, &MonitorCharts::ClearHistory);
     }
+    measurement = new MeasurementPanel(SharedCursors(), this);
+    layout->addWidget(measurement);
     ShowGraphType();
 }
 
@@ -163,6 +176,16 @@ void MonitorCharts::ShowLimits(const LimitLines &lines) {
 void MonitorCharts::HistoryChanged() {
     for (auto *chart : {stpTempFan, stpTemp, stpFan}) {
         chart->HistoryChanged();
+    }
+    measurement->HistoryChanged();
+}
+
+/// Measuring goes on.
+void MonitorCharts::ClearHistory() {
+    if (AskYesNo(tr("Forget all that the charts show?"), tr("Clear History"))) {
+        ResetMeasurementHistory();
+        SharedCursors().Remove();
+        HistoryChanged();
     }
 }
 

@@ -4,11 +4,13 @@
 
 namespace ztm {
 
+class MeasurementPanel;
 class StripChart;
 struct LimitLines;
 
 /// The three strip charts of the measurements: temperatures and fan speeds, temperatures, fan
-/// speeds. `GraphType` selects the one shown. All draw from the session's one history.
+/// speeds. `GraphType` selects the one shown. All draw from the session's one history and share two
+/// measuring cursors, below which stands what they measure.
 class MonitorCharts final : public QWidget {
     Q_OBJECT
 
@@ -34,9 +36,12 @@ public:
     void HistoryChanged();
 
 private:
+    void ClearHistory();
+
     StripChart *stpTempFan;
     StripChart *stpTemp;
     StripChart *stpFan;
+    MeasurementPanel *measurement;
 };
 
 } // namespace ztm

@@ -214,6 +214,7 @@ void StripChart::BeforeReplot() {
     }
     ShowNotice();
     ShowOutside(true);
+    ShowMeasuringCursors();
     UpdateCursor();
 }
 

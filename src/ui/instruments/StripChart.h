@@ -19,6 +19,7 @@ class QMenu;
 
 namespace ztm {
 
+class ChartCursors;
 class StripChartColumns;
 class StripChartLabels;
 class StripChartPlot;
@@ -33,7 +34,8 @@ struct PictureTexts;
 /// click returns to the newest sample. A trace whose newest value is beyond its axis has an arrow
 /// with its name at that edge: a click on it fits the axis. Keys: arrows and Page Up and Down move,
 /// + and - zoom time, with Ctrl the values; Home fits the values, End returns to the newest sample,
-/// Ctrl and left or right move the cursor, Escape removes it.
+/// Ctrl and left or right move the read-out, Escape removes it. 1 and 2 set the measuring cursors A
+/// and B at the read-out, to be dragged by the mouse; Delete or Escape removes both.
 class StripChart : public QWidget {
     Q_OBJECT
     Q_PROPERTY(QStringList labels READ Labels)
@@ -60,6 +62,9 @@ public:
 
     /// The newest value of a trace; NaN if there is none.
     Q_INVOKABLE double LastValue(int trace) const;
+
+    /// Shows and moves these cursors, which must outlive the chart, as other charts do.
+    void ShareCursors(ChartCursors &shared);
 
     /// Shows the limits of a channel, if one of the traces is of it, as dashed lines of its colour.
     void SetLimits(const LimitLines &lines);
@@ -95,9 +100,15 @@ public:
     /// Writes what is kept of the visible time as tab-separated text: a line with device and date,
     /// a header with units, and one line per sample; false on failure.
     bool SaveVisibleRange(const QString &path) const;
+    /// The same of the time between the cursors, which must both be set.
+    bool SaveMeasuredSpan(const QString &path) const;
 
     QSize sizeHint() const override { return {560, 320}; }
     QSize minimumSizeHint() const override { return {200, 140}; }
+
+signals:
+    /// The user wants the history cleared.
+    void ClearWanted();
 
 protected:
     bool event(QEvent *event) override;
@@ -129,6 +140,11 @@ private:
     bool ShowNotice();
     bool ShowOutside(bool anew);
     void ShowLimits();
+    bool ShowMeasuringCursors();
+    double TimeAt(double x) const;
+    void PutCursor(int cursor);
+    std::optional<int> MeasuringCursorAt(QPointF point) const;
+    bool HasMeasuringCursor() const;
     void DescribeLastValues();
 
     QRectF PlotRect() const;
@@ -143,11 +159,12 @@ private:
     void RedrawCursor();
     QString ReadingOf(const StripChartSetup::Trace &trace, int column) const;
 
-    QString SourceText() const;
     PictureTexts TextsOfPicture() const;
     void FillMenu(QMenu &menu);
     void AskAndSavePicture();
-    void AskAndSaveVisibleRange();
+    void AskAndSaveRange(const QString &title, bool (StripChart::*save)(const QString &) const);
+    bool SaveBetween(double from, double to, const QString &path) const;
+    QString SourceText(double from, double to) const;
 
     const ChannelHistory &history;
     StripChartSetup setup;
@@ -162,6 +179,8 @@ private:
     const QString notLiveNotice = tr("Not live: double click or End to return");
     QPointer<QMenu> menu;
     std::optional<StripChartDrag> drag;
+    ChartCursors *cursors = nullptr;
+    std::optional<int> heldCursor; // A or B, by the mouse
     std::optional<double> cursorX; // pixels from the left of the plot
     QElapsedTimer sinceDescribed;
 };

@@ -1,5 +1,6 @@
 // User input to a chart: mouse, wheel, keys and menu.
 
+#include "ui/instruments/ChartCursors.h"
 #include "ui/instruments/StripChart.h"
 #include "ui/instruments/StripChartPlot.h"
 #include "ui/instruments/StripChartSaving.h"
@@ -48,6 +49,7 @@ QCPAxis *StripChart::AxisOf(StripChartPlace place) const {
 void StripChart::ShowPointer(QPointF point) {
     const StripChartPlace place = PlaceOf(point);
     setCursor(plot->Overlay().MarkAt(point - plot->pos()) != nullptr ? Qt::PointingHandCursor
+              : MeasuringCursorAt(point)                             ? Qt::SizeHorCursor
               : place.part == Part::None || place.part == Part::Plot ? Qt::ArrowCursor
               : place.grip == StripChartPlace::Grip::Middle          ? Qt::OpenHandCursor
               : place.IsValueAxis()                                  ? Qt::SizeVerCursor
@@ -59,12 +61,22 @@ void StripChart::mousePressEvent(QMouseEvent *event) {
     const auto *mark = plot->Overlay().MarkAt(event->position() - plot->pos());
     if (event->button() == Qt::LeftButton && mark != nullptr) {
         FitAxis(mark->rightAxis);
+    } else if (const auto cursor = MeasuringCursorAt(event->position());
+               event->button() == Qt::LeftButton && cursor) {
+        heldCursor = cursor;
     } else if (event->button() == Qt::LeftButton && place.part != Part::None) {
         drag.emplace(place, event->position(), timeWindow, VisibleTo(), AxisOf(place));
     }
 }
 
 void StripChart::mouseMoveEvent(QMouseEvent *event) {
+    if (heldCursor && event->buttons().testFlag(Qt::LeftButton)) {
+        const QRectF rect = PlotRect();
+        cursors->Set(*heldCursor,
+                     TimeAt(std::clamp(event->position().x(), rect.left(), rect.right())));
+        return;
+    }
+    heldCursor.reset();
     if (drag && event->buttons().testFlag(Qt::LeftButton)) {
         if (drag->To(event->position(), PlotRect(), timeWindow)) {
             Redraw();
@@ -84,6 +96,7 @@ void StripChart::mouseMoveEvent(QMouseEvent *event) {
 void StripChart::mouseReleaseEvent(QMouseEvent *event) {
     if (event->button() == Qt::LeftButton) {
         drag.reset();
+        heldCursor.reset();
         ShowPointer(event->position());
     }
 }
@@ -133,6 +146,15 @@ void StripChart::keyPressEvent(QKeyEvent *event) {
         }
         break;
     }
+    case Qt::Key_1:
+    case Qt::Key_2:
+        PutCursor(event->key() == Qt::Key_1 ? 0 : 1);
+        break;
+    case Qt::Key_Delete:
+        if (cursors != nullptr) {
+            cursors->Remove();
+        }
+        break;
     case Qt::Key_Home:
         Fit();
         break;
@@ -170,10 +192,13 @@ bool StripChart::MoveByKey(const QKeyEvent &event) {
         PanValues(-panStep);
         return true;
     case Qt::Key_Escape:
-        if (!cursorX) {
+        if (cursorX) {
+            cursorX.reset();
+        } else if (HasMeasuringCursor()) {
+            cursors->Remove();
+        } else {
             return false; // left to the dialog
         }
-        cursorX.reset();
         return true;
     case Qt::Key_F10:
         if (!event.modifiers().testFlag(Qt::ShiftModifier)) {
@@ -246,10 +271,32 @@ void StripChart::FillMenu(QMenu &target) {
     target.addAction(tr("&Original Scales"), this, &StripChart::RestoreScales);
     add(tr("Back to &Live"), Qt::Key_End, &StripChart::BackToLive)->setEnabled(!IsLive());
     target.addSeparator();
+    if (cursors != nullptr) {
+        add(tr("Cursor &A"), Qt::Key_1, [this] { PutCursor(0); })->setEnabled(any);
+        add(tr("Cursor &B"), Qt::Key_2, [this] { PutCursor(1); })->setEnabled(any);
+        add(tr("&Remove Cursors"), Qt::Key_Delete, [this] {
+            cursors->Remove();
+        })->setEnabled(HasMeasuringCursor());
+        target.addSeparator();
+    }
     target.addAction(tr("&Copy Picture"), this, &StripChart::CopyPicture);
     target.addAction(tr("&Save Picture..."), this, &StripChart::AskAndSavePicture);
-    target.addAction(tr("Save Visible &Range..."), this, &StripChart::AskAndSaveVisibleRange)
+    target
+        .addAction(
+            tr("Save &Visible Range..."), this,
+            [this] { AskAndSaveRange(tr("Save Visible Range"), &StripChart::SaveVisibleRange); })
         ->setEnabled(any);
+    if (cursors != nullptr) {
+        target
+            .addAction(tr("Save S&pan between Cursors..."), this,
+                       [this] {
+                           AskAndSaveRange(tr("Save Span between Cursors"),
+                                           &StripChart::SaveMeasuredSpan);
+                       })
+            ->setEnabled(any && cursors->Between());
+        target.addSeparator();
+        target.addAction(tr("Clear &History..."), this, &StripChart::ClearWanted)->setEnabled(any);
+    }
 }
 
 void StripChart::AskAndSavePicture() {
@@ -260,11 +307,12 @@ void StripChart::AskAndSavePicture() {
     }
 }
 
-void StripChart::AskAndSaveVisibleRange() {
-    const QString path = AskExportFile(this, tr("Save Visible Range"),
-                                       tr("Tab-separated text (*.txt *.tsv)"), DatedName());
-    if (!path.isEmpty() && !SaveVisibleRange(path)) {
-        ShowMessage(tr("The values could not be saved as\n%1").arg(path), tr("Save Visible Range"),
+void StripChart::AskAndSaveRange(const QString &title,
+                                 bool (StripChart::*save)(const QString &) const) {
+    const QString path =
+        AskExportFile(this, title, tr("Tab-separated text (*.txt *.tsv)"), DatedName());
+    if (!path.isEmpty() && !(this->*save)(path)) {
+        ShowMessage(tr("The values could not be saved as\n%1").arg(path), title,
                     QMessageBox::Warning);
     }
 }

@@ -43,6 +43,7 @@ void StripChartOverlay::applyDefaultAntialiasingHint(QCPPainter *painter) const 
 void StripChartOverlay::draw(QCPPainter *painter) {
     if (IsExport(*painter)) {
         painter->setFont(font);
+        PaintMeasuringCursors(*painter);
         PaintCursor(*painter);
     }
 }
@@ -50,8 +51,35 @@ void StripChartOverlay::draw(QCPPainter *painter) {
 void StripChartOverlay::Paint(QPainter &painter) const {
     painter.setFont(font);
     PaintMarks(painter);
+    PaintMeasuringCursors(painter);
     PaintCursor(painter);
     PaintNotice(painter);
+}
+
+bool StripChartOverlay::ShowMeasuringCursors(const std::array<double, 2> &x) {
+    const bool changed = measuringCursors != x;
+    measuringCursors = x;
+    return changed;
+}
+
+/// A line with a letter at its foot.
+void StripChartOverlay::PaintMeasuringCursors(QPainter &painter) const {
+    const QRectF plot = Plot();
+    const QFontMetricsF metrics(font);
+    const QColor colour = palette.color(QPalette::Highlight);
+    for (size_t cursor = 0; cursor < measuringCursors.size(); ++cursor) {
+        const double x = measuringCursors[cursor];
+        if (x < 0 || x > plot.width()) {
+            continue;
+        }
+        painter.fillRect(QRectF(plot.left() + x, plot.top(), 1, plot.height()), colour);
+        QRectF letter(0, 0, metrics.height(), metrics.height());
+        letter.moveBottomLeft(
+            QPointF(std::min(plot.left() + x, plot.right() - letter.width()), plot.bottom()));
+        painter.fillRect(letter, colour);
+        painter.setPen(palette.color(QPalette::HighlightedText));
+        painter.drawText(letter, Qt::AlignCenter, QString(QLatin1Char(cursor == 0 ? 'A' : 'B')));
+    }
 }
 
 /// Along the top and the bottom of the plot, from the axis inwards.

@@ -42,6 +42,9 @@ public:
     const std::vector<Row> &Rows() const { return rows; }
     /// An empty text for none. Returns whether that changed anything.
     bool SetNotice(const Notice &shown);
+    /// Shows the measuring cursors A and B at `x` pixels from the left of the plot, where that is
+    /// within it. Returns whether that changed anything.
+    bool ShowMeasuringCursors(const std::array<double, 2> &x);
     void SetMarks(std::vector<Mark> shown) { marks = std::move(shown); }
     /// The mark at a point of the plot's widget; nullptr if there is none.
     const Mark *MarkAt(QPointF point) const;
@@ -60,6 +63,7 @@ private:
     void PaintNotice(QPainter &painter) const;
     std::vector<QRectF> PlacesOfMarks() const;
     void PaintMarks(QPainter &painter) const;
+    void PaintMeasuringCursors(QPainter &painter) const;
 
     QPalette palette;
     QFont font;
@@ -67,6 +71,7 @@ private:
     std::vector<Row> rows;
     Notice notice;
     std::vector<Mark> marks;
+    std::array<double, 2> measuringCursors{-1, -1};
 };
 
 } // namespace ztm

@@ -1,5 +1,6 @@
 // The visible part of the history and of the value axes, and the read-out at the cursor.
 
+#include "ui/instruments/ChartCursors.h"
 #include "ui/instruments/StripChart.h"
 #include "ui/instruments/StripChartPlot.h"
 #include "ui/instruments/StripChartSaving.h"
@@ -148,18 +149,19 @@ QStringList StripChart::CursorText() const {
 }
 
 /// As in "ZTM7720, 2026-11-23 14:05:09 to 14:06:09".
-QString StripChart::SourceText() const {
+QString StripChart::SourceText(double from, double to) const {
     const QLatin1Char colon(':');
-    const QString firstDay = DateText(VisibleFrom());
-    const QString lastDay = DateText(VisibleTo());
+    const QString firstDay = DateText(from);
+    const QString lastDay = DateText(to);
     return tr("%1, %2 %3 to %4")
-        .arg(device, firstDay, TimeOfDayText(VisibleFrom(), colon),
+        .arg(device, firstDay, TimeOfDayText(from, colon),
              (lastDay == firstDay ? QString() : lastDay + QLatin1Char(' ')) +
-                 TimeOfDayText(VisibleTo(), colon));
+                 TimeOfDayText(to, colon));
 }
 
 PictureTexts StripChart::TextsOfPicture() const {
-    return {setup.title, SourceText(), setup.UnitsOf(false), setup.UnitsOf(true)};
+    return {setup.title, SourceText(VisibleFrom(), VisibleTo()), setup.UnitsOf(false),
+            setup.UnitsOf(true)};
 }
 
 void StripChart::CopyPicture() const {
@@ -171,13 +173,22 @@ bool StripChart::SavePicture(const QString &path) const {
 }
 
 bool StripChart::SaveVisibleRange(const QString &path) const {
+    return SaveBetween(VisibleFrom(), VisibleTo(), path);
+}
+
+bool StripChart::SaveMeasuredSpan(const QString &path) const {
+    const auto [from, to] = cursors->Between().value();
+    return SaveBetween(from, to, path);
+}
+
+bool StripChart::SaveBetween(double from, double to, const QString &path) const {
     std::vector<SavedTrace> shown;
     for (const auto &trace : setup.traces) {
         if (history.HasValues(trace.channel)) {
             shown.push_back({trace.channel, setup.NameOf(trace), trace.unit});
         }
     }
-    return SaveRange(history, {VisibleFrom(), VisibleTo(), SourceText()}, shown, path);
+    return SaveRange(history, {from, to, SourceText(from, to)}, shown, path);
 }
 
 } // namespace ztm

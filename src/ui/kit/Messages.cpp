@@ -5,10 +5,20 @@
 #include <QScopedValueRollback>
 
 namespace ztm {
-
 namespace {
 
 bool messageShown = false;
+
+int Show(QMessageBox &box) {
+    box.setObjectName(QStringLiteral("MessageBox"));
+    box.setTextFormat(Qt::PlainText); // it may name a file, and files may have any name
+    // A box is as wide as its text; the title has to fit as well.
+    if (auto *label = box.findChild<QLabel *>(QStringLiteral("qt_msgbox_label"))) {
+        label->setMinimumWidth(label->fontMetrics().horizontalAdvance(box.windowTitle()) * 3 / 2);
+    }
+    const QScopedValueRollback<bool> shown(messageShown, true);
+    return box.exec();
+}
 
 } // namespace
 
@@ -18,14 +28,14 @@ bool IsMessageShown() {
 
 void ShowMessage(const QString &text, const QString &title, QMessageBox::Icon icon) {
     QMessageBox box(icon, title, text, QMessageBox::Ok, QApplication::activeWindow());
-    box.setObjectName(QStringLiteral("MessageBox"));
-    box.setTextFormat(Qt::PlainText); // it may name a file, and files may have any name
-    // A box is as wide as its text; the title has to fit as well.
-    if (auto *label = box.findChild<QLabel *>(QStringLiteral("qt_msgbox_label"))) {
-        label->setMinimumWidth(label->fontMetrics().horizontalAdvance(title) * 3 / 2);
-    }
-    const QScopedValueRollback<bool> shown(messageShown, true);
-    box.exec();
+    Show(box);
+}
+
+bool AskYesNo(const QString &question, const QString &title) {
+    QMessageBox box(QMessageBox::Question, title, question, QMessageBox::Yes | QMessageBox::No,
+                    QApplication::activeWindow());
+    box.setDefaultButton(QMessageBox::No);
+    return Show(box) == QMessageBox::Yes;
 }
 
 } // namespace ztm

@@ -12,4 +12,7 @@ bool IsMessageShown();
 void ShowMessage(const QString &text, const QString &title,
                  QMessageBox::Icon icon = QMessageBox::NoIcon);
 
+/// Asks a question and returns whether the answer is yes. No is the default.
+bool AskYesNo(const QString &question, const QString &title);
+
 } // namespace ztm

@@ -8,6 +8,8 @@
 #include "ui/kit/Twips.h"
 
 #include <QAbstractButton>
+#include <QClipboard>
+#include <QTableWidget>
 
 namespace ztm::test {
 namespace {
@@ -101,6 +103,51 @@ TEST_F(MonitorChartsTest, BothWindowsShowTheChartThatIsChosenAsTheVariantHasIt) 
     GraphType = 2;
     Find("frmBigGraph").resize(501, 400);
     EXPECT_EQ(ChartIn("frmBigGraph").objectName(), "stpFan") << "resized";
+}
+
+TEST_F(MonitorChartsTest, TwoCursorsMeasureBetweenThemInEveryWindow) {
+    Open(ZTM7720);
+    for (int second = 0; second <= 10; ++second) {
+        const auto value = static_cast<float>(second);
+        SetMeasurements({20 + value, 30, 40, 2000, 2000 - 10 * value, 0});
+        Tick();
+        clock.Advance(1);
+    }
+    Settle();
+    auto &chart = ChartIn("frmMain");
+    const double start = MeasurementHistory().FirstTime();
+    const auto put = [&](double time, Qt::Key key) {
+        SendMouse(chart, QEvent::MouseMove, chart.PointOf(time, 50), Qt::NoButton);
+        QTest::keyClick(&chart, key);
+        Settle();
+    };
+    put(start + 2.5, Qt::Key_1);
+    EXPECT_FALSE(Find("frmMain").findChild<QTableWidget *>()->isVisible());
+    put(start + 8.5, Qt::Key_2);
+    const auto &table = *Find("frmMain").findChild<QTableWidget *>();
+    const auto row = [&](int index) {
+        QStringList cells{table.verticalHeaderItem(index)->text()};
+        for (int column = 0; column < table.columnCount(); ++column) {
+            cells += table.item(index, column)->text();
+        }
+        return cells.join('|').toStdString();
+    };
+    EXPECT_THAT(row(0), testing::MatchesRegex("Local.22°C.28°C.6°C.(0.99.*|1.0.*|1)°C/s"
+                                              ".23°C.25.5°C.28°C"));
+    EXPECT_THAT(row(4), testing::MatchesRegex("Fan2.1980RPM.1920RPM.-60RPM.-.*RPM/s"
+                                              ".1920RPM.1945RPM.1970RPM"));
+    EXPECT_THAT(TextOf("lblSpan").toStdString(),
+                testing::MatchesRegex("Δt (5.9|6.0).* s; Local: 63 % of the change after 3.* s"));
+    EXPECT_TRUE(Find("frmBigGraph").findChild<QTableWidget *>()->isVisible());
+    Click("cmdCopyMeasurement");
+    EXPECT_THAT(QGuiApplication::clipboard()->text().toStdString(),
+                testing::HasSubstr("\nRemote1\t30°C\t30°C\t0°C\t"));
+    QTest::mousePress(&chart, Qt::LeftButton, {}, chart.PointOf(start + 8.5, 50).toPoint());
+    MoveAndRelease(chart, {}, {chart.PointOf(start + 4.5, 50).toPoint()});
+    EXPECT_THAT(row(0), testing::StartsWith("Local|22°C|24°C|2°C|"));
+    QTest::keyClick(&chart, Qt::Key_Escape); // the read-out
+    QTest::keyClick(&chart, Qt::Key_Escape);
+    EXPECT_FALSE(table.isVisible());
 }
 
 TEST_F(MonitorChartsTest, EveryTickFeedsTheChartsOnAnyTabIfAsked) {
