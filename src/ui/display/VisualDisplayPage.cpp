@@ -49,7 +49,7 @@ const Channel &ChannelAt(int channel) {
 
 /// The name of a channel on the current variant.
 QString NameOf(int channel) {
-    return ToQString(HasOneFan() ? ChannelAt(channel).NameZTM7710 : ChannelAt(channel).Name);
+    return ToQString(ChannelName(channel));
 }
 
 void SetBands(Gauge &gauge, double start, double end) {

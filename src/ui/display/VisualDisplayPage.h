@@ -35,6 +35,9 @@ public:
     /// Shows new history data in the charts.
     void UpdateCharts();
 
+    /// Opens the dialog of the options.
+    void cmdGraphOptions_Click();
+
 signals:
     /// Asks for the monitor timer's period, on the first visit.
     void MonitorPeriodWanted();
@@ -56,7 +59,6 @@ private:
     void ShowOptions();
     void optMeasure_Click(int channel);
     void cmdEasySetup_Click();
-    void cmdGraphOptions_Click();
     void cmdSetUpLog_Click();
 
     bool MonitorTabReady = false;

@@ -19,6 +19,7 @@ bool IsMessageShown() {
 void ShowMessage(const QString &text, const QString &title, QMessageBox::Icon icon) {
     QMessageBox box(icon, title, text, QMessageBox::Ok, QApplication::activeWindow());
     box.setObjectName(QStringLiteral("MessageBox"));
+    box.setTextFormat(Qt::PlainText); // it may name a path
     // A box is as wide as its text; the title has to fit as well.
     if (auto *label = box.findChild<QLabel *>(QStringLiteral("qt_msgbox_label"))) {
         label->setMinimumWidth(label->fontMetrics().horizontalAdvance(title) * 3 / 2);

@@ -11,6 +11,13 @@ inline QString ToQString(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
+/// Seconds since a midnight as time of day, "HH MM SS" or with another separator, with 0 to 3
+/// decimals of a second.
+QString TimeOfDayText(double seconds, QChar separator, int decimals = 0);
+
+/// A tooltip that shows a text, a path for example, as it is, also if it looks like rich text.
+QString PlainToolTip(const QString &text);
+
 /// The object name of an element of a control array: "name(index)".
 template <class Index>
 QString IndexedName(const char *name, Index index) {

@@ -1,0 +1,106 @@
+#include "ui/instruments/StateLabel.h"
+
+#include "ui/instruments/InstrumentAccess.h"
+#include "ui/kit/Controls.h"
+#include "ui/kit/Text.h"
+
+#include <QEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QStyleOptionFocusRect>
+#include <QStylePainter>
+
+#include <algorithm>
+
+namespace ztm {
+namespace {
+
+constexpr int mostCharacters = 48; // of the front that a label asks room for
+constexpr int leastCharacters = 5;
+
+} // namespace
+
+StateLabel::StateLabel(const char *name, const QString &itsCaption, Qt::TextElideMode elided,
+                       QWidget *parent)
+    : QLabel(parent), caption(itsCaption), mode(elided) {
+    MakeInstrumentsAccessible();
+    setObjectName(QLatin1String(name));
+    setAccessibleName(caption);
+    setTextFormat(Qt::PlainText);
+    setFocusPolicy(Qt::TabFocus);
+    setAttribute(Qt::WA_Hover);
+    setCursor(Qt::PointingHandCursor);
+    hide();
+}
+
+void StateLabel::ShowState(const QString &newFront, const QString &newRest,
+                           const QString &toolTip) {
+    front = newFront;
+    front.replace(QLatin1Char('\n'), QLatin1Char(' '));
+    rest = newRest;
+    setText(front + rest);
+    setAccessibleName(text().isEmpty() ? caption : text());
+    setToolTip(PlainToolTip(toolTip.isEmpty() ? text() : toolTip));
+    setVisible(!text().isEmpty());
+}
+
+QSize StateLabel::sizeHint() const {
+    const QFontMetrics metrics = fontMetrics();
+    const int width =
+        std::min(metrics.horizontalAdvance(front), mostCharacters * metrics.averageCharWidth()) +
+        RestWidth();
+    return {std::max(width + metrics.averageCharWidth(), minimumSizeHint().width()),
+            metrics.height()};
+}
+
+QSize StateLabel::minimumSizeHint() const {
+    const QFontMetrics metrics = fontMetrics();
+    return {leastCharacters * metrics.averageCharWidth(), metrics.height()};
+}
+
+bool StateLabel::event(QEvent *event) {
+    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
+        update();
+    }
+    return QLabel::event(event);
+}
+
+void StateLabel::mousePressEvent(QMouseEvent *event) {
+    pressed = event->button() == Qt::LeftButton;
+}
+
+void StateLabel::mouseReleaseEvent(QMouseEvent *event) {
+    const bool clicked = pressed && event->button() == Qt::LeftButton;
+    pressed = false;
+    if (clicked && rect().contains(event->position().toPoint())) {
+        emit Click();
+    }
+}
+
+void StateLabel::keyPressEvent(QKeyEvent *event) {
+    const bool presses = IsEnter(*event) || event->key() == Qt::Key_Space;
+    if (presses && !event->isAutoRepeat()) {
+        emit Click();
+    } else {
+        QLabel::keyPressEvent(event);
+    }
+}
+
+void StateLabel::paintEvent(QPaintEvent * /*event*/) {
+    QStylePainter painter(this);
+    const QFontMetrics metrics = fontMetrics();
+    const QString fitting = metrics.elidedText(front, mode, width() - RestWidth()) + rest;
+    QFont underlined = font();
+    underlined.setUnderline(underMouse());
+    painter.setFont(underlined);
+    painter.drawItemText(rect(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, palette(),
+                         true, metrics.elidedText(fitting, Qt::ElideRight, width()),
+                         foregroundRole());
+    if (hasFocus()) {
+        QStyleOptionFocusRect option;
+        option.initFrom(this);
+        painter.drawPrimitive(QStyle::PE_FrameFocusRect, option);
+    }
+}
+
+} // namespace ztm
