@@ -17,6 +17,7 @@ namespace {
 
 constexpr int mostCharacters = 48; // of the front that a label asks room for
 constexpr int leastCharacters = 5;
+constexpr int gapCharacters = 2; // behind the text
 
 } // namespace
 
@@ -33,24 +34,28 @@ StateLabel::StateLabel(const char *name, const QString &itsCaption, Qt::TextElid
     hide();
 }
 
-void StateLabel::ShowState(const QString &newFront, const QString &newRest,
-                           const QString &toolTip) {
+void StateLabel::ShowState(const QString &newFront, const QString &newRest, const QString &tip) {
     front = newFront;
     front.replace(QLatin1Char('\n'), QLatin1Char(' '));
     rest = newRest;
+    Measure();
     setText(front + rest);
     setAccessibleName(text().isEmpty() ? caption : text());
-    setToolTip(PlainToolTip(toolTip.isEmpty() ? text() : toolTip));
+    setToolTip(PlainToolTip(tip.isEmpty() ? text() : tip));
     setVisible(!text().isEmpty());
 }
 
-QSize StateLabel::sizeHint() const {
+void StateLabel::Measure() {
     const QFontMetrics metrics = fontMetrics();
-    const int width =
-        std::min(metrics.horizontalAdvance(front), mostCharacters * metrics.averageCharWidth()) +
-        RestWidth();
-    return {std::max(width + metrics.averageCharWidth(), minimumSizeHint().width()),
-            metrics.height()};
+    gap = gapCharacters * metrics.averageCharWidth();
+    restWidth = metrics.horizontalAdvance(rest);
+    wantedWidth =
+        gap + restWidth +
+        std::min(metrics.horizontalAdvance(front), mostCharacters * metrics.averageCharWidth());
+}
+
+QSize StateLabel::sizeHint() const {
+    return minimumSizeHint().expandedTo({wantedWidth, 0});
 }
 
 QSize StateLabel::minimumSizeHint() const {
@@ -61,6 +66,8 @@ QSize StateLabel::minimumSizeHint() const {
 bool StateLabel::event(QEvent *event) {
     if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
         update();
+    } else if (event->type() == QEvent::FontChange) {
+        Measure();
     }
     return QLabel::event(event);
 }
@@ -89,16 +96,17 @@ void StateLabel::keyPressEvent(QKeyEvent *event) {
 void StateLabel::paintEvent(QPaintEvent * /*event*/) {
     QStylePainter painter(this);
     const QFontMetrics metrics = fontMetrics();
-    const QString fitting = metrics.elidedText(front, mode, width() - RestWidth()) + rest;
+    const int room = width() - gap;
+    const QString fitting = metrics.elidedText(front, mode, room - restWidth) + rest;
     QFont underlined = font();
     underlined.setUnderline(underMouse());
     painter.setFont(underlined);
     painter.drawItemText(rect(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, palette(),
-                         true, metrics.elidedText(fitting, Qt::ElideRight, width()),
-                         foregroundRole());
+                         true, metrics.elidedText(fitting, Qt::ElideRight, room), foregroundRole());
     if (hasFocus()) {
         QStyleOptionFocusRect option;
         option.initFrom(this);
+        option.rect.setWidth(std::min(width(), metrics.horizontalAdvance(fitting) + gap / 2));
         painter.drawPrimitive(QStyle::PE_FrameFocusRect, option);
     }
 }

@@ -18,8 +18,7 @@ public:
 
     /// Shows a text of a front that can be elided and the rest. Another tooltip than the text is
     /// shown as plain text.
-    void ShowState(const QString &newFront, const QString &newRest = {},
-                   const QString &toolTip = {});
+    void ShowState(const QString &newFront, const QString &newRest = {}, const QString &tip = {});
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
@@ -35,12 +34,15 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    int RestWidth() const { return fontMetrics().horizontalAdvance(rest); }
+    void Measure();
 
     QString caption;
     Qt::TextElideMode mode;
     QString front;
     QString rest;
+    int gap = 0;
+    int restWidth = 0;
+    int wantedWidth = 0;
     bool pressed = false;
 };
 

@@ -6,11 +6,13 @@
 #include "ui/instruments/StateLabel.h"
 #include "ui/kit/Text.h"
 
+#include <QEvent>
 #include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 namespace ztm {
 namespace {
@@ -35,22 +37,70 @@ QString SizeText(long bytes) {
     return QStringLiteral("%1 %2").arg(amount, 0, 'f', unit == 0 ? 0 : 1).arg(units[unit]);
 }
 
+/// Labels side by side. Where there is no room for all, the longest are cut. A changed text moves
+/// its neighbours but does not lay out the window, which a log would do ten times a second.
+class LabelRow final : public QWidget {
+public:
+    using QWidget::QWidget;
+
+    QSize sizeHint() const override { return {0, fontMetrics().height()}; }
+
+protected:
+    bool event(QEvent *event) override {
+        if (event->type() == QEvent::LayoutRequest || event->type() == QEvent::Resize) {
+            Arrange();
+        }
+        return QWidget::event(event);
+    }
+
+private:
+    void Arrange() {
+        std::vector<QWidget *> labels;
+        std::vector<int> widths;
+        for (auto *label : findChildren<QWidget *>(Qt::FindDirectChildrenOnly)) {
+            if (!label->isHidden()) {
+                labels.push_back(label);
+                widths.push_back(label->sizeHint().width());
+            }
+        }
+        // The width that no label may exceed: the rest of the room, shared by the longer ones.
+        std::sort(widths.begin(), widths.end());
+        int room = width();
+        int most = room;
+        auto sharing = static_cast<int>(widths.size());
+        for (const int wanted : widths) {
+            most = room / sharing;
+            if (wanted > most) {
+                break;
+            }
+            room -= wanted;
+            --sharing;
+        }
+        int left = 0;
+        for (auto *label : labels) {
+            const int given = std::min(label->sizeHint().width(), most);
+            label->setGeometry(left, 0, given, height());
+            left += given;
+        }
+    }
+};
+
 } // namespace
 
-StatusBar::StatusBar(QWidget *parent)
-    : QStatusBar(parent)
-    , lblMonitorState(new StateLabel("lblMonitorState", tr("Monitor"), Qt::ElideRight, this))
-    , lblLogState(new StateLabel("lblLogState", tr("Log"), Qt::ElideMiddle, this))
-    , lblHeaterState(new StateLabel("lblHeaterState", tr("Heaters"), Qt::ElideRight, this))
-    , lblAlarmState(new StateLabel("lblAlarmState", tr("Alarms"), Qt::ElideRight, this))
-    , lblLastProblem(new StateLabel("lblLastProblem", tr("Last problem"), Qt::ElideRight, this)) {
+StatusBar::StatusBar(QWidget *parent) : QStatusBar(parent) {
     setObjectName(QStringLiteral("stbMain"));
     setSizeGripEnabled(false);
-    for (auto *label :
-         {lblMonitorState, lblLogState, lblHeaterState, lblAlarmState, lblLastProblem}) {
-        addWidget(label);
-        label->hide(); // which the bar has undone
-    }
+    auto *row = new LabelRow(this);
+    const auto newLabel = [row](const char *name, const QString &caption,
+                                Qt::TextElideMode elided = Qt::ElideRight) {
+        return new StateLabel(name, caption, elided, row);
+    };
+    lblMonitorState = newLabel("lblMonitorState", tr("Monitor"));
+    lblLogState = newLabel("lblLogState", tr("Log"), Qt::ElideMiddle);
+    lblHeaterState = newLabel("lblHeaterState", tr("Heaters"));
+    lblAlarmState = newLabel("lblAlarmState", tr("Alarms"));
+    lblLastProblem = newLabel("lblLastProblem", tr("Last problem"));
+    addWidget(row, 1);
     connect(lblMonitorState, &StateLabel::Click, this, &StatusBar::OptionsWanted);
     connect(lblLogState, &StateLabel::Click, this, [this] { emit PageWanted(MainTab::Control); });
     connect(lblHeaterState, &StateLabel::Click, this, &StatusBar::HeatersWanted);
