@@ -17,7 +17,7 @@ namespace {
 
 constexpr int mostCharacters = 48; // of the front that a label asks room for
 constexpr int leastCharacters = 5;
-constexpr int gapCharacters = 2; // behind the text
+constexpr int gapCharacters = 3; // behind the text
 
 } // namespace
 

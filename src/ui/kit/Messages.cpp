@@ -1,5 +1,7 @@
 #include "ui/kit/Messages.h"
 
+#include "ui/kit/Guide.h"
+
 #include <QApplication>
 #include <QLabel>
 #include <QScopedValueRollback>
@@ -24,6 +26,7 @@ void ShowMessage(const QString &text, const QString &title, QMessageBox::Icon ic
     if (auto *label = box.findChild<QLabel *>(QStringLiteral("qt_msgbox_label"))) {
         label->setMinimumWidth(label->fontMetrics().horizontalAdvance(title) * 3 / 2);
     }
+    HelpByF1(box);
     const QScopedValueRollback<bool> shown(messageShown, true);
     box.exec();
 }

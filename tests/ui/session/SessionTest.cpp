@@ -5,9 +5,14 @@
 #include "monitor/MonitorSettings.h"
 #include "support/TemporaryFile.h"
 #include "support/UiTest.h"
+#include "ui/display/frmBigGraph.h"
+#include "ui/kit/Guide.h"
 
+#include <QDesktopServices>
+#include <QFileInfo>
 #include <QLabel>
 #include <QTabWidget>
+#include <QTextBrowser>
 #include <QTimer>
 #include <QWindow>
 
@@ -92,6 +97,33 @@ TEST_F(SessionTest, TheStatusBarTellsWhatPassedByAndLeadsWhereItComesFrom) {
     EXPECT_TRUE(Find("frmHeaters").isVisible());
     Press("lblAlarmState", Qt::Key_Enter);
     EXPECT_EQ(tabs.currentIndex(), 2);
+}
+
+TEST_F(SessionTest, F1OpensThePageOfTheWindow) {
+    if (!QFileInfo::exists(GuidePage("index"))) {
+        GTEST_SKIP() << "made without a guide";
+    }
+    QTextBrowser viewer;
+    QDesktopServices::setUrlHandler("file", &viewer, "setSource");
+    const auto askIn = [&](const char *window) {
+        Press(window, Qt::Key_F1);
+        EXPECT_EQ(viewer.source(), QUrl::fromLocalFile(GuidePage(window)));
+        EXPECT_GT(viewer.toPlainText().size(), 100) << window;
+    };
+    OpenWizard();
+    askIn("InitForm");
+    StartSessionOf(ZTM7720);
+    askIn("frmMain");
+    ShowForm<frmBigGraph>();
+    askIn("frmBigGraph");
+    ForEveryDialog(askIn);
+    ClickTab("About");
+    Click("lblGuide");
+    EXPECT_EQ(viewer.source().fileName(), "index.html");
+    Find("frmMain").setObjectName("frmNone");
+    EXPECT_TRUE(
+        AnswerMessageOf([] { Press("frmNone", Qt::Key_F1); }).text.endsWith("/guide/frmNone.html"));
+    QDesktopServices::unsetUrlHandler("file");
 }
 
 TEST_F(SessionTest, ClosingTheMainWindowClosesEveryOtherFirstAndThenSaysGoodbye) {
