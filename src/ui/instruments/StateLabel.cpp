@@ -15,7 +15,6 @@
 namespace ztm {
 namespace {
 
-constexpr int mostCharacters = 48; // of the front that a label asks room for
 constexpr int leastCharacters = 5;
 constexpr int gapCharacters = 3; // behind the text
 
@@ -49,9 +48,7 @@ void StateLabel::Measure() {
     const QFontMetrics metrics = fontMetrics();
     gap = gapCharacters * metrics.averageCharWidth();
     restWidth = metrics.horizontalAdvance(rest);
-    wantedWidth =
-        gap + restWidth +
-        std::min(metrics.horizontalAdvance(front), mostCharacters * metrics.averageCharWidth());
+    wantedWidth = metrics.horizontalAdvance(front) + restWidth + gap;
 }
 
 QSize StateLabel::sizeHint() const {
@@ -96,13 +93,17 @@ void StateLabel::keyPressEvent(QKeyEvent *event) {
 void StateLabel::paintEvent(QPaintEvent * /*event*/) {
     QStylePainter painter(this);
     const QFontMetrics metrics = fontMetrics();
-    const int room = width() - gap;
-    const QString fitting = metrics.elidedText(front, mode, room - restWidth) + rest;
+    // Parts take a pixel less than the whole; the gap has room for it.
+    const bool fits = metrics.horizontalAdvance(text()) <= width() - gap / 2;
+    const QString fitting =
+        fits ? text()
+             : metrics.elidedText(metrics.elidedText(front, mode, width() - gap - restWidth) + rest,
+                                  Qt::ElideRight, width() - gap / 2);
     QFont underlined = font();
     underlined.setUnderline(underMouse());
     painter.setFont(underlined);
     painter.drawItemText(rect(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, palette(),
-                         true, metrics.elidedText(fitting, Qt::ElideRight, room), foregroundRole());
+                         true, fitting, foregroundRole());
     if (hasFocus()) {
         QStyleOptionFocusRect option;
         option.initFrom(this);

@@ -6,6 +6,8 @@
 #include <QLabel>
 #include <QScopedValueRollback>
 
+#include <algorithm>
+
 namespace ztm {
 
 namespace {
@@ -24,7 +26,8 @@ void ShowMessage(const QString &text, const QString &title, QMessageBox::Icon ic
     box.setTextFormat(Qt::PlainText); // it may name a path
     // A box is as wide as its text; the title has to fit as well.
     if (auto *label = box.findChild<QLabel *>(QStringLiteral("qt_msgbox_label"))) {
-        label->setMinimumWidth(label->fontMetrics().horizontalAdvance(title) * 3 / 2);
+        const int wanted = label->fontMetrics().horizontalAdvance(title) * 3 / 2;
+        label->setMinimumWidth(std::max(wanted, label->sizeHint().width()));
     }
     HelpByF1(box);
     const QScopedValueRollback<bool> shown(messageShown, true);
