@@ -2,6 +2,7 @@
 
 #include "ui/kit/Controls.h"
 #include "ui/kit/Frame.h"
+#include "ui/kit/Guide.h"
 #include "ui/kit/Text.h"
 
 #include <QCheckBox>
@@ -42,6 +43,7 @@ QString Celsius(double celsius) {
 
 BoardWindow::BoardWindow() : tmrRefresh(new QTimer(this)) {
     setObjectName(QStringLiteral("BoardWindow"));
+    HelpByF1(*this);
     setWindowTitle(tr("Simulated Board"));
     setAttribute(Qt::WA_ShowWithoutActivating);
     auto *layout = new QGridLayout(this);
@@ -69,7 +71,7 @@ QGroupBox *BoardWindow::NewBoardFrame() {
     auto *layout = new QFormLayout(frame);
     // In the order of sim::Variant.
     cmbVariant = NewBox(QStringLiteral("cmbVariant"),
-                         {QStringLiteral("ZTM7710"), QStringLiteral("ZTM7720")});
+                        {QStringLiteral("ZTM7710"), QStringLiteral("ZTM7720")});
     cmbAddress =
         NewBox(QStringLiteral("cmbAddress"), {QStringLiteral("0x50"), QStringLiteral("0x51")});
     layout->addRow(tr("&Variant"), cmbVariant);

@@ -32,6 +32,9 @@ public:
     /// False if the system reports that written data could not be kept.
     bool Close();
 
+    /// How many bytes have been written since Create.
+    long Length() const { return length; }
+
     /// The reason of the last failure, for example "No space left on device".
     const std::string &Error() const { return error; }
 
@@ -40,7 +43,7 @@ private:
 
     int descriptor = -1;
     std::string path;
-    long length = 0; // of what has been written
+    long length = 0;
     std::string bytes;
     std::string error;
 };

@@ -10,7 +10,7 @@ inline constexpr int FullDuty = 100;
 
 /// One heater of the evaluation board: its duty and its software ramp.
 struct HeaterSettings {
-    int32_t Pwm = 0;              ///< duty in percent: last applied, or last reported
+    int32_t Pwm = 0;              ///< duty in percent: last set, or last reported
     bool SoftwareControl = false; ///< the software ramp runs
     int32_t LowPct = 20;          ///< lower end of the ramp in percent
     int32_t HighPct = 80;         ///< upper end of the ramp in percent

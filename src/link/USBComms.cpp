@@ -96,6 +96,12 @@ void AdapterHandshake() {
 
 void SetHeaterDuty(int32_t duty1, int32_t duty2) {
     Send(setHeaterDutyRequest, duty1, duty2, noData, 0, TransferBuffer.data());
+    if (duty1 != HeaterUnchanged) {
+        Heaters[0].Pwm = duty1;
+    }
+    if (duty2 != HeaterUnchanged) {
+        Heaters[1].Pwm = duty2;
+    }
 }
 
 uint8_t ReadHeaterDuty() {

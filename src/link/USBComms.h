@@ -34,7 +34,8 @@ inline constexpr int32_t HeaterUnchanged = 255;
 /// Writes a code into a field of a register and keeps the other bits (read, modify, write).
 void WriteField(const RegisterField &field, int32_t code);
 
-/// Sets the duties of both heaters in percent, 0 to 100, or HeaterUnchanged.
+/// Sets the duties of both heaters in percent, 0 to 100, or HeaterUnchanged, and keeps them in
+/// `Pwm` of both `Heaters`.
 void SetHeaterDuty(int32_t duty1, int32_t duty2);
 
 /// Asks the adapter for the heater duties and stores them in `Pwm` of both `Heaters`. Returns

@@ -1,6 +1,7 @@
 #include "monitor/Channels.h"
 
 #include "common/At.h"
+#include "common/Clock.h"
 #include "common/Numbers.h"
 #include "link/GeneralSubs.h"
 #include "link/LinkState.h"
@@ -62,11 +63,13 @@ double Read(const Channel &channel) {
 } // namespace
 
 std::array<float, ChannelCount> Measurements{};
+std::optional<AlertReading> LastAlerts;
 
 void ResetMeasurements() {
     Measurements.fill(0);
     isMeasured.fill(false);
     ResetExtremes();
+    LastAlerts.reset();
 }
 
 Extremes ExtremesOf(int channel) {
@@ -84,6 +87,10 @@ bool IsMeasured(int channel) {
 bool HasChannel(int channel) {
     return channel >= 0 && channel < ChannelCount &&
            (!HasOneFan() || !At(Channels, channel).NameZTM7710.empty());
+}
+
+std::string_view ChannelName(int channel) {
+    return HasOneFan() ? At(Channels, channel).NameZTM7710 : At(Channels, channel).Name;
 }
 
 void ReadMeasurement(int channel) {
@@ -121,15 +128,16 @@ double PercentOfByte(int32_t value) {
 std::array<bool, ChannelCount> ReadAlerts() {
     std::array<bool, ChannelCount> alarms{};
     const int third = ReadRegister(status3);
-    if ((third & alertBit) == 0) {
-        return alarms;
+    if ((third & alertBit) != 0) {
+        const int first = ReadRegister(status1);
+        const int second = ReadRegister(status2);
+        std::transform(alertBits.begin(), alertBits.end(), alarms.begin(),
+                       [=](const AlertBits &bits) {
+                           return (first & bits.status1) != 0 || (second & bits.status2) != 0 ||
+                                  (third & bits.status3) != 0;
+                       });
     }
-    const int first = ReadRegister(status1);
-    const int second = ReadRegister(status2);
-    std::transform(alertBits.begin(), alertBits.end(), alarms.begin(), [=](const AlertBits &bits) {
-        return (first & bits.status1) != 0 || (second & bits.status2) != 0 ||
-               (third & bits.status3) != 0;
-    });
+    LastAlerts = {alarms, RunningSeconds()};
     return alarms;
 }
 

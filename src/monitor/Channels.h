@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 namespace ztm {
@@ -37,6 +38,9 @@ inline constexpr std::array<Channel, ChannelCount> Channels{{
 /// Whether the current variant measures that channel.
 bool HasChannel(int channel);
 
+/// The name of a channel on the current variant.
+std::string_view ChannelName(int channel);
+
 /// The latest value of each channel: °C rounded to two decimals, whole RPM, or percent. Set only by
 /// ReadMeasurement; a slot keeps its value until its channel is read again.
 extern std::array<float, ChannelCount> Measurements;
@@ -53,7 +57,7 @@ struct Extremes {
 Extremes ExtremesOf(int channel);
 void ResetExtremes();
 
-/// Resets the values to 0, as not yet measured.
+/// Resets the values to 0, as not yet measured, and forgets the alerts.
 void ResetMeasurements();
 
 /// Reads one channel from the chip into its slot of `Measurements`: the low register first, then
@@ -79,5 +83,13 @@ double PercentOfByte(int32_t value);
 /// Reads the alarm state of every channel from the status registers. While the chip signals no
 /// alert (Status3 bit 0), no channel is in alarm and the other two registers are not read.
 std::array<bool, ChannelCount> ReadAlerts();
+
+/// What ReadAlerts has read last, and when (RunningSeconds). Set only by ReadAlerts; nothing before
+/// its first call.
+struct AlertReading {
+    std::array<bool, ChannelCount> Alarms;
+    double Time;
+};
+extern std::optional<AlertReading> LastAlerts;
 
 } // namespace ztm

@@ -113,6 +113,10 @@ void StopLog() {
     }
 }
 
+long LogSize() {
+    return file.Length();
+}
+
 const std::string &LogProblem() {
     return problem;
 }

@@ -43,6 +43,9 @@ void WatchLogFile();
 /// Ends the log and closes its file. The settings stay for the next one.
 void StopLog();
 
+/// How many bytes have been written to the log.
+long LogSize();
+
 /// Why the last log was stopped or not closed properly, in the system's words if it has any; empty
 /// if there was no problem.
 const std::string &LogProblem();

@@ -58,7 +58,10 @@ QString TextsOf(const QWidget &window, const QWidget &control) {
     texts += "items=" + ItemsOf(control).join('|');
     texts += button && button->isChecked() ? "checked" : "=";
     texts += IsHiddenIn(window, control) ? "hidden" : control.isEnabled() ? "=" : "disabled";
-    return texts.filter(QRegularExpression("[^=]$")).join(", ").replace('\n', ' ');
+    return texts.filter(QRegularExpression("[^=]$"))
+        .join(", ")
+        .replace('\n', ' ')
+        .replace(QCoreApplication::applicationDirPath(), "<program>");
 }
 
 /// Whether assistive technology can tell what a control is, is called and holds.

@@ -14,6 +14,7 @@
 #include "ui/kit/Controls.h"
 #include "ui/kit/FileDialogs.h"
 #include "ui/kit/Frame.h"
+#include "ui/kit/Problems.h"
 #include "ui/kit/Text.h"
 
 #include <QFile>
@@ -144,7 +145,7 @@ void ControlPage::ConnectSignals() {
     connect(cmdManual, &QPushButton::clicked, this, &ControlPage::cmdManual_Click);
     connect(cmdThermTemp, &QPushButton::clicked, this, [this] { ShowForm<frmThermTemp>(this); });
     connect(cmdThermTimer, &QPushButton::clicked, this, [this] { ShowForm<frmThermTimer>(this); });
-    connect(cmdHeaters, &QPushButton::clicked, this, [this] { ShowForm<frmHeaters>(this); });
+    connect(cmdHeaters, &QPushButton::clicked, this, &ControlPage::ShowHeaters);
     connect(cmdLogData, &QPushButton::clicked, this, &ControlPage::cmdLogData_Click);
     connect(cmdSaveRegs, &QPushButton::clicked, this, &ControlPage::cmdSaveRegs_Click);
     connect(cmdRecallRegs, &QPushButton::clicked, this, &ControlPage::cmdRecallRegs_Click);
@@ -185,6 +186,9 @@ void ControlPage::ShowLog() {
     lblLogProblem->setText(
         tr("The log was stopped: %1").arg(QString::fromLocal8Bit(LogProblem().c_str())));
     lblLogProblem->setVisible(!LogProblem().empty());
+    if (!LogProblem().empty()) {
+        TellProblem(lblLogProblem->text());
+    }
 }
 
 void ControlPage::ShowFanSpeed(int fan, const QString &text) {
@@ -221,6 +225,10 @@ void ControlPage::cmdLogData_Click() {
     }
 }
 
+void ControlPage::ShowHeaters() {
+    ShowForm<frmHeaters>(this);
+}
+
 /// Reads the speeds again if the dialog is already open, and twice if it is not.
 void ControlPage::cmdManual_Click() {
     ShowForm<frmManual>(this).Form_Load();
@@ -230,9 +238,12 @@ void ControlPage::cmdSaveRegs_Click() {
     const QString path = AskSaveFile(this, tr("Save Current Setup"), tr("Text Files (*.sav)"));
     if (!path.isEmpty()) {
         const Snapshot saved = SaveSnapshot(QFile::encodeName(path).toStdString());
-        lblFileResult->setText(saved.Problem.empty()
-                                   ? RegistersText(saved.Registers.size(), tr("saved"))
-                                   : QString::fromLocal8Bit(saved.Problem.c_str()));
+        const QString problem = QString::fromLocal8Bit(saved.Problem.c_str());
+        lblFileResult->setText(
+            problem.isEmpty() ? RegistersText(saved.Registers.size(), tr("saved")) : problem);
+        if (!problem.isEmpty()) {
+            TellProblem(tr("The setup was not saved: %1").arg(problem));
+        }
     }
 }
 
@@ -269,6 +280,7 @@ void ControlPage::RecallMore() {
         lblFileResult->setText(written);
     } else {
         lblFileResult->setText(count == 0 ? problem : tr("%1; %2").arg(written, problem));
+        TellProblem(tr("The setup was not recalled as a whole: %1").arg(problem));
     }
 }
 

@@ -30,6 +30,9 @@ public:
     /// progress, and why it stopped if the user did not stop it.
     void ShowLog();
 
+    /// Opens the dialog of the heaters.
+    void ShowHeaters();
+
     /// Writes nothing more of a setup that is being recalled.
     void StopRecall();
 

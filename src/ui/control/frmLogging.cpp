@@ -7,6 +7,7 @@
 #include "ui/kit/FileDialogs.h"
 #include "ui/kit/Frame.h"
 #include "ui/kit/Messages.h"
+#include "ui/kit/Problems.h"
 #include "ui/kit/Text.h"
 #include "ui/kit/Twips.h"
 
@@ -160,6 +161,7 @@ bool frmLogging::Apply() {
         lblProblem->setText(
             tr("%1 could not be written: %2").arg(path, QString::fromLocal8Bit(problem.c_str())));
         lblProblem->show();
+        TellProblem(lblProblem->text());
         return false;
     }
     emit LogStarted();

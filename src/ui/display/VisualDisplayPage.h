@@ -38,6 +38,9 @@ public:
     /// Shows what the tick has measured.
     void TickDone();
 
+    /// Opens the dialog of the options.
+    void cmdGraphOptions_Click();
+
 signals:
     /// Asks for the monitor timer's period, on the first visit.
     void MonitorPeriodWanted();
@@ -58,7 +61,6 @@ private:
     void ShowOptions();
     void optMeasure_Click(int channel);
     void cmdEasySetup_Click();
-    void cmdGraphOptions_Click();
     void cmdSetUpLog_Click();
 
     bool MonitorTabReady = false;

@@ -10,6 +10,7 @@
 #include "ui/kit/Fields.h"
 #include "ui/kit/FileDialogs.h"
 #include "ui/kit/Frame.h"
+#include "ui/kit/Problems.h"
 #include "ui/kit/SpinButton.h"
 #include "ui/kit/Text.h"
 
@@ -196,9 +197,12 @@ void frmLookup::cmdSaveLUT_Click() {
     for (size_t point = 0; point < points.size(); ++point) {
         points[point] = {txtTemp[point]->text().toStdString(), txtRPM[point]->text().toStdString()};
     }
-    const std::string problem = SaveLut(QFile::encodeName(path).toStdString(), points);
-    lblFileResult->setText(problem.empty() ? tr("%1 points saved").arg(LookupPoints)
-                                           : QString::fromLocal8Bit(problem.c_str()));
+    const QString problem =
+        QString::fromLocal8Bit(SaveLut(QFile::encodeName(path).toStdString(), points).c_str());
+    lblFileResult->setText(problem.isEmpty() ? tr("%1 points saved").arg(LookupPoints) : problem);
+    if (!problem.isEmpty()) {
+        TellProblem(tr("The table was not saved: %1").arg(problem));
+    }
 }
 
 void frmLookup::cmdLoadLUT_Click() {
@@ -209,6 +213,9 @@ void frmLookup::cmdLoadLUT_Click() {
     std::string problem;
     const auto points = ReadLut(QFile::encodeName(path).toStdString(), problem);
     lblFileResult->setText(points ? ShowPoints(*points) : QString::fromLocal8Bit(problem.c_str()));
+    if (!points) {
+        TellProblem(tr("The table was not loaded: %1").arg(lblFileResult->text()));
+    }
 }
 
 /// Shows the numeric values of a file's points as far as they go. Returns what lblFileResult says

@@ -3,6 +3,7 @@
 #include "ui/instruments/AccessibleParts.h"
 #include "ui/instruments/BitLabel.h"
 #include "ui/instruments/Gauge.h"
+#include "ui/instruments/StateLabel.h"
 #include "ui/instruments/StripChart.h"
 #include "ui/instruments/ToggleIndicator.h"
 #include "ui/instruments/ValueSlider.h"
@@ -69,6 +70,27 @@ public:
 
 private:
     BitLabel &bit;
+};
+
+class StateInterface final : public QAccessibleWidget {
+public:
+    explicit StateInterface(StateLabel &label)
+        : QAccessibleWidget(&label, QAccessible::Link), label(label) {}
+
+    QStringList actionNames() const override {
+        return QAccessibleWidget::actionNames() << pressAction();
+    }
+
+    void doAction(const QString &action) override {
+        if (action == pressAction()) {
+            emit label.Click();
+        } else {
+            QAccessibleWidget::doAction(action);
+        }
+    }
+
+private:
+    StateLabel &label;
 };
 
 /// A widget that says what it shows in its description.
@@ -188,6 +210,9 @@ QAccessibleInterface *NewInterface(const QString & /*className*/, QObject *objec
     }
     if (auto *bit = qobject_cast<BitLabel *>(object)) {
         return new BitInterface(*bit);
+    }
+    if (auto *state = qobject_cast<StateLabel *>(object)) {
+        return new StateInterface(*state);
     }
     if (auto *indicator = qobject_cast<ToggleIndicator *>(object)) {
         return new DescribedInterface(indicator, QAccessible::Indicator);

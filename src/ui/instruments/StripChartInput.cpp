@@ -6,6 +6,7 @@
 #include "ui/instruments/StripChartSaving.h"
 #include "ui/kit/FileDialogs.h"
 #include "ui/kit/Messages.h"
+#include "ui/kit/Problems.h"
 
 #include <QContextMenuEvent>
 #include <QDateTime>
@@ -27,6 +28,11 @@ constexpr int notch = QWheelEvent::DefaultDeltasPerStep;
 constexpr double zoomStep = 1.25; // per notch of the wheel or press of a key
 constexpr double panStep = 0.1;   // of the visible range
 constexpr double cursorStep = 4;  // pixels
+
+void SayNotSaved(const QString &problem, const QString &title) {
+    TellProblem(problem);
+    ShowMessage(problem, title, QMessageBox::Warning);
+}
 
 /// Proposed for a file; without a dot, so that it gets an extension.
 QString DatedName() {
@@ -302,8 +308,7 @@ void StripChart::FillMenu(QMenu &target) {
 void StripChart::AskAndSavePicture() {
     const QString path = AskExportFile(this, tr("Save Picture"), PictureKinds(), DatedName());
     if (!path.isEmpty() && !SavePicture(path)) {
-        ShowMessage(tr("The picture could not be saved as\n%1").arg(path), tr("Save Picture"),
-                    QMessageBox::Warning);
+        SayNotSaved(tr("The picture could not be saved as\n%1").arg(path), tr("Save Picture"));
     }
 }
 
@@ -312,8 +317,7 @@ void StripChart::AskAndSaveRange(const QString &title,
     const QString path =
         AskExportFile(this, title, tr("Tab-separated text (*.txt *.tsv)"), DatedName());
     if (!path.isEmpty() && !(this->*save)(path)) {
-        ShowMessage(tr("The values could not be saved as\n%1").arg(path), title,
-                    QMessageBox::Warning);
+        SayNotSaved(tr("The values could not be saved as\n%1").arg(path), title);
     }
 }
 

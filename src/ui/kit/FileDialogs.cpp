@@ -1,5 +1,6 @@
 #include "ui/kit/FileDialogs.h"
 
+#include "ui/kit/Guide.h"
 #include "ui/kit/Messages.h"
 
 #include <QCoreApplication>
@@ -35,6 +36,7 @@ public:
         // A desktop's own dialog may ask whether to replace a file before it adds the extension.
         setOption(DontUseNativeDialog);
         setDirectory(StartFolder());
+        HelpByF1(*this);
     }
 
     /// Adds the extension of the chosen filter to names without one.

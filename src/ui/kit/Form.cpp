@@ -1,6 +1,7 @@
 #include "ui/kit/Form.h"
 
 #include "ui/kit/Controls.h"
+#include "ui/kit/Guide.h"
 
 #include <QCloseEvent>
 #include <QCoreApplication>
@@ -16,6 +17,7 @@ std::vector<Form *> loadedForms;
 
 Form::Form(const QString &name) {
     setObjectName(name);
+    HelpByF1(*this);
     loadedForms.push_back(this);
 }
 

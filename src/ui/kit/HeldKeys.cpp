@@ -18,7 +18,7 @@ bool HeldKeys::eventFilter(QObject *watched, QEvent *event) {
         // same millisecond.
         const bool again =
             key.isAutoRepeat() || (key.timestamp() != 0 && key.timestamp() == releasedAt);
-        if (again && (IsEnter(key) || key.key() == Qt::Key_Escape)) {
+        if (again && (IsEnter(key) || key.key() == Qt::Key_Escape || key.key() == Qt::Key_F1)) {
             return true;
         }
     } else if (event->type() == QEvent::KeyRelease) {

@@ -4,8 +4,8 @@
 
 namespace ztm {
 
-/// While it exists, Enter and Escape count once each time they are pressed, in every window: a held
-/// key must not go through one window after the other. Needs the application object.
+/// While it exists, Enter, Escape and F1 count once each time they are pressed, in every window: a
+/// held key must not go through one window after the other. Needs the application object.
 class HeldKeys final : public QObject {
     Q_OBJECT
 

@@ -1,8 +1,12 @@
 #include "ui/kit/Messages.h"
 
+#include "ui/kit/Guide.h"
+
 #include <QApplication>
 #include <QLabel>
 #include <QScopedValueRollback>
+
+#include <algorithm>
 
 namespace ztm {
 namespace {
@@ -14,8 +18,10 @@ int Show(QMessageBox &box) {
     box.setTextFormat(Qt::PlainText); // it may name a file, and files may have any name
     // A box is as wide as its text; the title has to fit as well.
     if (auto *label = box.findChild<QLabel *>(QStringLiteral("qt_msgbox_label"))) {
-        label->setMinimumWidth(label->fontMetrics().horizontalAdvance(box.windowTitle()) * 3 / 2);
+        const int wanted = label->fontMetrics().horizontalAdvance(box.windowTitle()) * 3 / 2;
+        label->setMinimumWidth(std::max(wanted, label->sizeHint().width()));
     }
+    HelpByF1(box);
     const QScopedValueRollback<bool> shown(messageShown, true);
     return box.exec();
 }

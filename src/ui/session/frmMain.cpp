@@ -9,9 +9,11 @@
 #include "regmap/RegisterTree.h"
 #include "ui/control/ControlPage.h"
 #include "ui/display/VisualDisplayPage.h"
+#include "ui/kit/Problems.h"
 #include "ui/kit/Text.h"
 #include "ui/registers/RegisterAccessPage.h"
 #include "ui/session/AboutPage.h"
+#include "ui/session/StatusBar.h"
 
 #include <QScopedValueRollback>
 #include <QScreen>
@@ -21,6 +23,11 @@
 #include <QVBoxLayout>
 
 namespace ztm {
+namespace {
+
+constexpr int statusIntervalMs = 200; // ticks may be half a minute apart
+
+} // namespace
 
 frmMain::frmMain(bool usbChosen)
     : Form(QStringLiteral("frmMain"))
@@ -30,6 +37,7 @@ frmMain::frmMain(bool usbChosen)
     , visualDisplay(new VisualDisplayPage)
     , control(new ControlPage)
     , tmrMain(new QTimer(this))
+    , tmrStatus(new QTimer(this))
     , monitorLoop(*this) {
     SetupUi();
     ConnectSignals();
@@ -48,13 +56,28 @@ void frmMain::SetupUi() {
     tmrMain->setObjectName(QStringLiteral("tmrMain"));
     tmrMain->setTimerType(Qt::PreciseTimer); // others come early by up to 5 %
 
+    tmrStatus->setObjectName(QStringLiteral("tmrStatus"));
+
+    stbMain = new StatusBar(this); // behind the pages in the order of the Tab key
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(SSTab1);
+    layout->addWidget(stbMain);
+    layout->setSpacing(0);
+    QMargins margins = layout->contentsMargins();
+    margins.setTop(margins.top() / 2); // the tabs and the bar have room of their own
+    margins.setBottom(0);
+    layout->setContentsMargins(margins);
 }
 
 void frmMain::ConnectSignals() {
     connect(SSTab1, &QTabWidget::currentChanged, this, &frmMain::SSTab1_Click);
     connect(tmrMain, &QTimer::timeout, this, &frmMain::tmrMain_Timer);
+    connect(tmrStatus, &QTimer::timeout, this, &frmMain::tmrStatus_Timer);
+    connect(stbMain, &StatusBar::PageWanted, this,
+            [this](MainTab tab) { SSTab1->setCurrentIndex(static_cast<int>(tab)); });
+    connect(stbMain, &StatusBar::OptionsWanted, visualDisplay,
+            &VisualDisplayPage::cmdGraphOptions_Click);
+    connect(stbMain, &StatusBar::HeatersWanted, control, &ControlPage::ShowHeaters);
     connect(visualDisplay, &VisualDisplayPage::MonitorPeriodWanted, this,
             [this] { SetTimerPeriod(MonitorInterval); });
 }
@@ -76,10 +99,14 @@ void frmMain::InitMainWindow() {
     }
     tmrMain->start(MonitorInterval);
     ResetHeaters();
+    ResetProblems();
+    tmrStatus->start(statusIntervalMs);
+    tmrStatus_Timer();
 }
 
 void frmMain::StopMonitor() {
     tmrMain->stop();
+    tmrStatus->stop();
     control->StopRecall();
 }
 
@@ -89,6 +116,7 @@ void frmMain::SSTab1_Click(int tab) {
     } else if (static_cast<MainTab>(tab) == MainTab::VisualDisplay) {
         visualDisplay->SetupMonitorTab();
     }
+    tmrStatus_Timer();
 }
 
 void frmMain::tmrMain_Timer() {
@@ -97,6 +125,10 @@ void frmMain::tmrMain_Timer() {
     }
     const QScopedValueRollback<bool> guard(ticking, true);
     monitorLoop.Tick();
+}
+
+void frmMain::tmrStatus_Timer() {
+    stbMain->ShowState(ShownTab());
 }
 
 void frmMain::SetTimerPeriod(int milliseconds) {
@@ -144,6 +176,7 @@ void frmMain::ShowHeaterDuty(int heater, int duty) {
 void frmMain::TickDone() {
     control->TickDone();
     visualDisplay->TickDone();
+    tmrStatus_Timer();
 }
 
 void frmMain::Form_Unload() {

@@ -11,10 +11,12 @@ namespace ztm {
 class AboutPage;
 class ControlPage;
 class RegisterAccessPage;
+class StatusBar;
 class VisualDisplayPage;
 
-/// The main window: four tabs, each a class of its own, and the monitor timer. Loading it starts
-/// the adapter; the session start initialises and shows it; closing it ends the program.
+/// The main window: four tabs, each a class of its own, the status bar and the monitor timer.
+/// Loading it starts the adapter; the session start initialises and shows it; closing it ends the
+/// program.
 class frmMain final : public Form, private MonitorWindow {
     Q_OBJECT
 
@@ -41,6 +43,7 @@ private:
 
     void SSTab1_Click(int tab);
     void tmrMain_Timer();
+    void tmrStatus_Timer();
 
     void SetTimerPeriod(int milliseconds) override;
     MainTab ShownTab() const override;
@@ -59,7 +62,9 @@ private:
     RegisterAccessPage *registerAccess;
     VisualDisplayPage *visualDisplay;
     ControlPage *control;
+    StatusBar *stbMain;
     QTimer *tmrMain;
+    QTimer *tmrStatus;
     MonitorLoop monitorLoop;
     bool ticking = false;
 };
