@@ -144,7 +144,7 @@ void StatusBar::ShowLog() {
     }
     const QString path = QFile::decodeName(logPath.c_str());
     const QString entries = now.Entries == 1 ? tr("1 entry") : tr("%1 entries").arg(now.Entries);
-    lblLogState->ShowState(tr("Log %1").arg(QFileInfo(path).fileName()),
+    lblLogState->ShowState(QFileInfo(path).fileName(),
                            QStringLiteral(", %1, %2").arg(entries, SizeText(now.Size)), path);
 }
 

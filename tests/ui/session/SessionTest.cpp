@@ -69,7 +69,7 @@ TEST_F(SessionTest, TheStatusBarTellsWhatPassedByAndLeadsWhereItComesFrom) {
     StartLog(path, {{}, 30000, 0});
     clock.Advance(1);
     Tick();
-    EXPECT_EQ(shown(), "Measuring every 30 ms|Log " + name + "<b>.xls, 1 entry, " +
+    EXPECT_EQ(shown(), "Measuring every 30 ms|" + name + "<b>.xls, 1 entry, " +
                            std::to_string(std::filesystem::file_size(path)) +
                            " B||Alarm: Remote1|");
     EXPECT_EQ(Find("lblLogState").toolTip().toStdString(),
