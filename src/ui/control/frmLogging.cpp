@@ -94,6 +94,8 @@ QGroupBox *frmLogging::NewOptionsFrame() {
     auto *frame = Named(new Frame(tr("Options"), this), "fraOptions");
     txtLogInt = NewNumberBox("txtLogInt", frame);
     txtNumLogs = NewNumberBox("txtNumLogs", frame);
+    WatchRange(*txtLogInt, 0, std::numeric_limits<int32_t>::max(), tr("ms"));
+    WatchRange(*txtNumLogs, 0, std::numeric_limits<int32_t>::max(), tr("entries"));
     auto *layout = new QGridLayout(frame);
     AddRow(*layout, 0, tr("Logging Interval (ms)"), txtLogInt, Qt::AlignLeft);
     AddRow(*layout, 1, tr("Max Number of  Log Entries"), txtNumLogs, Qt::AlignLeft);

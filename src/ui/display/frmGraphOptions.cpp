@@ -110,6 +110,10 @@ QGroupBox *frmGraphOptions::NewGraphFrame() {
 }
 
 void frmGraphOptions::Form_Load() {
+    WatchRange(*txtInterval, 1, longestInterval, tr("ms"));
+    WatchNumber(
+        *txtSMBusDelay, [](double delay) { return delay >= 0 && std::isfinite(delay); },
+        tr("0 ms or more"));
     ShowNumber(*txtInterval, MonitorInterval);
     txtSMBusDelay->setText(ToQString(NumberText(SmbusDelayMs)));
     chkEnMonitor->setChecked(MonitoringEnabled);

@@ -66,7 +66,7 @@ constexpr int RowOf(int point) {
 bool ShowPiece(QLineEdit &box, const std::string &piece) {
     const double number = NumericValue(piece);
     if (std::isfinite(number)) {
-        ShowNumber(box, number);
+        EnterNumber(box, number);
     }
     return std::isfinite(number);
 }

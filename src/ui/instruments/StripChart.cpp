@@ -77,8 +77,6 @@ void StripChart::SetupAxes() {
         axis->grid()->setZeroLinePen(Qt::NoPen);
     }
     plot->xAxis->setOffset(10); // keeps its arrows clear of those of the value axes
-    // Room for half a time label at either side, and for the arrows.
-    plot->axisRect()->setMinimumMargins(QMargins(20, 12, 24, 16));
 }
 
 void StripChart::SetupTraces() {
@@ -210,7 +208,8 @@ void StripChart::BeforeReplot() {
     plot->xAxis->ticker()->setTickCount(
         std::max(2, static_cast<int>(rect.width()) / (labelWidth * 3 / 2)));
     for (QCPAxis *axis : {plot->yAxis, plot->yAxis2}) {
-        axis->ticker()->setTickCount(std::max(2, static_cast<int>(rect.height()) / 45));
+        axis->ticker()->setTickCount(
+            std::max(2, static_cast<int>(rect.height()) / (3 * fontMetrics().height())));
     }
     ShowNotice();
     ShowOutside(true);
@@ -293,6 +292,11 @@ void StripChart::ApplyPalette() {
         plot->Traces()[index]->setPen(Readable(setup.traces[index].colour, ground));
     }
     ShowLimits();
+    // Room for half a label at every end, and for the arrows.
+    const int halfTime = fontMetrics().horizontalAdvance(QStringLiteral("00 00 00")) / 2;
+    plot->axisRect()->setMinimumMargins(QMargins(std::max(20, halfTime),
+                                                 std::max(12, fontMetrics().height() / 2 + 2),
+                                                 std::max(24, halfTime), 16));
     labels->SetPalette(palette(), font());
     plot->Overlay().SetPalette(palette(), font());
     Redraw();

@@ -181,6 +181,7 @@ private:
     std::optional<StripChartDrag> drag;
     ChartCursors *cursors = nullptr;
     std::optional<int> heldCursor; // A or B, by the mouse
+    double heldFrom = 0;           // where it was grabbed
     std::optional<double> cursorX; // pixels from the left of the plot
     QElapsedTimer sinceDescribed;
 };

@@ -61,7 +61,12 @@ void ZoomValues(QCPAxis &axis, double factor, double fraction) {
 
 StripChartDrag::StripChartDrag(StripChartPlace from, QPointF point, const TimeWindow &window,
                                double visibleTo, QCPAxis *valueAxis)
-    : place(from), start(point), end(visibleTo), span(window.Span()), axis(valueAxis) {
+    : place(from)
+    , start(point)
+    , startWindow(window)
+    , end(visibleTo)
+    , span(window.Span())
+    , axis(valueAxis) {
     if (axis != nullptr) {
         lower = axis->range().lower;
         upper = axis->range().upper;
@@ -103,8 +108,18 @@ void StripChartDrag::DragTime(double was, double now, TimeWindow &window) const 
         window.Set(end - span + zoomed, zoomed);
     } else if (place.grip == Place::Grip::LowerEnd) {
         window.Set(end, span * (1 - was) / std::max(1 - now, leastFraction));
+    } else if (startWindow.IsLive() && was >= now) {
+        window.GoLive(); // meanwhile the newest sample may have moved on
     } else {
         window.MoveTo(end + (was - now) * span, span);
+    }
+}
+
+void StripChartDrag::PutBack(TimeWindow &window) const {
+    if (axis != nullptr) {
+        axis->setRange(lower, upper);
+    } else {
+        window = startWindow;
     }
 }
 

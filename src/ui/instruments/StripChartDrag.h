@@ -38,8 +38,12 @@ public:
     StripChartDrag(StripChartPlace from, QPointF point, const TimeWindow &window, double visibleTo,
                    QCPAxis *axis);
 
-    /// Moves the window or axis to the mouse position. False while the mouse has hardly moved.
+    /// Moves the window or axis to the mouse position. False while the mouse has hardly moved. A
+    /// window that was live stays so while it is not dragged back in time.
     bool To(QPointF point, const QRectF &plot, TimeWindow &window);
+
+    /// Undoes the drag.
+    void PutBack(TimeWindow &window) const;
 
 private:
     void DragTime(double was, double now, TimeWindow &window) const;
@@ -48,6 +52,7 @@ private:
     StripChartPlace place;
     QPointF start;
     bool moved = false;
+    TimeWindow startWindow;
     double end; // at the start of the drag, in seconds
     double span;
     QCPAxis *axis;

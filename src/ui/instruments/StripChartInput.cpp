@@ -70,6 +70,7 @@ void StripChart::mousePressEvent(QMouseEvent *event) {
     } else if (const auto cursor = MeasuringCursorAt(event->position());
                event->button() == Qt::LeftButton && cursor) {
         heldCursor = cursor;
+        heldFrom = cursors->Time(*cursor).value();
     } else if (event->button() == Qt::LeftButton && place.part != Part::None) {
         drag.emplace(place, event->position(), timeWindow, VisibleTo(), AxisOf(place));
     }
@@ -198,7 +199,13 @@ bool StripChart::MoveByKey(const QKeyEvent &event) {
         PanValues(-panStep);
         return true;
     case Qt::Key_Escape:
-        if (cursorX) {
+        if (drag) {
+            drag->PutBack(timeWindow);
+            drag.reset();
+        } else if (heldCursor) {
+            cursors->Set(*heldCursor, heldFrom);
+            heldCursor.reset();
+        } else if (cursorX) {
             cursorX.reset();
         } else if (HasMeasuringCursor()) {
             cursors->Remove();

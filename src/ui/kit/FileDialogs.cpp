@@ -35,6 +35,7 @@ public:
         setObjectName(QStringLiteral("CommonDialog1"));
         // A desktop's own dialog may ask whether to replace a file before it adds the extension.
         setOption(DontUseNativeDialog);
+        setOption(DontConfirmOverwrite); // its question would show a name as rich text
         setDirectory(StartFolder());
         HelpByF1(*this);
     }
@@ -82,6 +83,12 @@ protected:
                             QMessageBox::Warning);
                 return;
             }
+        } else if (const QFileInfo file(selectedFiles().value(0));
+                   file.exists() && !file.isDir() &&
+                   !AskYesNo(
+                       tr("%1 already exists.\nDo you want to replace it?").arg(file.fileName()),
+                       windowTitle())) {
+            return;
         }
         QFileDialog::accept();
     }

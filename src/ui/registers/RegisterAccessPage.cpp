@@ -192,6 +192,7 @@ void RegisterAccessPage::ShowRegister(int index) {
     ShowAddress(entry.Address);
     ShowBitNames(ToQString(entry.BitLabels).split(QLatin1Char(':')));
     ShowValue(ReadRegister(entry.Address));
+    ShowBitTarget();
 }
 
 void RegisterAccessPage::ShowAddress(int32_t address) {
@@ -202,11 +203,13 @@ void RegisterAccessPage::ShowAddress(int32_t address) {
         CorrectText(*txtReadAddr, lblCurrentAddr->text().toUpper());
         txtReadAddr->selectAll();
     } else if (txtReadAddr->text() != lblCurrentAddr->text().toUpper()) {
-        const int caret = txtReadAddr->cursorPosition();
+        // Leading zeros go from before the caret, and the "H" comes behind it.
+        const auto shorter = txtReadAddr->text().size() - lblCurrentAddr->text().size();
+        const auto caret = txtReadAddr->cursorPosition() - std::max(shorter, qsizetype{0});
         // The same address in another form takes the place of what was typed.
         const auto show = AddressInBox() == address ? CorrectText : EnterText;
         show(*txtReadAddr, lblCurrentAddr->text().toUpper());
-        txtReadAddr->setCursorPosition(caret);
+        txtReadAddr->setCursorPosition(static_cast<int>(caret));
     }
     ShowBitTarget();
 }
@@ -214,7 +217,8 @@ void RegisterAccessPage::ShowAddress(int32_t address) {
 /// Bits are written to the address in the box: says so while another register is shown.
 void RegisterAccessPage::ShowBitTarget() {
     const int32_t address = AddressInBox();
-    if (address == HexValue(lblCurrentAddr->text().toStdString())) {
+    const bool anyBit = !lblBit.front()->text().isEmpty();
+    if (!anyBit || address == HexValue(lblCurrentAddr->text().toStdString())) {
         lblBitTarget->clear();
     } else if (address < 0 || address > LastRegister) {
         lblBitTarget->setText(tr("A click on a bit writes nothing: no register has this address"));
