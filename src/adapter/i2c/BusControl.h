@@ -32,7 +32,8 @@ struct BusChoice {
 
 /// What has become of the choice.
 struct BusReport {
-    bool isReady = false; ///< bus and address are chosen, claimed and still there
+    bool isOpen = false;  ///< the bus
+    bool isReady = false; ///< the bus is open and the address claimed
     bool hasChip = false; ///< one of the two chips has identified itself at the address
     /// What stands in the way, with the command that cures it if there is one; empty if nothing
     /// does.

@@ -75,6 +75,7 @@ BusReport I2cAdapter::Look() {
     if (choice.number == none) {
         report.obstacle = Claim();
     }
+    report.isOpen = bus.IsOpen();
     report.isReady = isClaimed;
     report.hasChip = isClaimed && PastOfAddress().hasChip;
     return report;

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QLabel>
+#include <QPushButton>
 #include <QScopedValueRollback>
 
 namespace ztm {
@@ -9,6 +10,19 @@ namespace ztm {
 namespace {
 
 bool messageShown = false;
+
+void Run(QMessageBox &box) {
+    box.setObjectName(QStringLiteral("MessageBox"));
+    // A box is as wide as its text; the title has to fit as well.
+    if (auto *label = box.findChild<QLabel *>(QStringLiteral("qt_msgbox_label"))) {
+        const int widest = label->fontMetrics().horizontalAdvance(box.windowTitle()) * 3 / 2;
+        if (label->sizeHint().width() < widest) {
+            label->setMinimumWidth(widest);
+        }
+    }
+    const QScopedValueRollback<bool> shown(messageShown, true);
+    box.exec();
+}
 
 } // namespace
 
@@ -18,13 +32,16 @@ bool IsMessageShown() {
 
 void ShowMessage(const QString &text, const QString &title, QMessageBox::Icon icon) {
     QMessageBox box(icon, title, text, QMessageBox::Ok, QApplication::activeWindow());
-    box.setObjectName(QStringLiteral("MessageBox"));
-    // A box is as wide as its text; the title has to fit as well.
-    if (auto *label = box.findChild<QLabel *>(QStringLiteral("qt_msgbox_label"))) {
-        label->setMinimumWidth(label->fontMetrics().horizontalAdvance(title) * 3 / 2);
-    }
-    const QScopedValueRollback<bool> shown(messageShown, true);
-    box.exec();
+    Run(box);
+}
+
+bool IsWarningAccepted(const QString &text, const QString &title, const QString &caption) {
+    QMessageBox box(QMessageBox::Warning, title, text, QMessageBox::Cancel,
+                    QApplication::activeWindow());
+    const QAbstractButton *accept = box.addButton(caption, QMessageBox::AcceptRole);
+    box.setDefaultButton(QMessageBox::Cancel);
+    Run(box);
+    return box.clickedButton() == accept;
 }
 
 } // namespace ztm

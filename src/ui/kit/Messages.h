@@ -12,4 +12,8 @@ bool IsMessageShown();
 void ShowMessage(const QString &text, const QString &title,
                  QMessageBox::Icon icon = QMessageBox::NoIcon);
 
+/// Warns the user, who has to press the button of that caption to go on and not Cancel, the
+/// default. Returns whether that was done.
+bool IsWarningAccepted(const QString &text, const QString &title, const QString &caption);
+
 } // namespace ztm
