@@ -35,9 +35,9 @@ struct BusAnswer {
 class VirtualI2cPort;
 
 /// The bus i2c-7 as the kernel shows it, for this process and for those that it starts with
-/// `preload` in their LD_PRELOAD, which see none of the machine's own. The program that uses it is
-/// linked with libumockdev-preload. One at a time; whatever uses it must have been closed before
-/// its end. Answers are asked for on a thread of the bus, one after the other.
+/// libumockdev-preload in their LD_PRELOAD, which see none of the machine's own. The program that
+/// uses it is linked with libumockdev-preload. One at a time; whatever uses it must have been
+/// closed before its end. Answers are asked for on a thread of the bus, one after the other.
 class VirtualI2c {
 public:
     /// Answers every transfer; told its number from 0 on.
@@ -67,8 +67,6 @@ public:
     bool IsClosedByAll();
     /// Where on this machine a file of the bus is kept.
     std::string File(const std::string &path) const;
-
-    static constexpr const char *preload = "libumockdev-preload.so.0";
 
 private:
     friend class VirtualI2cPort;

@@ -72,6 +72,11 @@ void I2cAdapter::Choose(const BusChoice &wanted) {
 
 BusReport I2cAdapter::Look() {
     LoseIfGone();
+    if (!isStarted && isClaimed && bus.Select(choice.address) != 0) {
+        bus.Unlock(choice.address); // a kernel driver has come
+        isClaimed = false;
+        report.obstacle = Claim();
+    }
     if (choice.number == none) {
         report.obstacle = Claim();
     }
@@ -138,6 +143,9 @@ void I2cAdapter::LoseIfGone() {
 
 /// What went wrong with a transfer. The bus itself can be busy too.
 std::string I2cAdapter::Explain(int error) const {
+    if (error == ENODEV) {
+        return HasLeft(choice.number);
+    }
     return error == EBUSY && !DriverAt(choice.number, choice.address).empty()
                ? CannotClaim(choice.number, choice.address, error)
                : PlaceText(choice.number, choice.address) + ": " + TransferFault(error);

@@ -38,7 +38,8 @@ void ShowMessage(const QString &text, const QString &title, QMessageBox::Icon ic
 bool IsWarningAccepted(const QString &text, const QString &title, const QString &caption) {
     QMessageBox box(QMessageBox::Warning, title, text, QMessageBox::Cancel,
                     QApplication::activeWindow());
-    const QAbstractButton *accept = box.addButton(caption, QMessageBox::AcceptRole);
+    QAbstractButton *accept = box.addButton(caption, QMessageBox::AcceptRole);
+    accept->setObjectName(QStringLiteral("cmdAccept"));
     box.setDefaultButton(QMessageBox::Cancel);
     Run(box);
     return box.clickedButton() == accept;
