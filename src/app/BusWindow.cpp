@@ -106,7 +106,9 @@ void BusWindow::ConnectSignals() {
 }
 
 void BusWindow::cmbAddress_Changed() {
-    if (isInUse && !IsAddressAccepted()) {
+    i2c::BusReport report;
+    LookAtI2cBus(&report);
+    if (isInUse && (report.hasChip || !IsAddressAccepted())) {
         const QSignalBlocker quiet(cmbAddress);
         cmbAddress->setCurrentIndex(cmbAddress->findData(chosen.address));
         return;

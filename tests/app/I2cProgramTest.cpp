@@ -12,6 +12,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <atomic>
 
 namespace ztm::test {
 namespace {
@@ -154,7 +155,7 @@ class I2cProgramSweep : public I2cProgram, public testing::WithParamInterface<si
 
 TEST_P(I2cProgramSweep, EndsTheStatedWayWhereverTheBusLeaves) {
     for (size_t index = GetParam();; index += sweepParts) {
-        bool hasLeft = false;
+        std::atomic<bool> hasLeft = false;
         const Ending ending = Run([&](size_t number, BusAnswer &answer) {
             answer.leaves = number == index;
             hasLeft = hasLeft || answer.leaves;

@@ -13,6 +13,7 @@
 #include <fstream>
 #include <grp.h>
 #include <linux/i2c.h>
+#include <mutex>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -41,30 +42,36 @@ constexpr ByteTransfer ReadOf(int registerAddress, int at = address) {
 class I2cTest : public testing::Test {
 protected:
     static constexpr int failed = -1;
+    using Fault = std::function<std::optional<BusAnswer>(size_t number, const ByteTransfer &)>;
 
     I2cTest() { Plug(); }
 
-    /// Plugs in the bus with the identity that its chip has.
     void Plug() {
         bus.Plug([this](size_t number, const ByteTransfer &transfer) {
-            return fault && fault(number, transfer)
-                       ? *fault(number, transfer)
-                       : BusAnswer{.data =
-                                       transfer.registerAddress == deviceId
-                                           ? identity
-                                           : static_cast<uint8_t>(transfer.registerAddress + 1)};
+            const std::lock_guard guard(lock);
+            const auto replaced = fault ? fault(number, transfer) : std::nullopt;
+            const bool isId = transfer.registerAddress == deviceId;
+            return replaced.value_or(BusAnswer{
+                .data = isId ? identity : static_cast<uint8_t>(transfer.registerAddress + 1)});
         });
     }
 
-    /// Must not be called while a transfer is under way.
+    void Identify(int id) {
+        const std::lock_guard guard(lock);
+        identity = static_cast<uint8_t>(id);
+    }
+    void SetFault(Fault newFault) {
+        const std::lock_guard guard(lock);
+        fault = std::move(newFault);
+    }
     void AnswerAll(const BusAnswer &answer) {
-        fault = [answer](auto...) { return std::optional(answer); };
+        SetFault([answer](auto...) { return std::optional(answer); });
     }
     void AnswerAt(size_t transfer, const BusAnswer &answer) {
         bus.ForgetTransfers();
-        fault = [=](size_t number, const ByteTransfer &) {
+        SetFault([=](size_t number, const ByteTransfer &) {
             return number == transfer ? std::optional(answer) : std::nullopt;
-        };
+        });
     }
 
     static int16_t Send(I2cAdapter &adapter, const Call &call, uint8_t *buffer) {
@@ -95,8 +102,9 @@ protected:
         return static_cast<size_t>(std::distance(begin(all), end(all)));
     }
 
+    std::mutex lock; ///< of the two that follow, which the bus uses on its thread
     uint8_t identity = 0x34;
-    std::function<std::optional<BusAnswer>(size_t, const ByteTransfer &)> fault;
+    Fault fault;
     VirtualI2c bus;
     TemporaryFolder folder;
     const std::string firmware = folder.Put("firmware.hex", ":00000001FF\n");
@@ -116,7 +124,8 @@ TEST_F(I2cTest, SendsByteTransfersToTheChosenAddressAloneAndNoneForAChoice) {
     EXPECT_EQ(ReadAt(adapter, 0x0B, 0x51), 0xFF);
     EXPECT_EQ(Send(adapter, Write(0x19, 0xFE), nullptr), 0);
     EXPECT_EQ(Send(adapter, Write(0x19, 0xFE, 0x51), nullptr), 0);
-    EXPECT_NE(Send(adapter, {0xDE, 0x50, 0x100, 1, 1}, &identity), 0);
+    uint8_t unused = 0;
+    EXPECT_NE(Send(adapter, {0xDE, 0x50, 0x100, 1, 1}, &unused), 0);
     EXPECT_NE(Send(adapter, {0xDE, 0x50, 0x10000, 0, 0}, nullptr), 0);
     EXPECT_THAT(bus.Transfers(), ElementsAre(ReadOf(deviceId), ReadOf(0x0B), ReadOf(0xFF),
                                              ByteTransfer{address, false, 0x19, 0xFE}));
@@ -129,7 +138,7 @@ TEST_F(I2cTest, SendsByteTransfersToTheChosenAddressAloneAndNoneForAChoice) {
     EXPECT_EQ(ObstacleOf({VirtualI2c::number, anotherAddress}), "");
     EXPECT_FALSE(adapter.Look().hasChip);
     EXPECT_EQ(Send(adapter, Write(0x19, 0xFE), nullptr), 0);
-    identity = 0x41;
+    Identify(0x41);
     EXPECT_EQ(ReadAt(deviceId), 0x41);
     EXPECT_EQ(Send(adapter, Write(0x19, 0xFE), nullptr), 0);
     EXPECT_THAT(bus.Transfers(), ElementsAre(ReadOf(deviceId, anotherAddress)));
@@ -156,8 +165,8 @@ TEST_F(I2cTest, TakesAnErrorForAnEmptyAddressOnlyWhereNoChipCanBeMeant) {
         for (const auto &[id, tries] :
              {std::pair(0, c.nothing), {0x41, c.another}, {0x33, c.ours}}) {
             SCOPED_TRACE(testing::Message() << strerror(c.error) << ", id " << id);
-            identity = static_cast<uint8_t>(id);
-            fault = nullptr;
+            Identify(id);
+            SetFault(nullptr);
             if (id == 0) {
                 AnswerAll({.error = c.error});
             }
@@ -212,7 +221,7 @@ TEST_F(I2cTest, WhereverTheBusLeavesItIsClosedAtOnceUntilTheNextStart) {
         EXPECT_EQ(ReadAt(0), failed);
         Plug();
         EXPECT_EQ(ReadAt(0), failed) << "plugged in again, not started";
-        fault = nullptr;
+        SetFault(nullptr);
         EXPECT_TRUE(Start());
         EXPECT_EQ(ReadAt(0), 1);
     }
