@@ -32,6 +32,7 @@ awk -v folder="$folder" '
     }
     {
         gsub(/\(simulated-board\.md\)/, "(simulated-board.html)")
+        gsub(/\(adapters\.md[^)]*\)/, "(adapters.html)") # anchors of files get lost
         add($0)
     }
     END { printf "\n## All windows\n\n%s", list > (folder "/index.md") }

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Installs the package into a fresh Debian, starts both programs there, and removes it again: they
+# Installs the package into a fresh Debian, starts the programs there, and removes it again: they
 # have to come up, and the package has to leave nothing behind. Needs root, debootstrap and a
 # mirror; takes a few minutes, most of them to fetch the distribution.
 #
@@ -67,10 +67,11 @@ inside apt-get satisfy -y -qq --no-install-recommends \
 files >"$root/tmp/before"
 
 inside dpkg -i /tmp/ztm-eval.deb >/dev/null
-if inside ldd /usr/lib/ztm-eval/ztm-eval /usr/lib/ztm-eval/ztm-eval-sim | grep "not found"; then
+if inside ldd /usr/lib/ztm-eval/ztm-eval{,-i2c,-sim} | grep "not found"; then
     exit 1
 fi
 start ztm-eval-sim "Search Wizard"
+start ztm-eval-i2c "I2C Bus"
 start ztm-eval "Search Wizard"
 
 inside dpkg --purge ztm-eval >/dev/null

@@ -7,6 +7,7 @@
 
 #include "TourBoard.h"
 #include "app/BoardWindow.h"
+#include "app/BusWindow.h"
 #include "link/CommFailure.h"
 #include "link/USBComms.h"
 #include "support/ClockDouble.h"
@@ -63,6 +64,7 @@ public:
         PlugIn(ztm::sim::Variant::ZTM7720, [this] { return clock.TotalSeconds(); });
         Regulation();
         StalledFan();
+        ChoiceOfTheBus();
     }
 
 private:
@@ -276,6 +278,15 @@ private:
         bench.findChild<QComboBox *>("cmbFan(0)")->setCurrentText("Stalled");
         Live(20);
         Picture("frmMain", "stalled-fan");
+    }
+
+    /// What ztm-eval-i2c begins with.
+    void ChoiceOfTheBus() {
+        ztm::BusWindow window;
+        window.show();
+        window.findChild<QComboBox *>("cmbBus")->setCurrentIndex(0);
+        window.findChild<QComboBox *>("cmbAddress")->setCurrentText("0x2C  (8-bit 0x58)");
+        Picture(window, "i2c-bus");
     }
 
     /// Advances the time of board and program.

@@ -1,5 +1,6 @@
 #include "TourBoard.h"
 
+#include "adapter/i2c/BusControl.h"
 #include "adapter/sim/BoardControl.h"
 #include "link/USBFunctions.h"
 
@@ -34,4 +35,14 @@ void ReadSimulatedBoard(ztm::sim::BoardSettings *settings, ztm::sim::BoardState 
 
 void ArrangeSimulatedBoard(const ztm::sim::BoardSettings *settings) {
     ztm::test::board->Arrange(*settings);
+}
+
+void ListI2cBuses(std::vector<ztm::i2c::ListedBus> *buses) {
+    *buses = {{7, "USB bridge at bus 001 device 004"}};
+}
+
+void ChooseI2cBus(const ztm::i2c::BusChoice * /*choice*/) {}
+
+void LookAtI2cBus(ztm::i2c::BusReport *report) {
+    *report = {.isOpen = true, .isReady = true, .obstacle = "", .lastError = ""};
 }

@@ -63,6 +63,10 @@ std::pair<int, int> AdapterContract::Heaters() const {
     return {reply[0], reply[1]};
 }
 
+std::pair<int, int> AdapterContract::OfThose(std::pair<int, int> duties) {
+    return GetParam().hasHeaters ? duties : std::pair(0, 0);
+}
+
 TEST_P(AdapterContract, FailsEveryRequestUntilItsFirmwareIsLoaded) {
     for (const Request &request : known) {
         ExpectFailure(request);
@@ -127,7 +131,7 @@ TEST_P(AdapterContract, SetsAndReadsTheHeaters) {
     Start();
     for (const auto &[first, second, expected] : steps) {
         Reply(setHeaters, first, second);
-        EXPECT_EQ(Heaters(), expected) << first << ", " << second;
+        EXPECT_EQ(Heaters(), OfThose(expected)) << first << ", " << second;
     }
 }
 
@@ -146,7 +150,7 @@ TEST_P(AdapterContract, FailsMalformedRequestsWithoutAnyEffect) {
         }
     }
     EXPECT_NE(Send(readRegister, GetParam().address, deviceID, nullptr), 0) << "no buffer";
-    EXPECT_EQ(Heaters(), std::pair(20, 80));
+    EXPECT_EQ(Heaters(), OfThose({20, 80}));
     EXPECT_EQ(Read(localHighLimit), limit);
 }
 

@@ -28,6 +28,9 @@ struct AdapterUnderTest {
     int32_t address = 0x50;
     int32_t emptyAddress = 0x51;
 
+    /// One without accepts the requests for them, and reads 0.
+    bool hasHeaters = true;
+
     /// Puts an adapter behind the entries that has just been plugged in: without firmware, and
     /// with a chip that nobody has written to since its power-on.
     std::function<void()> plugIn;
@@ -72,6 +75,8 @@ protected:
     int Read(int32_t address) const;
     void Write(int32_t address, int32_t data) const;
     std::pair<int, int> Heaters() const;
+    /// What an adapter reads after it was given these duties.
+    static std::pair<int, int> OfThose(std::pair<int, int> duties);
 };
 
 } // namespace ztm::test

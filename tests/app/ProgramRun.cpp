@@ -52,11 +52,11 @@ void CallUser() {
 
 Q_COREAPP_STARTUP_FUNCTION(CallUser)
 
-int Run(CompanionMaker companion) {
+int Run(CompanionMaker companion, Opening opening) {
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
     const ClockDouble clock;
     char name[] = "program";
-    const int exitCode = RunProgram(name, companion);
+    const int exitCode = RunProgram(name, companion, opening);
     Say("ended");
     return exitCode;
 }
@@ -77,8 +77,9 @@ void Step(const QString &step) {
     const QString name = step.section(QRegularExpression("[=+]"), 0, 0);
     const QString value = step.mid(name.size() + 1);
     if (step.startsWith('?')) {
-        const auto *list = qobject_cast<QListWidget *>(&OnScreen(step.mid(1)));
-        Say((list != nullptr ? list->item(0)->text() : TextOf(step.mid(1))).toStdString());
+        const QWidget &shown = OnScreen(step.mid(1));
+        const auto *list = qobject_cast<const QListWidget *>(&shown);
+        Say((list != nullptr ? list->item(0)->text() : TextOf(shown)).toStdString());
     } else if (step.startsWith("tab ")) {
         ClickTab(object);
     } else if (step.startsWith("later ")) {
@@ -105,7 +106,8 @@ void Step(const QString &step) {
 
 } // namespace
 
-Outcome RunProgramWith(const std::function<void()> &user, CompanionMaker companion) {
+Outcome RunProgramWith(const std::function<void()> &user, CompanionMaker companion,
+                       Opening opening) {
     std::array<int, 2> ends{};
     if (pipe(ends.data()) != 0) {
         std::abort();
@@ -115,7 +117,7 @@ Outcome RunProgramWith(const std::function<void()> &user, CompanionMaker compani
     if (child == 0) {
         pipeToTheTest = ends[1];
         userOfTheRun = user;
-        std::exit(Run(companion));
+        std::exit(Run(companion, opening));
     }
     close(ends[1]);
     Outcome run;

@@ -16,9 +16,10 @@ struct Outcome {
 };
 
 /// Runs the whole program in a process of its own, with a clock that nobody has to wait for.
-/// `user` acts in it once the wizard is up. A failure is said and answered, and "ended" is said
-/// after an end with the last window.
-Outcome RunProgramWith(const std::function<void()> &user, CompanionMaker companion = nullptr);
+/// `user` acts in it once the first window is up. A failure is said and answered, and "ended" is
+/// said after an end with the last window.
+Outcome RunProgramWith(const std::function<void()> &user, CompanionMaker companion = nullptr,
+                       Opening opening = Opening::Wizard);
 
 /// Tells the test something from the process of the program; a ";" comes behind it.
 void Say(const std::string &text);

@@ -3,9 +3,8 @@
 
 #include "adapter/sim/SimulatedBoard.h"
 #include "adapter/usb/UsbAdapter.h"
+#include "app/ShippedProgram.h"
 #include "support/VirtualAdapter.h"
-
-#include <QProcess>
 
 #include <gmock/gmock.h>
 
@@ -13,68 +12,30 @@ namespace ztm::test {
 namespace {
 
 const char firmware[] = ZTM_FIRMWARE_FOLDER "\\ZTM7720FW_v3.Hex";
-constexpr int longestRunMs = 60'000;
 
 constexpr uint8_t ramRequest = 0xA0;
 constexpr uint8_t handshakeRequest = 0xDF;
 constexpr uint8_t registerRequest = 0xDE;
 
-const std::string wholeSession = "register written\nclosed\n";
-const std::string nothingFound = "nothing found\n";
-const std::string failure = "message: Communication Failure - Check USB connections\n";
-
 const std::string running = IdText(usb::runningAdapter);
 const std::string loading = IdText(usb::loadingAdapter);
 
-/// What a run of the program came to.
-struct Ending {
-    std::string said; ///< by the user in its windows
-    int exitCode;
-
-    bool operator==(const Ending &) const = default;
-};
-
-std::ostream &operator<<(std::ostream &out, const Ending &ending) {
-    return out << "exit code " << ending.exitCode << " after:\n" << ending.said;
-}
-
-class UsbProgram : public testing::Test {
+class UsbProgram : public ShippedProgram {
 protected:
     UsbProgram() { board.LoadFirmWare(firmware); }
 
-    /// Starts the program with the user in it and waits for its end.
-    Ending Run() {
-        auto environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("LD_PRELOAD", QString(VirtualUsb::preload) + ":" + ZTM_USER);
-        environment.insert("QT_QPA_PLATFORM", "offscreen");
-        environment.insert("QT_LOGGING_RULES", "*.warning=false"); // about the platform
-        // What is preloaded stands before the run-time of the sanitizer, whose exit code must not
-        // pass for one of the program.
-        environment.insert("ASAN_OPTIONS", "verify_asan_link_order=0:exitcode=99");
-        QProcess program;
-        program.setProcessEnvironment(environment);
-        program.start(ZTM_PROGRAM, QStringList());
-        if (!program.waitForFinished(longestRunMs)) {
-            program.kill();
-            program.waitForFinished();
-            ADD_FAILURE() << "the program did not end";
-        }
-        errors = program.readAllStandardError().toStdString();
-        EXPECT_EQ(program.exitStatus(), QProcess::NormalExit) << errors;
-        return {program.readAllStandardOutput().toStdString(), program.exitCode()};
-    }
+    Ending Run() { return ShippedProgram::Run(ZTM_PROGRAM); }
 
     VirtualUsb bus;
     sim::SimulatedBoard board;
     VirtualAdapter device{bus, [this](auto... fields) { return board.VendorIORequest(fields...); }};
-    std::string errors; ///< what the last run wrote to standard error
 };
 
 TEST_F(UsbProgram, WorksOnTheChipFromTheWizardToARegisterWrite) {
     for (const bool isLoaded : {true, false}) {
         isLoaded ? device.PlugRunning() : device.PlugLoading();
         device.ForgetTransfers();
-        EXPECT_EQ(Run(), (Ending{wholeSession, EXIT_SUCCESS})) << errors;
+        EXPECT_EQ(Run(), wholeSession) << errors;
         EXPECT_EQ(errors, "");
         EXPECT_TRUE(bus.IsClosedByAll());
         uint8_t value = 0;
@@ -86,14 +47,14 @@ TEST_F(UsbProgram, WorksOnTheChipFromTheWizardToARegisterWrite) {
 }
 
 TEST_F(UsbProgram, FindsNothingAndSaysWhyWithoutAnAdapterOfItsOwn) {
-    EXPECT_EQ(Run(), (Ending{nothingFound, EXIT_SUCCESS}));
+    EXPECT_EQ(Run(), nothingFound);
     EXPECT_EQ(errors,
               "ztm-eval: no USB adapter " + running + " or " + loading + " is plugged in\n");
 
     device.PlugRunning();
     usb::UsbAdapter other;
     ASSERT_EQ(other.LoadFirmWare(firmware), 0);
-    EXPECT_EQ(Run(), (Ending{nothingFound, EXIT_SUCCESS}));
+    EXPECT_EQ(Run(), nothingFound);
     EXPECT_EQ(errors, "ztm-eval: the USB adapter " + running + " is in use by another program\n");
     EXPECT_EQ(device.TransferCount(), 0);
     EXPECT_EQ(other.VendorIORequest(handshakeRequest, 0, 0, 0, 0, nullptr), 0);
@@ -102,12 +63,12 @@ TEST_F(UsbProgram, FindsNothingAndSaysWhyWithoutAnAdapterOfItsOwn) {
 /// The stated end of a session that loses its adapter during this transfer.
 Ending EndingOfACut(const Transfer &transfer, bool afterRegisters) {
     if (transfer.request == ramRequest) {
-        return {nothingFound, EXIT_SUCCESS};
+        return nothingFound;
     }
     if (transfer.request == handshakeRequest && afterRegisters) {
-        return {wholeSession, EXIT_SUCCESS}; // the last one, which may fail silently
+        return wholeSession; // the last one, which may fail silently
     }
-    return {failure, EXIT_FAILURE};
+    return failure;
 }
 
 /// The sweep over all transfers is cut into parts that can run at the same time.
@@ -131,7 +92,7 @@ TEST_P(UsbProgramSweep, EndsTheStatedWayWhereverItIsUnplugged) {
         device.PlugLoading();
         const Ending ending = Run();
         if (!stated) { // the session was shorter
-            EXPECT_EQ(ending, (Ending{wholeSession, EXIT_SUCCESS}));
+            EXPECT_EQ(ending, wholeSession);
             EXPECT_GT(index, 20);
             return;
         }

@@ -4,6 +4,8 @@
 // end.
 
 #include <QApplication>
+#include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
@@ -11,6 +13,7 @@
 #include <QTest>
 #include <QTimer>
 
+#include <algorithm>
 #include <atomic>
 #include <cstdio>
 #include <ctime>
@@ -91,19 +94,49 @@ void Type(const char *box, const char *text) {
     QTest::keyClicks(&field, QLatin1String(text));
 }
 
-/// Lets the monitor run for a few ticks.
+/// Lets the monitor run for a few ticks; what waits after one is handled before the next.
 void WatchTicks() {
     int ticks = 0;
+    int handled = 0;
     auto *timer = Find<QWidget>("frmMain").findChild<QTimer *>(QStringLiteral("tmrMain"));
     QObject context;
-    QObject::connect(timer, &QTimer::timeout, &context, [&ticks] { ++ticks; });
+    QObject::connect(timer, &QTimer::timeout, &context, [&] {
+        if (ticks++ != handled) {
+            std::puts("input waits");
+        }
+        QMetaObject::invokeMethod(
+            &context, [&] { ++handled; }, Qt::QueuedConnection);
+    });
     if (!QTest::qWaitFor([&ticks] { return ticks >= wantedTicks; }, longestWaitMs)) {
         std::puts("no ticks");
     }
 }
 
+/// In the program that comes with a choice of the bus: chooses the first one, and the address 0x2C.
+bool ChooseBus() {
+    const auto windows = QApplication::topLevelWidgets();
+    if (std::none_of(windows.begin(), windows.end(), [](const QWidget *window) {
+            return window->objectName() == QLatin1String("BusWindow");
+        })) {
+        return true;
+    }
+    auto &addresses = Find<QComboBox>("cmbAddress");
+    Find<QComboBox>("cmbBus").setCurrentIndex(0);
+    addresses.setCurrentIndex(addresses.findData(0x2C));
+    if (!Find("cmdUse").isEnabled()) {
+        std::printf("%s\n", qPrintable(Find<QLabel>("lblState").text()));
+        Click("cmdQuit");
+        return false;
+    }
+    Click("cmdUse");
+    return true;
+}
+
 /// The wizard, Easy Setup with some ticks, a register read and a register write, the close box.
 void UseTheProgram() {
+    if (!ChooseBus()) {
+        return;
+    }
     Click("NextCMD");
     Click("NextCMD");
     if (!Find("FinishCMD").isEnabled()) {

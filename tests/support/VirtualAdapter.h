@@ -11,7 +11,7 @@ namespace ztm::test {
 /// How the program writes an id: the digits of vendor and product, as in 1209:0001.
 std::string IdText(UsbId id);
 
-/// A USB adapter on a virtual bus, built from docs/adapter-protocol.md alone. Behind it stands a
+/// A USB adapter on a virtual bus, built from docs/adapters.md alone. Behind it stands a
 /// board with the signature of VendorIORequest.
 class VirtualAdapter {
 public:

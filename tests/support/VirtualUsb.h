@@ -49,10 +49,11 @@ inline constexpr std::chrono::milliseconds never{-1};
 
 class VirtualPort;
 
-/// A USB bus with room for one device, for this process and for those that it starts with `preload`
-/// in their LD_PRELOAD: libusb finds it in place of the machine's own. The program that uses it is
-/// linked with libumockdev-preload. One at a time; whatever uses it must have been closed before
-/// its end. A device's answers are asked for on a thread of the bus, one after the other.
+/// A USB bus with room for one device, for this process and for those that it starts with
+/// libumockdev-preload in their LD_PRELOAD: libusb finds it in place of the machine's own. The
+/// program that uses it is linked with libumockdev-preload. One at a time; whatever uses it must
+/// have been closed before its end. A device's answers are asked for on a thread of the bus, one
+/// after the other.
 class VirtualUsb {
 public:
     using Device = std::function<Answer(const Transfer &)>;
@@ -68,8 +69,6 @@ public:
     bool IsClosedByAll();
     /// Where on this machine the file of the device is kept.
     std::string Node() const;
-
-    static constexpr const char *preload = "libumockdev-preload.so.0";
 
 private:
     friend class VirtualPort;

@@ -31,13 +31,16 @@ QObject &FindObject(const QString &name) {
 }
 
 QString TextOf(const QString &name) {
-    QObject &object = FindObject(name);
-    for (const char *property : {"text", "plainText"}) {
-        if (const QVariant text = object.property(property); text.isValid()) {
+    return TextOf(FindObject(name));
+}
+
+QString TextOf(const QObject &control) {
+    for (const char *property : {"text", "plainText", "currentText"}) {
+        if (const QVariant text = control.property(property); text.isValid()) {
             return text.toString();
         }
     }
-    throw std::runtime_error("a control without text: " + name.toStdString());
+    throw std::runtime_error("a control without text: " + control.objectName().toStdString());
 }
 
 bool IsEnabled(const QString &name) {

@@ -30,6 +30,7 @@ Object &Find(const QString &name) {
 
 /// The text of a label, button or box.
 QString TextOf(const QString &name);
+QString TextOf(const QObject &control);
 
 bool IsEnabled(const QString &name);
 

@@ -18,7 +18,7 @@ struct Bounds {
 };
 
 /// The USB adapter: everything behind the two functions of link/USBFunctions.h, as described in
-/// docs/adapter-protocol.md. Every call is bounded in time. Not thread-safe.
+/// docs/adapters.md. Every call is bounded in time. Not thread-safe.
 class UsbAdapter {
 public:
     explicit UsbAdapter(const Bounds &bounds = {}) : bounds(bounds) {}

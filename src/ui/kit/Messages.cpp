@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QLabel>
+#include <QPushButton>
 #include <QScopedValueRollback>
 
 #include <algorithm>
@@ -42,6 +43,16 @@ bool AskYesNo(const QString &question, const QString &title) {
                     QApplication::activeWindow());
     box.setDefaultButton(QMessageBox::No);
     return Show(box) == QMessageBox::Yes;
+}
+
+bool IsWarningAccepted(const QString &text, const QString &title, const QString &caption) {
+    QMessageBox box(QMessageBox::Warning, title, text, QMessageBox::Cancel,
+                    QApplication::activeWindow());
+    QAbstractButton *accept = box.addButton(caption, QMessageBox::AcceptRole);
+    accept->setObjectName(QStringLiteral("cmdAccept"));
+    box.setDefaultButton(QMessageBox::Cancel);
+    Show(box);
+    return box.clickedButton() == accept;
 }
 
 } // namespace ztm

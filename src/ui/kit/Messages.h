@@ -15,4 +15,8 @@ void ShowMessage(const QString &text, const QString &title,
 /// Asks a question and returns whether the answer is yes. No is the default.
 bool AskYesNo(const QString &question, const QString &title);
 
+/// Warns the user, who has to press the button of that caption to go on and not Cancel, the
+/// default. Returns whether that was done.
+bool IsWarningAccepted(const QString &text, const QString &title, const QString &caption);
+
 } // namespace ztm

@@ -37,7 +37,11 @@ void EndAfterCommFailure() {
     EndProgramAtOnce(EXIT_FAILURE);
 }
 
-int RunProgram(char *name, CompanionMaker companion) {
+void OpenWizard() {
+    ShowForm<InitForm>();
+}
+
+int RunProgram(char *name, CompanionMaker companion, Opening opening) {
     int argumentCount = 1;
     char *arguments[] = {name, nullptr};
     QApplication application(argumentCount, arguments);
@@ -56,7 +60,9 @@ int RunProgram(char *name, CompanionMaker companion) {
     if (beside) {
         beside->show();
     }
-    ShowForm<InitForm>();
+    if (opening == Opening::Wizard) {
+        OpenWizard();
+    }
     return QApplication::exec();
 }
 

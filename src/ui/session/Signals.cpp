@@ -60,6 +60,8 @@ void CloseProgram() {
         }
         if (window != nullptr) {
             window->close();
+        } else {
+            QCoreApplication::exit(EXIT_SUCCESS); // a companion is alone
         }
         return;
     }

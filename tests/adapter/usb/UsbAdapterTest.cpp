@@ -3,6 +3,7 @@
 
 #include "adapter/usb/UsbAdapter.h"
 #include "support/AdapterDouble.h"
+#include "support/FileRights.h"
 #include "support/HexRecords.h"
 #include "support/TemporaryFile.h"
 #include "support/VirtualAdapter.h"
@@ -11,10 +12,8 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <linux/capability.h>
 #include <numeric>
 #include <sys/stat.h>
-#include <sys/syscall.h>
 #include <umockdev.h>
 #include <unistd.h>
 
@@ -231,15 +230,10 @@ TEST_F(UsbTest, SaysWhatHelpsWhenThereIsNoAdapterOrNoPermission) {
 
     device.PlugRunning();
     ASSERT_EQ(chmod(bus.Node().c_str(), 0), 0);
-    // The access rights of files shall hold for this thread even when it is root's.
-    __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
-    std::array<__user_cap_data_struct, 2> before{};
-    syscall(SYS_capget, &header, before.data());
-    auto without = before;
-    without[0].effective &= ~(1U << CAP_DAC_OVERRIDE | 1U << CAP_DAC_READ_SEARCH);
-    syscall(SYS_capset, &header, without.data());
-    const std::string reason = ReasonOfFailedStart(firmware);
-    syscall(SYS_capset, &header, before.data());
+    const std::string reason = [this] {
+        const FileRightsHold rights;
+        return ReasonOfFailedStart(firmware);
+    }();
 
     const size_t rule = std::min(reason.find("SUBSYSTEM"), reason.size());
     EXPECT_EQ(reason.substr(0, rule),
