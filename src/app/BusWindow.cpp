@@ -17,6 +17,8 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace ztm {
 namespace {
 
@@ -128,8 +130,6 @@ void BusWindow::cmdUse_Click() {
     cmdQuit->hide();
     lblState->setMinimumHeight(fontMetrics().lineSpacing());
     ShowReport();
-    layout()->activate();
-    adjustSize();
     emit BusChosen();
 }
 
@@ -212,10 +212,22 @@ QString BusWindow::StateText(const i2c::BusReport &report) const {
                           : tr("In use, with no chip yet: the address can be changed.");
 }
 
+/// Before the bus is in use there is room for what is usual, and the window only grows.
+void BusWindow::FitToState() {
+    if (isVisible()) {
+        layout()->activate();
+        const int needed = layout()->totalHeightForWidth(width());
+        resize(width(), isInUse ? needed : std::max(height(), needed));
+    }
+}
+
 void BusWindow::ShowReport() {
     i2c::BusReport report;
     LookAtI2cBus(&report);
-    lblState->setText(StateText(report));
+    if (const QString state = StateText(report); state != lblState->text()) {
+        lblState->setText(state);
+        FitToState();
+    }
     lblTransfers->setText(tr("%1, of which %2 failed").arg(report.transfers).arg(report.errors));
     lblLastError->setText(report.lastError.empty() ? tr("none") : ToQString(report.lastError));
     Enable(*cmdUse, report.isReady, lblState->text());

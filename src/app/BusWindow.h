@@ -45,6 +45,7 @@ private:
     i2c::BusChoice Choice() const;
     void Choose();
     QString StateText(const i2c::BusReport &report) const;
+    void FitToState();
     void ShowReport();
 
     std::vector<i2c::ListedBus> buses; ///< in the order of cmbBus
