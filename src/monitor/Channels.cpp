@@ -5,6 +5,7 @@
 #include "link/GeneralSubs.h"
 #include "link/LinkState.h"
 #include "link/USBComms.h"
+#include "monitor/Events.h"
 
 #include <algorithm>
 #include <limits>
@@ -122,6 +123,7 @@ std::array<bool, ChannelCount> ReadAlerts() {
     std::array<bool, ChannelCount> alarms{};
     const int third = ReadRegister(status3);
     if ((third & alertBit) == 0) {
+        NoteAlarms(alarms);
         return alarms;
     }
     const int first = ReadRegister(status1);
@@ -130,6 +132,7 @@ std::array<bool, ChannelCount> ReadAlerts() {
         return (first & bits.status1) != 0 || (second & bits.status2) != 0 ||
                (third & bits.status3) != 0;
     });
+    NoteAlarms(alarms);
     return alarms;
 }
 
