@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/instruments/StripChartDrag.h"
+#include "ui/instruments/StripChartEvents.h"
 #include "ui/instruments/StripChartLimits.h"
 #include "ui/instruments/StripChartSetup.h"
 #include "ui/instruments/TimeWindow.h"
@@ -33,7 +34,8 @@ struct PictureTexts;
 /// click returns to the newest sample. A trace whose newest value is beyond its axis has an arrow
 /// with its name at that edge: a click on it fits the axis. Keys: arrows and Page Up and Down move,
 /// + and - zoom time, with Ctrl the values; Home fits the values, End returns to the newest sample,
-/// Ctrl and left or right move the cursor, Escape removes it.
+/// Ctrl and left or right move the cursor, Escape removes it; M asks for a mark there, or at this
+/// moment where there is no cursor.
 class StripChart : public QWidget {
     Q_OBJECT
     Q_PROPERTY(QStringList labels READ Labels)
@@ -64,6 +66,10 @@ public:
     /// Shows the limits of a channel, if one of the traces is of it, as dashed lines of its colour.
     void SetLimits(const LimitLines &lines);
 
+    /// Shows events as ticks above the time axis, which the cursor reads out, and lets the user ask
+    /// for their list and for marks. The history of events must outlive the chart.
+    void SetEvents(StripChartEvents shown);
+
     /// Call after each Append() to, or Clear() of, the history.
     void HistoryChanged();
 
@@ -88,6 +94,8 @@ public:
     /// Shows all that the history still has.
     void ShowWholeHistory();
     void BackToLive();
+    /// Moves a time to the middle, if the history has it, and the cursor there.
+    void ShowTime(double time);
     void CopyPicture() const;
     /// Writes a PNG, SVG or PDF according to the file extension, with a title, the device, the date
     /// and units; false on failure.
@@ -98,6 +106,12 @@ public:
 
     QSize sizeHint() const override { return {560, 320}; }
     QSize minimumSizeHint() const override { return {200, 140}; }
+
+signals:
+    /// The user asks for the list of the events.
+    void EventsWanted();
+    /// A mark of the user's own, of one line.
+    void MarkEntered(double time, const QString &text);
 
 protected:
     bool event(QEvent *event) override;
@@ -141,6 +155,9 @@ private:
 
     bool UpdateCursor();
     void RedrawCursor();
+    bool ShowTicks(bool anew);
+    QStringList EventsAt(double x) const;
+    void AskForMark();
     QString ReadingOf(const StripChartSetup::Trace &trace, int column) const;
 
     QString SourceText() const;
@@ -158,6 +175,8 @@ private:
     std::unique_ptr<StripChartLabels> labels;
     StripChartLimits limitItems;
     LimitLines limits;
+    StripChartEvents events;
+    uint64_t shownEvents = 0;                                // the version whose ticks are shown
     std::array<int, ChannelHistory::channelCount> outside{}; // -1 below, 1 above its axis
     const QString notLiveNotice = tr("Not live: double click or End to return");
     QPointer<QMenu> menu;

@@ -175,6 +175,12 @@ bool StripChart::MoveByKey(const QKeyEvent &event) {
         }
         cursorX.reset();
         return true;
+    case Qt::Key_M:
+        if (control || events.history == nullptr) {
+            return false;
+        }
+        AskForMark();
+        return true;
     case Qt::Key_F10:
         if (!event.modifiers().testFlag(Qt::ShiftModifier)) {
             return false;
@@ -250,6 +256,11 @@ void StripChart::FillMenu(QMenu &target) {
     target.addAction(tr("&Save Picture..."), this, &StripChart::AskAndSavePicture);
     target.addAction(tr("Save Visible &Range..."), this, &StripChart::AskAndSaveVisibleRange)
         ->setEnabled(any);
+    if (events.history != nullptr) {
+        target.addSeparator();
+        add(tr("Add &Mark..."), Qt::Key_M, &StripChart::AskForMark);
+        target.addAction(tr("&Events..."), this, &StripChart::EventsWanted);
+    }
 }
 
 void StripChart::AskAndSavePicture() {

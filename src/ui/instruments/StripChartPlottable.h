@@ -1,18 +1,11 @@
 #pragma once
 
 #include "ui/instruments/StripChartColumns.h"
+#include "ui/instruments/TimeText.h"
 
 #include <qcustomplot.h>
 
 namespace ztm {
-
-/// Seconds since a midnight as time of day, "HH MM SS" or with another separator, with 0 to 3
-/// decimals of a second.
-QString TimeOfDayText(double seconds, QChar separator, int decimals = 0);
-
-/// The local date of a time in seconds since the midnight before the clock started, as in
-/// "2026-11-23".
-QString DateText(double seconds);
 
 /// Labels a time axis in seconds since a midnight with "HH MM SS" of the time of day.
 class TimeOfDayTicker final : public QCPAxisTickerTime {

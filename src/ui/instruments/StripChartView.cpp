@@ -130,6 +130,9 @@ bool StripChart::UpdateCursor() {
                             plot->Traces()[index]->pen().color()});
         }
     }
+    for (const QString &text : EventsAt(x)) {
+        rows.push_back({text, QString(), QColor()});
+    }
     return plot->Overlay().ShowCursor(x, std::move(rows));
 }
 
@@ -177,7 +180,7 @@ bool StripChart::SaveVisibleRange(const QString &path) const {
             shown.push_back({trace.channel, setup.NameOf(trace), trace.unit});
         }
     }
-    return SaveRange(history, {VisibleFrom(), VisibleTo(), SourceText()}, shown, path);
+    return SaveRange(history, {VisibleFrom(), VisibleTo(), SourceText(), events}, shown, path);
 }
 
 } // namespace ztm
