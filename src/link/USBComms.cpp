@@ -4,6 +4,7 @@
 #include "link/CommFailure.h"
 #include "link/Heaters.h"
 #include "link/LinkNewComPort06.h"
+#include "link/LinkObserver.h"
 #include "link/LinkState.h"
 #include "link/Registers.h"
 #include "link/USBFunctions.h"
@@ -25,6 +26,7 @@ constexpr int handshakeTries = 1000;
 constexpr double handshakeSpacingSeconds = 0.2;
 
 FanControlButtons *fanControlButtons = nullptr;
+LinkObserver *linkObserver = nullptr;
 
 bool IsRegister(int32_t address) {
     return address >= 0 && address <= LastRegister;
@@ -73,6 +75,9 @@ void WriteRegister(int32_t address, int32_t data) {
         PortWriteByte(DeviceAddress, static_cast<uint8_t>(address), static_cast<uint8_t>(data));
         WaitForSmbus();
     }
+    if (linkObserver != nullptr && CommsMedium != MediumNone) {
+        linkObserver->RegisterWritten(address, data);
+    }
     AfterRegisterWrite(address);
 }
 
@@ -102,6 +107,9 @@ void SetHeaterDuty(int32_t duty1, int32_t duty2) {
     if (duty2 != HeaterUnchanged) {
         Heaters[1].Pwm = duty2;
     }
+    if (linkObserver != nullptr) {
+        linkObserver->HeaterDutiesSet({duty1, duty2});
+    }
 }
 
 uint8_t ReadHeaterDuty() {
@@ -115,9 +123,16 @@ void SetFanControlButtons(FanControlButtons *buttons) {
     fanControlButtons = buttons;
 }
 
+void SetLinkObserver(LinkObserver *observer) {
+    linkObserver = observer;
+}
+
 void AfterRegisterWrite(int32_t address) {
     if (address == Configuration1) {
         const bool isSet = (ReadRegister(Configuration1) & SoftwareTableBit) != 0;
+        if (linkObserver != nullptr) {
+            linkObserver->ControlTypeRead(isSet);
+        }
         if (fanControlButtons == nullptr) {
             return;
         }

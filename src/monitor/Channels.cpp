@@ -6,6 +6,7 @@
 #include "link/GeneralSubs.h"
 #include "link/LinkState.h"
 #include "link/USBComms.h"
+#include "monitor/Events.h"
 
 #include <algorithm>
 #include <limits>
@@ -138,6 +139,7 @@ std::array<bool, ChannelCount> ReadAlerts() {
                        });
     }
     LastAlerts = {alarms, RunningSeconds()};
+    NoteAlarms(alarms);
     return alarms;
 }
 

@@ -4,6 +4,7 @@
 #include "common/Clock.h"
 #include "link/Heaters.h"
 #include "link/USBComms.h"
+#include "monitor/Events.h"
 
 #include <algorithm>
 
@@ -22,6 +23,10 @@ int LimitedDuty(int percent) {
 
 std::optional<int> HeaterRamp::Step(double now) {
     const HeaterSettings &settings = At(Heaters, heater);
+    if (started && !settings.SoftwareControl) {
+        started = false;
+        AddEvent(Name() + " ended");
+    }
     if (!settings.SoftwareControl ||
         now - lastStepTime <= settings.IntervalMs / millisecondsPerSecond) {
         return std::nullopt;
@@ -32,6 +37,10 @@ std::optional<int> HeaterRamp::Step(double now) {
     return duty;
 }
 
+std::string HeaterRamp::Name() const {
+    return "Heater " + std::to_string(heater + 1) + ": ramp";
+}
+
 /// Reverses the ramp when it has reached an end.
 int HeaterRamp::Next() {
     HeaterSettings &settings = At(Heaters, heater);
@@ -40,6 +49,8 @@ int HeaterRamp::Next() {
     const int high = LimitedDuty(settings.HighPct);
     if (settings.StartPending) {
         settings.StartPending = false;
+        started = true;
+        AddEvent(Name() + " started, " + std::to_string(low) + " to " + std::to_string(high) + "%");
         return low;
     }
     ReadHeaterDuty();

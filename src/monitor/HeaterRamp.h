@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 
 namespace ztm {
 
@@ -17,9 +18,11 @@ public:
 
 private:
     int Next();
+    std::string Name() const;
 
     int heater;
     double lastStepTime = 0; // RunningSeconds
+    bool started = false;
 };
 
 } // namespace ztm

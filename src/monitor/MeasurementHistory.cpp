@@ -2,7 +2,10 @@
 
 #include "common/At.h"
 #include "common/Clock.h"
+#include "common/NumberText.h"
+#include "common/Numbers.h"
 #include "monitor/Channels.h"
+#include "monitor/Events.h"
 #include "monitor/MonitorSettings.h"
 
 #include <algorithm>
@@ -29,6 +32,7 @@ void LeaveGap(double elapsedSeconds, double periodSeconds) {
         ChannelHistory::Values none;
         none.fill(Extent::gap);
         history.Append(history.LastTime() + period, none);
+        AddEvent("Measured again after " + NumberText(RoundToDecimals(elapsedSeconds, 1)) + " s");
     }
 }
 

@@ -5,6 +5,7 @@
 #include "common/NumberText.h"
 #include "common/Numbers.h"
 #include "files/TextFile.h"
+#include "monitor/Events.h"
 
 namespace ztm {
 namespace {
@@ -83,6 +84,7 @@ std::string StartLog(const std::string &path, const LogSettings &settings) {
     LogEntryCount = 0;
     lastLook = RunningSeconds();
     problem.clear();
+    AddEvent("Log started");
     return {};
 }
 
@@ -106,6 +108,9 @@ void WatchLogFile() {
 }
 
 void StopLog() {
+    if (LoggingActive) {
+        AddEvent("Log stopped");
+    }
     LoggingActive = false;
     LogStartTime = 0;
     if (!file.Close()) {

@@ -9,6 +9,7 @@
 #include "link/Heaters.h"
 #include "link/LinkState.h"
 #include "monitor/Channels.h"
+#include "monitor/Events.h"
 #include "monitor/MeasurementHistory.h"
 #include "monitor/MeasurementLog.h"
 #include "monitor/MonitorSettings.h"
@@ -28,6 +29,7 @@ void ResetCoreState() {
     ResetMeasurements();
     ResetMeasurementHistory();
     ResetMeasurementLog();
+    ResetEvents();
     ResetLookupGraphScale();
     ResetLookupTables();
     SetCommFailureHandler({});

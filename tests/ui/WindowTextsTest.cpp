@@ -1,6 +1,7 @@
 #include "support/TemporaryFile.h"
 #include "support/UiTest.h"
 #include "ui/display/frmBigGraph.h"
+#include "ui/display/frmEvents.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemModel>
@@ -122,6 +123,8 @@ protected:
         texts += TextsOf("frmMain");
         ShowForm<frmBigGraph>();
         texts += TextsOf("frmBigGraph");
+        ShowForm<frmEvents>();
+        texts += TextsOf("frmEvents");
         ForEveryDialog([&](const char *window) {
             texts += TextsOf(window);
             for (auto *box : Find(window).findChildren<QLineEdit *>()) {

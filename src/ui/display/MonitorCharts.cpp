@@ -3,6 +3,7 @@
 #include "common/At.h"
 #include "link/LinkState.h"
 #include "monitor/Channels.h"
+#include "monitor/Events.h"
 #include "monitor/MeasurementHistory.h"
 #include "monitor/MonitorSettings.h"
 #include "ui/display/MeasurementPanel.h"
@@ -105,6 +106,10 @@ StripChart *NewChart(const char *name, const QString &accessibleName, StripChart
     chart->setAccessibleName(accessibleName);
     chart->setToolTip(
         MonitorCharts::tr("Drag the arrows at the edges of this graph to zoom in and out"));
+    chart->SetEvents({&Events(), EventText});
+    QObject::connect(chart, &StripChart::MarkEntered, chart, [](double time, const QString &text) {
+        AddEvent(text.toStdString(), NoChannel, time);
+    });
     return chart;
 }
 
@@ -120,6 +125,7 @@ MonitorCharts::MonitorCharts(const LabelRows &rows, QWidget *parent)
     layout->setContentsMargins(0, 0, 0, 0);
     for (auto *chart : {stpTempFan, stpTemp, stpFan}) {
         layout->addWidget(chart, 1);
+        connect(chart, &StripChart::EventsWanted, this, [this] { emit EventsWanted(this); });
         chart->hide();
         chart->ShareCursors(SharedCursors());
         connect(chart, &StripChart::ClearWanted, this, &MonitorCharts::ClearHistory);
@@ -170,6 +176,12 @@ void MonitorCharts::LayOutForVariant() {
 void MonitorCharts::ShowLimits(const LimitLines &lines) {
     for (auto *chart : {stpTempFan, stpTemp, stpFan}) {
         chart->SetLimits(lines);
+    }
+}
+
+void MonitorCharts::ShowTime(double time) {
+    for (auto *chart : {stpTempFan, stpTemp, stpFan}) {
+        chart->ShowTime(time);
     }
 }
 

@@ -35,6 +35,13 @@ public:
     /// Call when the history has grown.
     void HistoryChanged();
 
+    /// Moves a time to the middle of the charts, if the history has it, and the cursor there.
+    void ShowTime(double time);
+
+signals:
+    /// The user asks for the list of the events.
+    void EventsWanted(MonitorCharts *opener);
+
 private:
     void ClearHistory();
 

@@ -40,4 +40,10 @@ QString NameOfChannel(int channel) {
     return ToQString(HasOneFan() ? known.NameZTM7710 : known.Name);
 }
 
+QString EventText(const Event &event) {
+    const QString text = ToQString(event.text);
+    return event.channel < 0 ? text
+                             : QStringLiteral("%1: %2").arg(NameOfChannel(event.channel), text);
+}
+
 } // namespace ztm

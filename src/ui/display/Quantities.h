@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/EventHistory.h"
 #include "monitor/Channels.h"
 
 #include <QString>
@@ -24,5 +25,8 @@ QString ValueText(int channel, double value);
 
 /// The name of a channel on the current variant.
 QString NameOfChannel(int channel);
+
+/// As in "Local: Alarm on".
+QString EventText(const Event &event);
 
 } // namespace ztm

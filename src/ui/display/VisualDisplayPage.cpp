@@ -10,6 +10,7 @@
 #include "ui/display/MonitorCharts.h"
 #include "ui/display/Quantities.h"
 #include "ui/display/frmBigGraph.h"
+#include "ui/display/frmEvents.h"
 #include "ui/display/frmGraphOptions.h"
 #include "ui/display/frmSetupLog.h"
 #include "ui/instruments/Gauge.h"
@@ -108,6 +109,7 @@ void VisualDisplayPage::ConnectSignals() {
         connect(Limits[index], &Gauge::PointerChanged, this,
                 [this, gauge] { ApplyGaugeLimits(gauge); });
     }
+    connect(charts, &MonitorCharts::EventsWanted, this, &VisualDisplayPage::ShowEvents);
     connect(alerts, &AlertList::ChannelChosen, this, &VisualDisplayPage::optMeasure_Click);
     connect(limitBoxes, &LimitBoxes::LowEntered, this,
             [this](double value) { EnterLimit(&Gauge::SetLowPointer, value); });
@@ -253,6 +255,9 @@ void VisualDisplayPage::TickDone() {
     if (isVisible()) {
         alerts->ShowValues();
     }
+    if (auto *events = LoadedForm<frmEvents>()) {
+        events->Follow();
+    }
 }
 
 void VisualDisplayPage::cmdEasySetup_Click() {
@@ -274,9 +279,23 @@ void VisualDisplayPage::cmdGraphOptions_Click() {
 void VisualDisplayPage::ShowOptions() {
     charts->ShowGraphType();
     ShowPointers(); // a full-screen graph may have opened
+    if (auto *bigGraph = LoadedForm<frmBigGraph>()) {
+        connect(&bigGraph->Charts(), &MonitorCharts::EventsWanted, this,
+                &VisualDisplayPage::ShowEvents, Qt::UniqueConnection);
+    }
     if (!LimitMonitorEnabled) {
         alerts->ForgetAlerts();
     }
+}
+
+void VisualDisplayPage::ShowEvents(MonitorCharts *opener) {
+    eventsOpener = opener;
+    connect(&ShowForm<frmEvents>(opener), &frmEvents::Chosen, this, &VisualDisplayPage::ShowTime,
+            Qt::UniqueConnection);
+}
+
+void VisualDisplayPage::ShowTime(double time) {
+    (eventsOpener ? eventsOpener.data() : charts)->ShowTime(time);
 }
 
 void VisualDisplayPage::cmdSetUpLog_Click() {

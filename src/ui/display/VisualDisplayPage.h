@@ -2,6 +2,7 @@
 
 #include "monitor/Channels.h"
 
+#include <QPointer>
 #include <QWidget>
 
 #include <array>
@@ -59,6 +60,8 @@ private:
     void ApplyGaugeLimits(int gauge);
 
     void ShowOptions();
+    void ShowEvents(MonitorCharts *opener);
+    void ShowTime(double time);
     void optMeasure_Click(int channel);
     void cmdEasySetup_Click();
     void cmdSetUpLog_Click();
@@ -66,6 +69,7 @@ private:
     bool MonitorTabReady = false;
 
     MonitorCharts *charts;
+    QPointer<MonitorCharts> eventsOpener; // where the window of events leads to
     AlertList *alerts;
     std::array<Gauge *, 3> Limits; // temperature, fan speed, THERM%
     LimitBoxes *limitBoxes;

@@ -9,6 +9,7 @@
 #include "link/Registers.h"
 #include "link/USBComms.h"
 #include "monitor/Channels.h"
+#include "monitor/Events.h"
 #include "ui/fan/ControlSourceBoxes.h"
 #include "ui/fan/LookupGraph.h"
 #include "ui/fan/LookupGraphPanel.h"
@@ -326,6 +327,7 @@ bool frmAutoControl::Apply() {
             At(chipRpm, point) = rpm == 0 ? StoppedLookupRpm : rpm;
         }
     }
+    AddEvent("Lookup table applied");
     MarkPoints();
     WriteRegister(FanBehaviour, ChosenBehaviour(cmbControl, *cmbSource33));
     return true;

@@ -6,6 +6,7 @@
 #include "link/GeneralSubs.h"
 #include "link/LinkState.h"
 #include "monitor/Channels.h"
+#include "monitor/Events.h"
 #include "ui/kit/Controls.h"
 #include "ui/kit/Fields.h"
 #include "ui/kit/FileDialogs.h"
@@ -260,6 +261,7 @@ bool frmLookup::Apply() {
     for (int point = 0; point < LookupPoints; ++point) {
         WritePointRpm(point, NumberIn(*At(txtRPM, point)));
     }
+    AddEvent("Lookup table applied");
     return true;
 }
 

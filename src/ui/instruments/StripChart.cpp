@@ -165,6 +165,9 @@ void StripChart::Follow() {
         plot->replot(QCustomPlot::rpQueuedReplot);
         return;
     }
+    if (ShowTicks(false)) {
+        plot->update(plot->Overlay().TickBand());
+    }
     const bool noticed = ShowNotice();
     if (ShowOutside(false) || noticed) {
         plot->update();
@@ -214,6 +217,7 @@ void StripChart::BeforeReplot() {
     ShowNotice();
     ShowOutside(true);
     ShowMeasuringCursors();
+    ShowTicks(true);
     UpdateCursor();
 }
 

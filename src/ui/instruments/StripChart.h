@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/instruments/StripChartDrag.h"
+#include "ui/instruments/StripChartEvents.h"
 #include "ui/instruments/StripChartLimits.h"
 #include "ui/instruments/StripChartSetup.h"
 #include "ui/instruments/TimeWindow.h"
@@ -35,7 +36,8 @@ struct PictureTexts;
 /// with its name at that edge: a click on it fits the axis. Keys: arrows and Page Up and Down move,
 /// + and - zoom time, with Ctrl the values; Home fits the values, End returns to the newest sample,
 /// Ctrl and left or right move the read-out, Escape removes it. 1 and 2 set the measuring cursors A
-/// and B at the read-out, to be dragged by the mouse; Delete or Escape removes both.
+/// and B at the read-out, to be dragged by the mouse; Delete or Escape removes both. M asks for a
+/// mark at the read-out, or at this moment where there is none.
 class StripChart : public QWidget {
     Q_OBJECT
     Q_PROPERTY(QStringList labels READ Labels)
@@ -69,6 +71,10 @@ public:
     /// Shows the limits of a channel, if one of the traces is of it, as dashed lines of its colour.
     void SetLimits(const LimitLines &lines);
 
+    /// Shows events as ticks above the time axis, which the cursor reads out, and lets the user ask
+    /// for their list and for marks. The history of events must outlive the chart.
+    void SetEvents(StripChartEvents shown);
+
     /// Call after each Append() to, or Clear() of, the history.
     void HistoryChanged();
 
@@ -93,6 +99,8 @@ public:
     /// Shows all that the history still has.
     void ShowWholeHistory();
     void BackToLive();
+    /// Moves a time to the middle, if the history has it, and the cursor there.
+    void ShowTime(double time);
     void CopyPicture() const;
     /// Writes a PNG, SVG or PDF according to the file extension, with a title, the device, the date
     /// and units; false on failure.
@@ -109,6 +117,10 @@ public:
 signals:
     /// The user wants the history cleared.
     void ClearWanted();
+    /// The user asks for the list of the events.
+    void EventsWanted();
+    /// A mark of the user's own, of one line.
+    void MarkEntered(double time, const QString &text);
 
 protected:
     bool event(QEvent *event) override;
@@ -157,6 +169,9 @@ private:
 
     bool UpdateCursor();
     void RedrawCursor();
+    bool ShowTicks(bool anew);
+    QStringList EventsAt(double x) const;
+    void AskForMark();
     QString ReadingOf(const StripChartSetup::Trace &trace, int column) const;
 
     PictureTexts TextsOfPicture() const;
@@ -175,6 +190,8 @@ private:
     std::unique_ptr<StripChartLabels> labels;
     StripChartLimits limitItems;
     LimitLines limits;
+    StripChartEvents events;
+    uint64_t shownEvents = 0;                                // the version whose ticks are shown
     std::array<int, ChannelHistory::channelCount> outside{}; // -1 below, 1 above its axis
     const QString notLiveNotice = tr("Not live: double click or End to return");
     QPointer<QMenu> menu;

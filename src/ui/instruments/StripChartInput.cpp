@@ -213,6 +213,12 @@ bool StripChart::MoveByKey(const QKeyEvent &event) {
             return false; // left to the dialog
         }
         return true;
+    case Qt::Key_M:
+        if (control || events.history == nullptr) {
+            return false;
+        }
+        AskForMark();
+        return true;
     case Qt::Key_F10:
         if (!event.modifiers().testFlag(Qt::ShiftModifier)) {
             return false;
@@ -309,6 +315,11 @@ void StripChart::FillMenu(QMenu &target) {
             ->setEnabled(any && cursors->Between());
         target.addSeparator();
         target.addAction(tr("Clear &History..."), this, &StripChart::ClearWanted)->setEnabled(any);
+    }
+    if (events.history != nullptr) {
+        target.addSeparator();
+        add(tr("Add &Mark..."), Qt::Key_M, &StripChart::AskForMark);
+        target.addAction(tr("&Events..."), this, &StripChart::EventsWanted);
     }
 }
 

@@ -7,6 +7,9 @@
 namespace ztm {
 namespace {
 
+constexpr int tickWidth = 2;
+constexpr int tickHeight = 9;
+
 QString TextOf(const StripChartOverlay::Mark &mark) {
     return (mark.above ? QStringLiteral("▲ ") : QStringLiteral("▼ ")) + mark.name;
 }
@@ -43,13 +46,15 @@ void StripChartOverlay::applyDefaultAntialiasingHint(QCPPainter *painter) const 
 void StripChartOverlay::draw(QCPPainter *painter) {
     if (IsExport(*painter)) {
         painter->setFont(font);
+        PaintTicks(*painter, TickBand());
         PaintMeasuringCursors(*painter);
         PaintCursor(*painter);
     }
 }
 
-void StripChartOverlay::Paint(QPainter &painter) const {
+void StripChartOverlay::Paint(QPainter &painter, const QRect &part) const {
     painter.setFont(font);
+    PaintTicks(painter, part);
     PaintMarks(painter);
     PaintMeasuringCursors(painter);
     PaintCursor(painter);
@@ -118,6 +123,25 @@ const StripChartOverlay::Mark *StripChartOverlay::MarkAt(QPointF point) const {
         }
     }
     return nullptr;
+}
+
+QRect StripChartOverlay::TickBand() const {
+    const QRect plot = mParentPlot->axisRect()->rect();
+    return {plot.left(), plot.bottom() + 1 - tickHeight, plot.width() + tickWidth, tickHeight};
+}
+
+void StripChartOverlay::PaintTicks(QPainter &painter, const QRect &part) const {
+    const QRect band = TickBand();
+    const QRect shown = band & part;
+    if (shown.isEmpty()) {
+        return;
+    }
+    const auto end = std::upper_bound(ticks.begin(), ticks.end(), shown.right() - band.left());
+    for (auto tick = std::lower_bound(ticks.begin(), end, shown.left() - band.left() - tickWidth);
+         tick != end; ++tick) {
+        painter.fillRect(band.left() + *tick, band.top(), tickWidth, tickHeight,
+                         palette.color(QPalette::Text));
+    }
 }
 
 void StripChartOverlay::PaintCursor(QPainter &painter) const {

@@ -48,9 +48,14 @@ public:
     void SetMarks(std::vector<Mark> shown) { marks = std::move(shown); }
     /// The mark at a point of the plot's widget; nullptr if there is none.
     const Mark *MarkAt(QPointF point) const;
+    /// Where on the time axis there are ticks, in pixels from the left of the plot, in order.
+    void SetTicks(std::vector<int> shown) { ticks = std::move(shown); }
+    /// The part of the plot's widget that ticks are painted in.
+    QRect TickBand() const;
     void SetPalette(const QPalette &colours, const QFont &textFont);
 
-    void Paint(QPainter &painter) const;
+    /// Paints what is within `part` of the plot's widget.
+    void Paint(QPainter &painter, const QRect &part) const;
 
 protected:
     void applyDefaultAntialiasingHint(QCPPainter *painter) const override;
@@ -64,6 +69,7 @@ private:
     std::vector<QRectF> PlacesOfMarks() const;
     void PaintMarks(QPainter &painter) const;
     void PaintMeasuringCursors(QPainter &painter) const;
+    void PaintTicks(QPainter &painter, const QRect &part) const;
 
     QPalette palette;
     QFont font;
@@ -72,6 +78,7 @@ private:
     Notice notice;
     std::vector<Mark> marks;
     std::array<double, 2> measuringCursors{-1, -1};
+    std::vector<int> ticks;
 };
 
 } // namespace ztm

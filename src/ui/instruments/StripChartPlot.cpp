@@ -34,7 +34,7 @@ void StripChartPlot::TracesChanged() {
     update();
 }
 
-void StripChartPlot::paintEvent(QPaintEvent * /*event*/) {
+void StripChartPlot::paintEvent(QPaintEvent *event) {
     if (devicePixelRatioF() != bufferDevicePixelRatio()) {
         replot(rpQueuedReplot); // now on another screen
     }
@@ -49,7 +49,7 @@ void StripChartPlot::paintEvent(QPaintEvent * /*event*/) {
     painter.scale(1 / ratio, 1 / ratio);
     picture.Draw(painter, DevicePlotRect(*axisRect(), ratio).topLeft());
     painter.restore();
-    overlay->Paint(painter);
+    overlay->Paint(painter, event->rect());
 }
 
 } // namespace ztm

@@ -164,9 +164,23 @@ bool SaveRange(const ChannelHistory &history, const SavedRange &range,
                 QStringLiteral("\t%1%2 [%3]").arg(trace.name, QLatin1String(which), trace.unit);
         }
     }
-    QByteArray text = header.toUtf8() + '\n';
+    const bool hasEvents = range.events.history != nullptr;
+    QByteArray text = header.toUtf8() + (hasEvents ? "\tEvent\n" : "\n");
     QByteArray line;
+    double since = range.from;
+    const auto addLine = [&](double until) {
+        if (line.isEmpty()) {
+            return; // before the first sample
+        }
+        if (hasEvents) {
+            const QStringList happened = range.events.Between(since, until);
+            line += '\t' + happened.join(QStringLiteral("; ")).toUtf8();
+        }
+        text += line + '\n';
+        since = until;
+    };
     history.Visit(range.from, range.to, [&](double time, const auto &lows, const auto &highs) {
+        addLine(time);
         line = QByteArray::number(time, 'f', 3) + '\t' + DateText(time).toLatin1() + ' ' +
                TimeOfDayText(time, QLatin1Char(':'), 3).toLatin1();
         for (const SavedTrace &trace : traces) {
@@ -175,8 +189,8 @@ bool SaveRange(const ChannelHistory &history, const SavedRange &range,
                 line += '\t' + Number(At(highs, trace.channel));
             }
         }
-        text += line + '\n';
     });
+    addLine(range.to);
     return Save(text, path);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "common/ChannelHistory.h"
+#include "ui/instruments/StripChartEvents.h"
 
 #include <QPixmap>
 #include <QString>
@@ -41,10 +42,13 @@ struct SavedRange {
     double from;
     double to;
     QString source; ///< the first line
+    StripChartEvents events{};
 };
 
 /// Writes what is kept of from <= time < to as tab-separated text, one line per sample; false on
-/// failure. If only extremes are kept of a part, each trace has two columns.
+/// failure. If only extremes are kept of a part, each trace has two columns. The last column, if
+/// the range has events, says those from its sample to the next one; the first sample has the
+/// earlier ones too.
 bool SaveRange(const ChannelHistory &history, const SavedRange &range,
                const std::vector<SavedTrace> &traces, const QString &path);
 

@@ -131,6 +131,9 @@ bool StripChart::UpdateCursor() {
                             plot->Traces()[index]->pen().color()});
         }
     }
+    for (const QString &text : EventsAt(x)) {
+        rows.push_back({text, QString(), QColor()});
+    }
     return plot->Overlay().ShowCursor(x, std::move(rows));
 }
 
@@ -188,7 +191,7 @@ bool StripChart::SaveBetween(double from, double to, const QString &path) const 
             shown.push_back({trace.channel, setup.NameOf(trace), trace.unit});
         }
     }
-    return SaveRange(history, {from, to, SourceText(from, to)}, shown, path);
+    return SaveRange(history, {from, to, SourceText(from, to), events}, shown, path);
 }
 
 } // namespace ztm

@@ -4,6 +4,7 @@
 #include "link/Heaters.h"
 #include "link/LinkState.h"
 #include "link/USBComms.h"
+#include "monitor/Events.h"
 #include "monitor/MeasurementLog.h"
 #include "monitor/MonitorSettings.h"
 #include "regmap/RegisterTree.h"
@@ -89,6 +90,7 @@ QSize frmMain::sizeHint() const {
 void frmMain::InitMainWindow() {
     ResetMonitorSettings();
     ResetMeasurementLog();
+    ResetEvents();
     SmbusDelayMs = DefaultSmbusDelayMs;
     SmbusDelayEnabled = true;
     ResetLookupGraphScale();

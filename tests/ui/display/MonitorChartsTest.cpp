@@ -1,7 +1,9 @@
 #include "monitor/Channels.h"
+#include "monitor/Events.h"
 #include "monitor/MeasurementHistory.h"
 #include "monitor/MonitorSettings.h"
 #include "support/Instrument.h"
+#include "support/TemporaryFile.h"
 #include "support/UiTest.h"
 #include "ui/display/frmBigGraph.h"
 #include "ui/instruments/StripChart.h"
@@ -9,7 +11,11 @@
 
 #include <QAbstractButton>
 #include <QClipboard>
+#include <QLineEdit>
+#include <QMenu>
+#include <QTableView>
 #include <QTableWidget>
+#include <QTest>
 
 namespace ztm::test {
 namespace {
@@ -189,6 +195,86 @@ TEST_F(MonitorChartsTest, TheFullScreenGraphFillsItsWindowAndIsFedWhileAskedFor)
     EXPECT_FALSE(BigGraphEnabled);
     Click("cmdOK");
     EXPECT_NE(LoadedForm<frmBigGraph>(), nullptr) << "opened again";
+}
+
+TEST_F(MonitorChartsTest, EventsAreReadOutListedSavedAndGoneTo) {
+    Open(ZTM7720);
+    const TemporaryFolder folder;
+    const auto saved = [&](const char *name, const std::function<void()> &action) {
+        AnswerFileDialogOf(action, QString::fromStdString(folder.Path(name)));
+        return BytesOf(folder.Path(name));
+    };
+    auto &chart = ChartIn("frmBigGraph");
+    const auto choose = [&](const char *entry) {
+        QTest::keyClick(&chart, Qt::Key_Menu);
+        QPointer menu = chart.findChild<QMenu *>();
+        for (QAction *action : menu->actions()) {
+            if (action->text().remove('&') == entry) {
+                action->trigger();
+            }
+        }
+        delete menu;
+    };
+    ChartIn("frmMain");
+    Tick();
+    for (int second = 1; second <= 200; ++second) {
+        clock.Advance(1);
+        if (second == 20) {
+            AddEvent("Alarm on", 1);
+        }
+        Tick();
+    }
+    const double alarm = MeasurementHistory().LastTime() - 180;
+    chart.setFocus();
+    for (const Qt::Key end : {Qt::Key_Escape, Qt::Key_Return}) {
+        QTest::keyClick(&chart, Qt::Key_M);
+        clock.Advance(0.25); // the moment of the key counts
+        Type("txtMark", " fan  blocked ");
+        QTest::keyClick(&Find("txtMark"), end);
+        Settle();
+        EXPECT_TRUE(chart.isVisible() && chart.hasFocus());
+        Tick();
+    }
+    EXPECT_EQ(Events().Size(), 2U) << "Escape gives up";
+    EXPECT_FALSE(Find("frmBigGraph").findChild<QLineEdit *>("txtMark")) << "gone";
+
+    choose("Events...");
+    auto &table = Find<QTableView>("tblEvents");
+    const auto rows = [&] {
+        QStringList texts;
+        for (int row = 0; row < table.model()->rowCount(); ++row) {
+            for (int column = 0; column < 3; ++column) {
+                texts += table.model()->index(row, column).data().toString();
+            }
+        }
+        return texts.filter(QRegularExpression("^[^0-9]")).join('|').toStdString();
+    };
+    EXPECT_EQ(rows(), "Alarm on|Remote1|fan blocked");
+    EXPECT_EQ(saved("list.txt", [] { Click("cmdSave"); }).substr(0, 32),
+              "Seconds\tTime\tWhat\tChannel\n36020.");
+
+    EXPECT_TRUE(chart.IsLive());
+    table.setFocus();
+    table.setCurrentIndex(table.model()->index(0, 0));
+    QTest::keyClick(&table, Qt::Key_Return);
+    Settle();
+    EXPECT_NEAR((chart.VisibleFrom() + chart.VisibleTo()) / 2, alarm, 1);
+    EXPECT_EQ(chart.CursorText().last(), "Remote1: Alarm on");
+    EXPECT_TRUE(ChartIn("frmMain").IsLive()) << "which did not open the list";
+    EXPECT_THAT(saved("range.txt", [&] { choose("Save Visible Range..."); }),
+                testing::AllOf(testing::HasSubstr("THERM% [%]\tEvent\n"),
+                               testing::HasSubstr("\t6\tRemote1: Alarm on\n"),
+                               testing::Not(testing::HasSubstr("blocked"))));
+
+    AddEvent("late", NoChannel);
+    AddEvent("early", NoChannel, alarm - 1);
+    Tick();
+    EXPECT_EQ(rows(), "early|Alarm on|Remote1|fan blocked|late");
+    for (size_t more = 0; more < EventHistory::capacity; ++more) {
+        AddEvent("x");
+    }
+    Tick();
+    EXPECT_EQ(table.model()->rowCount(), static_cast<int>(EventHistory::capacity));
 }
 
 } // namespace
