@@ -99,7 +99,8 @@ public:
     /// Shows all that the history still has.
     void ShowWholeHistory();
     void BackToLive();
-    /// Moves a time to the middle, if the history has it, and the cursor there.
+    /// Moves a time to the middle, as far as the history has it, and the cursor there. The chart
+    /// then stands still.
     void ShowTime(double time);
     void CopyPicture() const;
     /// Writes a PNG, SVG or PDF according to the file extension, with a title, the device, the date

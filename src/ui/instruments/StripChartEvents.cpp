@@ -10,6 +10,7 @@
 #include <QKeyEvent>
 
 #include <algorithm>
+#include <cmath>
 
 namespace ztm {
 namespace {
@@ -138,7 +139,9 @@ void StripChart::AskForMark() {
 }
 
 void StripChart::ShowTime(double time) {
-    timeWindow.MoveTo(time + timeWindow.Span() / 2, timeWindow.Span());
+    // A live chart would run away under the cursor.
+    const double latest = std::nextafter(history.LastTime(), 0.0);
+    timeWindow.MoveTo(std::min(time + timeWindow.Span() / 2, latest), timeWindow.Span());
     const double fraction = 1 - (timeWindow.End() - time) / timeWindow.Span();
     if (fraction >= 0 && fraction <= 1) {
         cursorX = fraction * PlotRect().width();
