@@ -219,7 +219,7 @@ void RegisterAccessPage::ShowBitTarget() {
     const int32_t address = AddressInBox();
     const bool anyBit = !lblBit.front()->text().isEmpty();
     if (!anyBit || address == HexValue(lblCurrentAddr->text().toStdString())) {
-        lblBitTarget->clear();
+        lblBitTarget->setText({}); // unlike clear, nothing if it is empty
     } else if (address < 0 || address > LastRegister) {
         lblBitTarget->setText(tr("A click on a bit writes nothing: no register has this address"));
     } else {
@@ -244,8 +244,8 @@ void RegisterAccessPage::ShowValue(int16_t value) {
 
 /// As for an address that no register has.
 void RegisterAccessPage::ShowNoValue() {
-    lblDecVal->clear();
-    lblHexVal->clear();
+    lblDecVal->setText({});
+    lblHexVal->setText({});
     for (BitLabel *label : lblBit) {
         label->ShowDigit({});
     }
