@@ -161,6 +161,9 @@ LogFile::State LogFile::Open(const std::string &path) {
 }
 
 LogFile::State LogFile::Step(double seconds) {
+    if (descriptor < 0) {
+        return State::Failed;
+    }
     std::array<char, pieceSize> piece;
     const double start = EvenSeconds();
     do {

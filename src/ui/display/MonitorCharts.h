@@ -6,6 +6,10 @@ namespace ztm {
 
 class StripChart;
 struct LimitLines;
+struct StripChartSetup;
+
+/// The traces, axes and labels of the chart of temperatures and fan speeds.
+StripChartSetup CombinedChartSetup(double rowHeight);
 
 /// The three strip charts of the measurements: temperatures and fan speeds, temperatures, fan
 /// speeds. `GraphType` selects the one shown. All draw from the session's one history.
@@ -32,6 +36,10 @@ public:
 
     /// Call when the history has grown.
     void HistoryChanged();
+
+signals:
+    /// The user wants to see a recorded log.
+    void OpenLogRequested();
 
 private:
     StripChart *stpTempFan;

@@ -11,6 +11,7 @@
 #include "ui/display/Quantities.h"
 #include "ui/display/frmBigGraph.h"
 #include "ui/display/frmGraphOptions.h"
+#include "ui/display/frmLogView.h"
 #include "ui/display/frmSetupLog.h"
 #include "ui/instruments/Gauge.h"
 #include "ui/instruments/StripChartLimits.h"
@@ -108,6 +109,7 @@ void VisualDisplayPage::ConnectSignals() {
         connect(Limits[index], &Gauge::PointerChanged, this,
                 [this, gauge] { ApplyGaugeLimits(gauge); });
     }
+    connect(charts, &MonitorCharts::OpenLogRequested, this, &VisualDisplayPage::OpenLog);
     connect(alerts, &AlertList::ChannelChosen, this, &VisualDisplayPage::optMeasure_Click);
     connect(limitBoxes, &LimitBoxes::LowEntered, this,
             [this](double value) { EnterLimit(&Gauge::SetLowPointer, value); });
@@ -273,7 +275,11 @@ void VisualDisplayPage::cmdGraphOptions_Click() {
 
 void VisualDisplayPage::ShowOptions() {
     charts->ShowGraphType();
-    ShowPointers(); // a full-screen graph may have opened
+    if (auto *bigGraph = LoadedForm<frmBigGraph>()) { // it may have opened
+        ShowPointers();
+        connect(&bigGraph->Charts(), &MonitorCharts::OpenLogRequested, this,
+                &VisualDisplayPage::OpenLog, Qt::UniqueConnection);
+    }
     if (!LimitMonitorEnabled) {
         alerts->ForgetAlerts();
     }
@@ -281,6 +287,14 @@ void VisualDisplayPage::ShowOptions() {
 
 void VisualDisplayPage::cmdSetUpLog_Click() {
     ShowForm<frmSetupLog>(this);
+}
+
+void VisualDisplayPage::OpenLog() {
+    auto *asker = qobject_cast<QWidget *>(sender()); // the charts here or full-screen
+    const QString path = AskLog(asker);
+    if (!path.isEmpty()) {
+        ShowForm<frmLogView>(asker).OpenLog(path);
+    }
 }
 
 } // namespace ztm

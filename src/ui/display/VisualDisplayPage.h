@@ -60,6 +60,7 @@ private:
     void cmdEasySetup_Click();
     void cmdGraphOptions_Click();
     void cmdSetUpLog_Click();
+    void OpenLog();
 
     bool MonitorTabReady = false;
 

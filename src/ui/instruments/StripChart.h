@@ -64,6 +64,11 @@ public:
     /// Shows the limits of a channel, if one of the traces is of it, as dashed lines of its colour.
     void SetLimits(const LimitLines &lines);
 
+    /// Draws another history over this one, dashed and in the same colours, with its times moved by
+    /// so many seconds, in place of the last one; nullptr for none. It must outlive that and is not
+    /// followed while it grows. What is exported as text stays without it.
+    void LayOver(const ChannelHistory *other, double shiftSeconds = 0);
+
     /// Call after each Append() to, or Clear() of, the history.
     void HistoryChanged();
 
@@ -98,6 +103,10 @@ public:
 
     QSize sizeHint() const override { return {560, 320}; }
     QSize minimumSizeHint() const override { return {200, 140}; }
+
+signals:
+    /// The user wants to see a recorded log.
+    void OpenLogRequested();
 
 protected:
     bool event(QEvent *event) override;
@@ -141,7 +150,9 @@ private:
 
     bool UpdateCursor();
     void RedrawCursor();
-    QString ReadingOf(const StripChartSetup::Trace &trace, int column) const;
+    static QString ReadingOf(const StripChartColumns &source, const StripChartSetup::Trace &trace,
+                             int column);
+    QString TimeText(double time, int decimals) const;
 
     QString SourceText() const;
     PictureTexts TextsOfPicture() const;
@@ -154,6 +165,7 @@ private:
     QString device;
     TimeWindow timeWindow;
     std::unique_ptr<StripChartColumns> columns;
+    std::unique_ptr<StripChartColumns> overlaid; // of what is laid over
     StripChartPlot *plot;
     std::unique_ptr<StripChartLabels> labels;
     StripChartLimits limitItems;

@@ -244,12 +244,16 @@ void StripChart::FillMenu(QMenu &target) {
     target.addAction(tr("Show &Whole History"), this, &StripChart::ShowWholeHistory)
         ->setEnabled(any);
     target.addAction(tr("&Original Scales"), this, &StripChart::RestoreScales);
-    add(tr("Back to &Live"), Qt::Key_End, &StripChart::BackToLive)->setEnabled(!IsLive());
+    add(setup.elapsed ? tr("Go to &End") : tr("Back to &Live"), Qt::Key_End,
+        &StripChart::BackToLive)
+        ->setEnabled(!IsLive());
     target.addSeparator();
     target.addAction(tr("&Copy Picture"), this, &StripChart::CopyPicture);
     target.addAction(tr("&Save Picture..."), this, &StripChart::AskAndSavePicture);
     target.addAction(tr("Save Visible &Range..."), this, &StripChart::AskAndSaveVisibleRange)
         ->setEnabled(any);
+    target.addSeparator();
+    target.addAction(tr("Open Lo&g..."), this, &StripChart::OpenLogRequested);
 }
 
 void StripChart::AskAndSavePicture() {

@@ -40,7 +40,8 @@ struct SavedTrace {
 struct SavedRange {
     double from;
     double to;
-    QString source; ///< the first line
+    QString source;       ///< the first line
+    bool elapsed = false; ///< without a column for the time of day
 };
 
 /// Writes what is kept of from <= time < to as tab-separated text, one line per sample; false on
