@@ -72,15 +72,19 @@ struct Statistics {
 };
 
 /// Measured values of six channels over time, in bounded memory, for any number of readers. The
-/// newest 131,072 samples are kept (over an hour at one per 30 ms), and the extremes of bins of
-/// about 1.9 s for at least the last 24 hours. No extreme is lost within that time; once its sample
-/// has been dropped, a query may show it up to one bin early or late.
+/// newest samples are kept (131,072 unless said otherwise: over an hour at one per 30 ms), and the
+/// extremes of bins of about 1.9 s for at least the last 24 hours. No extreme is lost within that
+/// time; once its sample has been dropped, a query may show it up to one bin early or late.
 class ChannelHistory {
 public:
     static constexpr int channelCount = 6;
     using Values = std::array<float, channelCount>;
     using Flags = std::array<bool, channelCount>;
     static constexpr Flags allMeasured{true, true, true, true, true, true};
+
+    /// `samplesKept` must be a power of two and at least 256.
+    explicit ChannelHistory(uint64_t samplesKept = uint64_t{1} << 17U)
+        : raw(samplesKept), rawPyramid(samplesKept) {}
 
     /// Adds a sample of every channel at `timeSeconds`, in seconds from any origin. A time before
     /// the last sample counts as the time of the last sample; a sample whose time is not finite is
@@ -193,10 +197,9 @@ private:
         uint64_t binEnd = 0;
     };
 
-    static constexpr uint64_t rawCapacity = 131072;
     static constexpr uint64_t binCapacity = 65536;
 
-    uint64_t FirstRaw() const { return rawCount > rawCapacity ? rawCount - rawCapacity : 0; }
+    uint64_t FirstRaw() const { return rawCount > raw.Capacity() ? rawCount - raw.Capacity() : 0; }
     uint64_t FirstBin() const { return binCount > binCapacity ? binCount - binCapacity : 0; }
     uint64_t FindRaw(double time) const;
     uint64_t FindBinStart(double time) const;
@@ -208,8 +211,8 @@ private:
                     const OnCell &cell) const;
     void AppendToBins(double time, const Values &values);
 
-    Ring<Sample> raw{rawCapacity};
-    Pyramid rawPyramid{rawCapacity};
+    Ring<Sample> raw;
+    Pyramid rawPyramid;
     Ring<Bin> bins{binCapacity}; // of all samples, including those in `raw`
     Pyramid binPyramid{binCapacity};
     uint64_t rawCount = 0;

@@ -66,6 +66,11 @@ double Read(const Channel &channel) {
 std::array<float, ChannelCount> Measurements{};
 std::optional<AlertReading> LastAlerts;
 
+std::string_view UnitOf(Quantity quantity) {
+    constexpr std::array<std::string_view, 3> units{"°C", "RPM", "%"};
+    return At(units, quantity);
+}
+
 void ResetMeasurements() {
     Measurements.fill(0);
     isMeasured.fill(false);

@@ -13,6 +13,9 @@ inline constexpr int ChannelCount = 6;
 
 enum class Quantity { Temperature, FanSpeed, ThermPercent };
 
+/// The unit of a value in the measurement log, UTF-8.
+std::string_view UnitOf(Quantity quantity);
+
 /// No register.
 inline constexpr int32_t NoRegister = -1;
 

@@ -15,19 +15,6 @@ constexpr int32_t defaultMaxLogEntries = 10000;
 constexpr int elapsedDecimals = 3;
 constexpr double secondsBetweenLooks = 1;
 
-/// The unit after a value.
-const char *UnitOf(Quantity quantity) {
-    switch (quantity) {
-    case Quantity::Temperature:
-        return "°C";
-    case Quantity::FanSpeed:
-        return "RPM";
-    case Quantity::ThermPercent:
-        return "%";
-    }
-    return "";
-}
-
 /// The end of a channel's column: a tab, except after the last possible one.
 const char *EndOf(size_t channel) {
     return channel + 1 < Channels.size() ? "\t" : "";

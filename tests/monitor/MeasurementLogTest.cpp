@@ -1,6 +1,8 @@
 #include "monitor/MeasurementLog.h"
 
+#include "common/At.h"
 #include "common/DateTimeText.h"
+#include "files/LogFile.h"
 #include "support/AdapterDouble.h"
 #include "support/ClockDouble.h"
 #include "support/TemporaryFile.h"
@@ -88,6 +90,17 @@ TEST_F(MeasurementLogTest, AFileHoldsTheSelectedChannelsInTheirOrder) {
                                            .append(entry)
                                            .append("\r\n"));
         EXPECT_EQ(LogEntryCount, 2);
+        ChannelHistory rows;
+        LogFile log(rows);
+        log.Open(path);
+        EXPECT_EQ(log.Step(1), LogFile::State::Read) << log.Problem();
+        EXPECT_EQ(log.Contents().HasColumn, selected);
+        for (int channel = 0; channel < ChannelCount; ++channel) {
+            EXPECT_EQ(rows.HasValues(channel), At(selected, channel));
+            EXPECT_THAT(rows.LastValue(channel),
+                        testing::NanSensitiveFloatEq(
+                            At(selected, channel) ? At(Measurements, channel) : Extent::gap));
+        }
     }
 }
 

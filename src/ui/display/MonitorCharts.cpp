@@ -59,19 +59,6 @@ void AddTraces(StripChartSetup &setup, std::initializer_list<Row> rows, double r
     }
 }
 
-/// Trace 5 of the combined chart is THERM%, but its label comes last, after those of the fans.
-StripChartSetup TempFanSetup(double rowHeight) {
-    StripChartSetup setup;
-    setup.left = temperatureAxis;
-    setup.right = fanAxis;
-    AddTitle(setup, MonitorCharts::tr("Temperature/THERM%"),
-             StripChartSetup::Label::Place::LeftAxisTitle);
-    AddTraces(setup, {{0, leftColumn, 1}, {1, leftColumn, 2}, {2, leftColumn, 3}}, rowHeight);
-    AddTitle(setup, MonitorCharts::tr("Fan Speed"), StripChartSetup::Label::Place::RightAxisTitle);
-    AddTraces(setup, {{3, rightColumn, 1}, {4, rightColumn, 2}, {5, leftColumn, 4}}, rowHeight);
-    return setup;
-}
-
 StripChartSetup TempSetup(double rowHeight) {
     StripChartSetup setup;
     setup.left = temperatureAxis;
@@ -115,10 +102,23 @@ StripChart *NewChart(const char *name, const QString &accessibleName, StripChart
 
 } // namespace
 
+/// Trace 5 of the combined chart is THERM%, but its label comes last, after those of the fans.
+StripChartSetup CombinedChartSetup(double rowHeight) {
+    StripChartSetup setup;
+    setup.left = temperatureAxis;
+    setup.right = fanAxis;
+    AddTitle(setup, MonitorCharts::tr("Temperature/THERM%"),
+             StripChartSetup::Label::Place::LeftAxisTitle);
+    AddTraces(setup, {{0, leftColumn, 1}, {1, leftColumn, 2}, {2, leftColumn, 3}}, rowHeight);
+    AddTitle(setup, MonitorCharts::tr("Fan Speed"), StripChartSetup::Label::Place::RightAxisTitle);
+    AddTraces(setup, {{3, rightColumn, 1}, {4, rightColumn, 2}, {5, leftColumn, 4}}, rowHeight);
+    return setup;
+}
+
 MonitorCharts::MonitorCharts(const LabelRows &rows, QWidget *parent)
     : QWidget(parent)
     , stpTempFan(NewChart("stpTempFan", tr("Temperatures and fan speeds over time"),
-                          TempFanSetup(rows.combined), this))
+                          CombinedChartSetup(rows.combined), this))
     , stpTemp(NewChart("stpTemp", tr("Temperatures over time"), TempSetup(rows.temperature), this))
     , stpFan(NewChart("stpFan", tr("Fan speeds over time"), FanSetup(rows.temperature), this)) {
     auto *layout = new QVBoxLayout(this);
@@ -129,6 +129,7 @@ MonitorCharts::MonitorCharts(const LabelRows &rows, QWidget *parent)
         chart->hide();
         chart->ShareCursors(SharedCursors());
         connect(chart, &StripChart::ClearWanted, this, &MonitorCharts::ClearHistory);
+        connect(chart, &StripChart::OpenLogRequested, this, &MonitorCharts::OpenLogRequested);
     }
     measurement = new MeasurementPanel(SharedCursors(), this);
     layout->addWidget(measurement);

@@ -7,6 +7,10 @@ namespace ztm {
 class MeasurementPanel;
 class StripChart;
 struct LimitLines;
+struct StripChartSetup;
+
+/// The traces, axes and labels of the chart of temperatures and fan speeds.
+StripChartSetup CombinedChartSetup(double rowHeight);
 
 /// The three strip charts of the measurements: temperatures and fan speeds, temperatures, fan
 /// speeds. `GraphType` selects the one shown. All draw from the session's one history and share two
@@ -41,6 +45,8 @@ public:
 signals:
     /// The user asks for the list of the events.
     void EventsWanted(MonitorCharts *opener);
+    /// The user wants to see a recorded log.
+    void OpenLogRequested();
 
 private:
     void ClearHistory();

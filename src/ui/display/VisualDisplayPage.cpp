@@ -12,6 +12,7 @@
 #include "ui/display/frmBigGraph.h"
 #include "ui/display/frmEvents.h"
 #include "ui/display/frmGraphOptions.h"
+#include "ui/display/frmLogView.h"
 #include "ui/display/frmSetupLog.h"
 #include "ui/instruments/Gauge.h"
 #include "ui/instruments/StripChartLimits.h"
@@ -110,6 +111,7 @@ void VisualDisplayPage::ConnectSignals() {
                 [this, gauge] { ApplyGaugeLimits(gauge); });
     }
     connect(charts, &MonitorCharts::EventsWanted, this, &VisualDisplayPage::ShowEvents);
+    connect(charts, &MonitorCharts::OpenLogRequested, this, &VisualDisplayPage::OpenLog);
     connect(alerts, &AlertList::ChannelChosen, this, &VisualDisplayPage::optMeasure_Click);
     connect(limitBoxes, &LimitBoxes::LowEntered, this,
             [this](double value) { EnterLimit(&Gauge::SetLowPointer, value); });
@@ -282,6 +284,8 @@ void VisualDisplayPage::ShowOptions() {
     if (auto *bigGraph = LoadedForm<frmBigGraph>()) {
         connect(&bigGraph->Charts(), &MonitorCharts::EventsWanted, this,
                 &VisualDisplayPage::ShowEvents, Qt::UniqueConnection);
+        connect(&bigGraph->Charts(), &MonitorCharts::OpenLogRequested, this,
+                &VisualDisplayPage::OpenLog, Qt::UniqueConnection);
     }
     if (!LimitMonitorEnabled) {
         alerts->ForgetAlerts();
@@ -300,6 +304,14 @@ void VisualDisplayPage::ShowTime(double time) {
 
 void VisualDisplayPage::cmdSetUpLog_Click() {
     ShowForm<frmSetupLog>(this);
+}
+
+void VisualDisplayPage::OpenLog() {
+    auto *asker = qobject_cast<QWidget *>(sender()); // the charts here or full-screen
+    const QString path = AskLog(asker);
+    if (!path.isEmpty()) {
+        ShowForm<frmLogView>(asker).OpenLog(path);
+    }
 }
 
 } // namespace ztm

@@ -65,6 +65,7 @@ private:
     void optMeasure_Click(int channel);
     void cmdEasySetup_Click();
     void cmdSetUpLog_Click();
+    void OpenLog();
 
     bool MonitorTabReady = false;
 

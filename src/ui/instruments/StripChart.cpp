@@ -65,7 +65,8 @@ void StripChart::SetupAxes() {
     plot->yAxis->setRange(range(setup.left));
     plot->yAxis2->setRange(range(setup.right.value_or(setup.left)));
     plot->yAxis2->setVisible(setup.right.has_value());
-    plot->xAxis->setTicker(QSharedPointer<QCPAxisTicker>(new TimeOfDayTicker));
+    plot->xAxis->setTicker(QSharedPointer<QCPAxisTicker>(
+        setup.elapsed ? new ElapsedTicker : static_cast<QCPAxisTicker *>(new TimeOfDayTicker)));
     const QCPLineEnding arrow(QCPLineEnding::esFlatArrow, 9, 9);
     for (QCPAxis *axis : {plot->xAxis, plot->yAxis, plot->yAxis2}) {
         axis->setNumberFormat(QStringLiteral("g"));
@@ -199,11 +200,15 @@ void StripChart::BeforeReplot() {
     const int count = ColumnCount();
     if (count == 0) {
         columns->Update(timeWindow.Span(), 0, 0);
-        return;
+        return; // nothing is painted
     }
     const double width = timeWindow.Span() / count;
     const int64_t begin = FirstColumn(width, count);
     plot->TracesChanged(columns->Update(width, begin, count));
+    if (overlaid) {
+        overlaid->Update(width, begin, count);
+        plot->TracesChanged();
+    }
     const double start = static_cast<double>(begin) * width;
     plot->xAxis->setRange(start, start + timeWindow.Span());
     // Room for every label; a label's width does not change with the time.
@@ -230,7 +235,8 @@ bool StripChart::ShowNotice() {
     if (!any) {
         return plot->Overlay().SetNotice({Place::Middle, setup.emptyNotice});
     }
-    return plot->Overlay().SetNotice({Place::Top, IsLive() ? QString() : notLiveNotice});
+    return plot->Overlay().SetNotice(
+        {Place::Top, IsLive() || setup.elapsed ? QString() : notLiveNotice});
 }
 
 /// Marks the traces whose newest value is beyond its axis. Returns whether others are than before;
@@ -292,8 +298,9 @@ void StripChart::ApplyPalette() {
         axis->setLabelFont(font());
         axis->grid()->setPen(Mix(ground, ink, 0.18));
     }
-    for (size_t index = 0; index < setup.traces.size(); ++index) {
-        plot->Traces()[index]->setPen(Readable(setup.traces[index].colour, ground));
+    for (size_t index = 0; index < plot->Traces().size(); ++index) {
+        plot->Traces()[index]->setPen(
+            Readable(setup.traces[index % setup.traces.size()].colour, ground));
     }
     ShowLimits();
     // Room for half a label at every end, and for the arrows.

@@ -75,6 +75,11 @@ public:
     /// for their list and for marks. The history of events must outlive the chart.
     void SetEvents(StripChartEvents shown);
 
+    /// Draws another history over this one, dashed and in the same colours, with its times moved by
+    /// so many seconds, in place of the last one; nullptr for none. It must outlive that and is not
+    /// followed while it grows. What is exported as text stays without it.
+    void LayOver(const ChannelHistory *other, double shiftSeconds = 0);
+
     /// Call after each Append() to, or Clear() of, the history.
     void HistoryChanged();
 
@@ -122,6 +127,8 @@ signals:
     void EventsWanted();
     /// A mark of the user's own, of one line.
     void MarkEntered(double time, const QString &text);
+    /// The user wants to see a recorded log.
+    void OpenLogRequested();
 
 protected:
     bool event(QEvent *event) override;
@@ -173,7 +180,9 @@ private:
     bool ShowTicks(bool anew);
     QStringList EventsAt(double x) const;
     void AskForMark();
-    QString ReadingOf(const StripChartSetup::Trace &trace, int column) const;
+    static QString ReadingOf(const StripChartColumns &source, const StripChartSetup::Trace &trace,
+                             int column);
+    QString TimeText(double time, int decimals) const;
 
     PictureTexts TextsOfPicture() const;
     void FillMenu(QMenu &menu);
@@ -187,6 +196,7 @@ private:
     QString device;
     TimeWindow timeWindow;
     std::unique_ptr<StripChartColumns> columns;
+    std::unique_ptr<StripChartColumns> overlaid; // of what is laid over
     StripChartPlot *plot;
     std::unique_ptr<StripChartLabels> labels;
     StripChartLimits limitItems;

@@ -8,7 +8,7 @@
 namespace ztm {
 
 int64_t StripChartColumns::ColumnOf(double time) const {
-    return static_cast<int64_t>(std::floor(time / seconds));
+    return static_cast<int64_t>(std::floor((time + shift) / seconds));
 }
 
 size_t StripChartColumns::Slot(int64_t column) const {
@@ -27,8 +27,8 @@ bool StripChartColumns::LooksLike(const Column &one, const Column &other) {
 }
 
 StripChartColumns::Column StripChartColumns::Read(int64_t column) const {
-    return history.MinMax(static_cast<double>(column) * seconds,
-                          static_cast<double>(column + 1) * seconds);
+    return history.MinMax(static_cast<double>(column) * seconds - shift,
+                          static_cast<double>(column + 1) * seconds - shift);
 }
 
 int64_t StripChartColumns::Update(double width, int64_t begin, int count) {

@@ -13,7 +13,9 @@ namespace ztm {
 /// visible are not read again.
 class StripChartColumns {
 public:
-    explicit StripChartColumns(const ChannelHistory &source) : history(source) {}
+    /// Times of the history come so many seconds later on the chart.
+    explicit StripChartColumns(const ChannelHistory &source, double shiftSeconds = 0)
+        : history(source), shift(shiftSeconds) {}
 
     /// Updates `count` columns of `width` seconds, starting with column `begin`. Returns the first
     /// column, counted from the origin, from which the traces may look different; begin + count if
@@ -24,10 +26,12 @@ public:
     int Count() const { return static_cast<int>(extents.size()); }
     int64_t End() const { return first + Count(); }
     double Width() const { return seconds; }
-    /// The column, counted from the origin, that holds a time.
+    /// The column, counted from the origin, that holds a time of the history.
     int64_t ColumnOf(double time) const;
     /// The start of column `index`, 0 being the leftmost one.
     double TimeOf(int index) const { return static_cast<double>(first + index) * seconds; }
+    /// The same as a time of the history.
+    double HistoryTimeOf(int index) const { return TimeOf(index) - shift; }
 
     /// The place of a column, counted from the origin, in a ring of Count() columns.
     size_t Slot(int64_t column) const;
@@ -50,6 +54,7 @@ private:
     Column Read(int64_t column) const;
 
     const ChannelHistory &history;
+    const double shift;
     std::vector<Column> extents;
     double seconds = 0;
     int64_t first = 0;

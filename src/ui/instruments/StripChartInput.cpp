@@ -288,7 +288,9 @@ void StripChart::FillMenu(QMenu &target) {
     target.addAction(tr("Show &Whole History"), this, &StripChart::ShowWholeHistory)
         ->setEnabled(any);
     target.addAction(tr("&Original Scales"), this, &StripChart::RestoreScales);
-    add(tr("Back to &Live"), Qt::Key_End, &StripChart::BackToLive)->setEnabled(!IsLive());
+    add(setup.elapsed ? tr("Go to &End") : tr("Back to &Live"), Qt::Key_End,
+        &StripChart::BackToLive)
+        ->setEnabled(!IsLive());
     target.addSeparator();
     if (cursors != nullptr) {
         add(tr("Cursor &A"), Qt::Key_1, [this] { PutCursor(0); })->setEnabled(any);
@@ -321,6 +323,8 @@ void StripChart::FillMenu(QMenu &target) {
         add(tr("Add &Mark..."), Qt::Key_M, &StripChart::AskForMark);
         target.addAction(tr("&Events..."), this, &StripChart::EventsWanted);
     }
+    target.addSeparator();
+    target.addAction(tr("Open Lo&g..."), this, &StripChart::OpenLogRequested);
 }
 
 void StripChart::AskAndSavePicture() {

@@ -11,11 +11,18 @@ StripChartPlot::StripChartPlot(const StripChartColumns &source, QWidget *parent)
     overlay = new StripChartOverlay(this);
 }
 
-StripChartPlottable &StripChartPlot::AddTrace(QCPAxis *valueAxis, int channel) {
-    traces.push_back(new StripChartPlottable(xAxis, valueAxis, columns, channel));
+StripChartPlottable &StripChartPlot::AddTrace(QCPAxis *valueAxis, int channel,
+                                              const StripChartColumns &source) {
+    traces.push_back(new StripChartPlottable(xAxis, valueAxis, source, channel));
     // Above the axes: the newest column is on an axis line.
     traces.back()->setLayer(QStringLiteral("legend"));
     return *traces.back();
+}
+
+void StripChartPlot::KeepTraces(size_t count) {
+    for (; traces.size() > count; traces.pop_back()) {
+        removePlottable(traces.back());
+    }
 }
 
 void StripChartPlot::TracesChanged(int64_t from) {

@@ -14,7 +14,13 @@ class StripChartPlot final : public QCustomPlot {
 public:
     StripChartPlot(const StripChartColumns &columns, QWidget *parent);
 
-    StripChartPlottable &AddTrace(QCPAxis *valueAxis, int channel);
+    StripChartPlottable &AddTrace(QCPAxis *valueAxis, int channel) {
+        return AddTrace(valueAxis, channel, columns);
+    }
+    /// A trace of other columns, which must be kept at the same times.
+    StripChartPlottable &AddTrace(QCPAxis *valueAxis, int channel, const StripChartColumns &source);
+    /// Removes all traces but the first ones.
+    void KeepTraces(size_t count);
     const std::vector<StripChartPlottable *> &Traces() const { return traces; }
     StripChartOverlay &Overlay() { return *overlay; }
     const StripChartOverlay &Overlay() const { return *overlay; }

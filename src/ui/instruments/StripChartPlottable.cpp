@@ -1,9 +1,21 @@
 #include "ui/instruments/StripChartPlottable.h"
 
+#include "common/NumberText.h"
+#include "common/Numbers.h"
+#include "ui/kit/Text.h"
+
 #include <algorithm>
 #include <cmath>
 
 namespace ztm {
+namespace {
+
+/// In lines as thick as a trace.
+constexpr int dashLength = 6;
+constexpr int dashPeriod = 10;
+
+} // namespace
+
 double TimeOfDayTicker::getTickStep(const QCPRange &range) {
     return std::max(1.0, QCPAxisTickerTime::getTickStep(range));
 }
@@ -11,6 +23,11 @@ double TimeOfDayTicker::getTickStep(const QCPRange &range) {
 QString TimeOfDayTicker::getTickLabel(double tick, const QLocale & /*locale*/, QChar /*format*/,
                                       int /*precision*/) {
     return TimeOfDayText(tick, QLatin1Char(' '));
+}
+
+QString ElapsedTicker::getTickLabel(double tick, const QLocale & /*locale*/, QChar /*format*/,
+                                    int /*precision*/) {
+    return ToQString(NumberText(RoundToDecimals(tick, 3)));
 }
 
 bool IsExport(const QCPPainter &painter) {
@@ -107,7 +124,7 @@ StripChartPlottable::Pen StripChartPlottable::PenBefore(int column) const {
         return {column - 1, columns.At(channel, column - 1).last};
     }
     const ChannelHistory &history = columns.History();
-    const double before = history.TimeBefore(columns.TimeOf(0));
+    const double before = history.TimeBefore(columns.HistoryTimeOf(0));
     if (std::isnan(before)) {
         return {-1, Extent::gap};
     }
@@ -136,7 +153,7 @@ void StripChartPlottable::CollectSegments(int from) {
     }
     // The line goes on to the first sample beyond the right edge.
     const ChannelHistory &history = columns.History();
-    const double after = history.TimeFrom(columns.TimeOf(columns.Count()));
+    const double after = history.TimeFrom(columns.HistoryTimeOf(columns.Count()));
     if (!std::isnan(after) && !std::isnan(pen.value)) {
         const float next = history.MinMax(channel, after, std::nextafter(after, 1e18)).first;
         if (!std::isnan(next)) {
@@ -158,6 +175,13 @@ double StripChartPlottable::Join(int from, double fromValue, int to, double toVa
     return endOf(to - 1);
 }
 
+/// Dashes keep their places while the chart scrolls.
+bool StripChartPlottable::IsInDash(int column) const {
+    const int64_t period = int64_t{dashPeriod} * scale.thickness;
+    const int64_t place = (columns.Begin() + column) % period;
+    return (place + period) % period < int64_t{dashLength} * scale.thickness;
+}
+
 /// Segments stay within the plot, even in file formats that cannot clip; neighbours of the same
 /// height are merged.
 void StripChartPlottable::AddSegment(int column, double low, double high) {
@@ -172,6 +196,15 @@ void StripChartPlottable::AddSegment(int column, double low, double high) {
         return;
     }
     const QRect segment((originColumn + column) % columns.Count(), top, 1, bottom - top);
+    if (dashed && !IsInDash(column)) {
+        // A steep part of the line is dashed along its height.
+        for (int y = top; bottom - top > dashPeriod * scale.thickness && y < bottom;
+             y += dashPeriod * scale.thickness) {
+            const int length = std::min(dashLength * scale.thickness, bottom - y);
+            segments.append(QRect(segment.left(), y, 1, length));
+        }
+        return;
+    }
     if (!segments.isEmpty()) {
         QRect &previous = segments.back();
         if (previous.top() == segment.top() && previous.height() == segment.height() &&

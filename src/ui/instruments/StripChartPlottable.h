@@ -14,6 +14,12 @@ protected:
     QString getTickLabel(double tick, const QLocale &locale, QChar format, int precision) override;
 };
 
+/// Labels a time axis with the seconds since a start.
+class ElapsedTicker final : public QCPAxisTicker {
+protected:
+    QString getTickLabel(double tick, const QLocale &locale, QChar format, int precision) override;
+};
+
 /// Whether the painter paints to a file or the clipboard, not to the screen.
 bool IsExport(const QCPPainter &painter);
 
@@ -27,6 +33,9 @@ class StripChartPlottable final : public QCPAbstractPlottable {
 public:
     StripChartPlottable(QCPAxis *timeAxis, QCPAxis *valueAxis, const StripChartColumns &columns,
                         int channel);
+
+    /// Draws a dashed line from now on.
+    void SetDashed() { dashed = true; }
 
     double selectTest(const QPointF &point, bool onlySelectable, QVariant *details) const override;
     QCPRange getKeyRange(bool &found, QCP::SignDomain domain) const override;
@@ -63,10 +72,12 @@ private:
     int IndexOf(double time) const;
     void CollectSegments(int from);
     double Join(int from, double fromValue, int to, double toValue);
+    bool IsInDash(int column) const;
     void AddSegment(int column, double low, double high);
 
     const StripChartColumns &columns;
     const int channel;
+    bool dashed = false;
     QVector<QRect> segments; // in device pixels of the plot; kept to avoid allocation
     ValueScale scale;        // of the current painting, like the next two
     int firstColumn = 0;

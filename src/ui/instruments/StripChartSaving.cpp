@@ -157,7 +157,8 @@ bool SavePicture(QCustomPlot &plot, const PictureTexts &texts, const QString &pa
 bool SaveRange(const ChannelHistory &history, const SavedRange &range,
                const std::vector<SavedTrace> &traces, const QString &path) {
     const bool single = history.IsRawFrom(range.from);
-    QString header = range.source + QStringLiteral("\nSeconds\tTime");
+    QString header = range.source + QStringLiteral("\nSeconds") +
+                     (range.elapsed ? QString() : QStringLiteral("\tTime"));
     for (const SavedTrace &trace : traces) {
         for (const char *which : single ? std::vector{""} : std::vector{" low", " high"}) {
             header +=
@@ -181,8 +182,11 @@ bool SaveRange(const ChannelHistory &history, const SavedRange &range,
     };
     history.Visit(range.from, range.to, [&](double time, const auto &lows, const auto &highs) {
         addLine(time);
-        line = QByteArray::number(time, 'f', 3) + '\t' + DateText(time).toLatin1() + ' ' +
-               TimeOfDayText(time, QLatin1Char(':'), 3).toLatin1();
+        line = QByteArray::number(time, 'f', 3);
+        if (!range.elapsed) {
+            line += '\t' + DateText(time).toLatin1() + ' ' +
+                    TimeOfDayText(time, QLatin1Char(':'), 3).toLatin1();
+        }
         for (const SavedTrace &trace : traces) {
             line += '\t' + Number(At(lows, trace.channel));
             if (!single) {

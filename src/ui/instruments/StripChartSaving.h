@@ -43,6 +43,7 @@ struct SavedRange {
     double to;
     QString source; ///< the first line
     StripChartEvents events{};
+    bool elapsed = false; ///< without a column for the time of day
 };
 
 /// Writes what is kept of from <= time < to as tab-separated text, one line per sample; false on

@@ -49,8 +49,9 @@ struct StripChartSetup {
     std::optional<ValueAxis> right;
     std::vector<Label> labels;
     double visibleSeconds = 60;
-    QString title;       ///< of saved pictures
-    QString emptyNotice; ///< shown while no trace has a value
+    bool elapsed = false; ///< times are seconds since a start, not since a midnight
+    QString title;        ///< of saved pictures
+    QString emptyNotice;  ///< shown while no trace has a value
 
     /// The units of the traces on an axis, as in "°C, %".
     QString UnitsOf(bool rightAxis) const {

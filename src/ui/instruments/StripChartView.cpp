@@ -91,9 +91,16 @@ void StripChart::BackToLive() {
     Redraw();
 }
 
-QString StripChart::ReadingOf(const StripChartSetup::Trace &trace, int column) const {
-    const Extent &extent = columns->At(trace.channel, column);
-    const double time = columns->TimeOf(column + 1);
+QString StripChart::TimeText(double time, int decimals) const {
+    return setup.elapsed ? tr("%1 s").arg(ToQString(NumberText(RoundToDecimals(time, decimals))))
+                         : TimeOfDayText(time, QLatin1Char(':'), decimals);
+}
+
+QString StripChart::ReadingOf(const StripChartColumns &source, const StripChartSetup::Trace &trace,
+                              int column) {
+    const ChannelHistory &history = source.History();
+    const Extent &extent = source.At(trace.channel, column);
+    const double time = source.HistoryTimeOf(column + 1);
     if (!extent.any) {
         // Between two samples the older one counts; before the first and after the last, none.
         const float held =
@@ -118,16 +125,21 @@ bool StripChart::UpdateCursor() {
         std::clamp(static_cast<int>(x * plot->bufferDevicePixelRatio()), 0, columns->Count() - 1);
     const double time = columns->TimeOf(column);
     std::vector<StripChartOverlay::Row> rows;
-    const QLatin1Char colon(':');
     const double width = columns->Width();
-    rows.push_back({width >= 1     ? TimeOfDayText(time, colon)
-                    : width > 0.05 ? TimeOfDayText(time, colon, 1)
-                                   : TimeOfDayText(time, colon, 3),
-                    QString(), QColor()});
+    const int decimals = width >= 1 ? 0 : width > 0.05 ? 1 : 3;
+    rows.push_back({TimeText(time, decimals), QString(), QColor()});
     for (size_t index = 0; index < setup.traces.size(); ++index) {
         const auto &trace = setup.traces[index];
         if (history.HasValues(trace.channel)) {
-            rows.push_back({setup.NameOf(trace), ReadingOf(trace, column),
+            rows.push_back({setup.NameOf(trace), ReadingOf(*columns, trace, column),
+                            plot->Traces()[index]->pen().color()});
+        }
+    }
+    for (size_t index = 0; overlaid && index < setup.traces.size(); ++index) {
+        const auto &trace = setup.traces[index];
+        if (overlaid->History().HasValues(trace.channel)) {
+            rows.push_back({tr("%1 dashed").arg(setup.NameOf(trace)),
+                            ReadingOf(*overlaid, trace, column),
                             plot->Traces()[index]->pen().color()});
         }
     }
@@ -151,9 +163,30 @@ QStringList StripChart::CursorText() const {
     return lines;
 }
 
+void StripChart::LayOver(const ChannelHistory *other, double shiftSeconds) {
+    plot->KeepTraces(setup.traces.size());
+    overlaid.reset();
+    const bool any = other != nullptr && !other->IsEmpty();
+    timeWindow.Include(any ? other->FirstTime() + shiftSeconds : Extent::gap,
+                       any ? other->LastTime() + shiftSeconds : Extent::gap);
+    if (any) {
+        overlaid = std::make_unique<StripChartColumns>(*other, shiftSeconds);
+        overlaid->Update(columns->Width(), columns->Begin(), columns->Count());
+        for (size_t index = 0; index < setup.traces.size(); ++index) {
+            plot->AddTrace(plot->Traces()[index]->valueAxis(), setup.traces[index].channel,
+                           *overlaid)
+                .SetDashed();
+        }
+    }
+    ApplyPalette();
+}
+
 /// As in "ZTM7720, 2026-11-23 14:05:09 to 14:06:09".
 QString StripChart::SourceText(double from, double to) const {
     const QLatin1Char colon(':');
+    if (setup.elapsed) {
+        return tr("%1, %2 to %3").arg(device, TimeText(from, 3), TimeText(to, 3));
+    }
     const QString firstDay = DateText(from);
     const QString lastDay = DateText(to);
     return tr("%1, %2 %3 to %4")
@@ -191,7 +224,7 @@ bool StripChart::SaveBetween(double from, double to, const QString &path) const 
             shown.push_back({trace.channel, setup.NameOf(trace), trace.unit});
         }
     }
-    return SaveRange(history, {from, to, SourceText(from, to), events}, shown, path);
+    return SaveRange(history, {from, to, SourceText(from, to), events, setup.elapsed}, shown, path);
 }
 
 } // namespace ztm

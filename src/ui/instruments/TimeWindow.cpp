@@ -15,13 +15,13 @@ TimeWindow::TimeWindow(const ChannelHistory &shown, double spanSeconds)
 
 /// A slow monitor fills the history with much more than two days.
 double TimeWindow::Limited(double seconds) const {
-    const double kept = history->IsEmpty() ? 0 : history->LastTime() - history->FirstTime();
+    const double kept = history->IsEmpty() ? 0 : Latest() - Earliest();
     return std::clamp(seconds, shortestSpan, std::max(leastLongestSpan, 2 * kept));
 }
 
 void TimeWindow::Set(double endTime, double seconds) {
     span = Limited(seconds);
-    const double earliest = history->IsEmpty() ? 0 : history->FirstTime();
+    const double earliest = history->IsEmpty() ? 0 : Earliest();
     end = std::clamp(endTime, std::min(earliest, LiveEnd()), LiveEnd());
 }
 
@@ -52,7 +52,7 @@ void TimeWindow::ShowAll(int columns) {
     }
     live = true;
     const double count = std::max(columns, 2);
-    SetSpan((history->LastTime() - history->FirstTime()) * count / (count - 1));
+    SetSpan((Latest() - Earliest()) * count / (count - 1));
 }
 
 } // namespace ztm

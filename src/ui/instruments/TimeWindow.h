@@ -2,6 +2,8 @@
 
 #include "common/ChannelHistory.h"
 
+#include <cmath>
+
 namespace ztm {
 
 /// The span of time that a chart shows of a history. While live it ends at the newest sample; once
@@ -34,15 +36,25 @@ public:
     /// Moves by that many seconds, back in time if negative. A live window cannot move forward.
     void Pan(double seconds);
 
+    /// From now on all that there is reaches over that time too: of what is drawn besides.
+    void Include(double from, double to) {
+        otherFirst = from;
+        otherLast = to;
+    }
+
     /// Shows all that the history still has, live. The newest of `columns` columns may reach beyond
     /// the newest sample.
     void ShowAll(int columns);
 
 private:
     double Limited(double seconds) const;
-    double LiveEnd() const { return history->IsEmpty() ? span : history->LastTime(); }
+    double Earliest() const { return std::fmin(history->FirstTime(), otherFirst); }
+    double Latest() const { return std::fmax(history->LastTime(), otherLast); }
+    double LiveEnd() const { return history->IsEmpty() ? span : Latest(); }
 
     const ChannelHistory *history;
+    double otherFirst = std::numeric_limits<double>::quiet_NaN();
+    double otherLast = std::numeric_limits<double>::quiet_NaN();
     double end = 0; // while not live
     double span;
     bool live = true;

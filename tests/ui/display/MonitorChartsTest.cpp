@@ -6,8 +6,11 @@
 #include "support/TemporaryFile.h"
 #include "support/UiTest.h"
 #include "ui/display/frmBigGraph.h"
+#include "ui/display/frmLogView.h"
 #include "ui/instruments/StripChart.h"
 #include "ui/kit/Twips.h"
+
+#include <qcustomplot.h>
 
 #include <QAbstractButton>
 #include <QClipboard>
@@ -16,6 +19,7 @@
 #include <QTableView>
 #include <QTableWidget>
 #include <QTest>
+#include <QTimer>
 
 namespace ztm::test {
 namespace {
@@ -275,6 +279,53 @@ TEST_F(MonitorChartsTest, EventsAreReadOutListedSavedAndGoneTo) {
     }
     Tick();
     EXPECT_EQ(table.model()->rowCount(), static_cast<int>(EventHistory::capacity));
+}
+
+TEST_F(MonitorChartsTest, ARecordedLogIsShownWithASecondOneOverItAndNoneIsLostToABadFile) {
+    Open(ZTM7720);
+    const TemporaryFolder folder;
+    const std::string heading = "Started At: now\r\n\tLocal\tFan1\t\r\n";
+    const auto file = [&](const char *name, const std::string &rows) {
+        return QString::fromStdString(folder.Put(name, heading + rows));
+    };
+    const QString one =
+        file("one", " .5\t20\xB0\x43\t1000RPM\t\r\n 10.5\t40\xB0\x43\t2000RPM\t\r\n 1");
+    const QString two = file("two", " 1\t5\xB0\x43\t1RPM\t\r\n 21\t6\xB0\x43\t2RPM\t\r\n");
+    const QString bad = file("bad", " 1\t5\xB0\x43\t\r\n");
+    const auto read = [] {
+        while (Find<QTimer>("reading").isActive()) {
+            QCoreApplication::processEvents();
+        }
+        Settle();
+    };
+    const auto chart = []() -> StripChart & { return Find<StripChart>("stpLog"); };
+    AnswerFileDialogOf([&] { emit ChartIn("frmBigGraph").OpenLogRequested(); }, one);
+    read();
+    EXPECT_EQ(TextOf("lblLog"), "Line: one, started at now, 2 rows, cut off within the last line");
+    EXPECT_EQ(chart().Labels().join('|'), "Temperature/THERM%|Local|||Fan Speed|Fan1||");
+    EXPECT_NEAR(chart().VisibleTo(), 10.5, 0.1);
+    AnswerFileDialogOf([] { Click("cmdLayOver"); }, two);
+    read();
+    EXPECT_NEAR(chart().VisibleTo(), 20.5, 0.1);
+    Type("txtShift", "-5");
+    chart().Fit();
+    Settle();
+    EXPECT_LT(chart().ValueRange().lower, 6) << "the second log counts";
+    QTest::keyClick(&chart(), Qt::Key_Left, Qt::ControlModifier);
+    Settle();
+    EXPECT_THAT(chart().CursorText().join('|').toStdString(),
+                testing::MatchesRegex(
+                    ".* s\\|Local .*°C\\|Fan1 .*RPM\\|Local dashed 5°C\\|Fan1 dashed 1RPM"));
+    EXPECT_THAT(AnswerMessageOf([&] {
+                    AnswerFileDialogOf([] { Click("cmdOpenLog"); }, bad);
+                    read();
+                }).text.toStdString(),
+                testing::HasSubstr("line 3: no value of Fan1"));
+    EXPECT_EQ(chart().LastValue(0), 40);
+    Click("cmdRemove");
+    EXPECT_FALSE(Find<QWidget>("txtShift").isVisible());
+    Press("frmLogView", Qt::Key_Escape);
+    EXPECT_EQ(LoadedForm<frmLogView>(), nullptr);
 }
 
 } // namespace

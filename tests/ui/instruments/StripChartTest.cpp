@@ -133,7 +133,7 @@ TEST_F(StripChartTest, TheMenuDoesWhatItSays) {
     choose(1);
     EXPECT_TRUE(chart.VisibleFrom() <= noon && chart.VisibleFrom() > noon - 1);
     EXPECT_EQ(choose(2), "Fit Values|Show Whole History|Original Scales|Back to Live||"
-                         "Copy Picture|Save Picture...|Save Visible Range...");
+                         "Copy Picture|Save Picture...|Save Visible Range...||Open Log...");
     EXPECT_EQ(chart.ValueRange(), QCPRange(0, 100));
     EXPECT_NEAR(Span(), 60, 1e-6);
     Press("Left");

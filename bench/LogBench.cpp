@@ -1,0 +1,104 @@
+// Opening a recorded log of a million rows of six channels: its speed, the longest step that it
+// takes between other things, and its memory besides the history of the rows. Fails if a figure
+// misses its bound.
+
+#include "Measure.h"
+#include "files/LogFile.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <memory>
+#include <random>
+#include <string>
+
+#include <malloc.h>
+#include <unistd.h>
+
+namespace {
+
+using ztm::ChannelHistory;
+using ztm::LogFile;
+using ztm::bench::Table;
+using ztm::bench::Times;
+
+constexpr int rows = 1'000'000;
+constexpr double stepSeconds = 0.005;
+
+/// A file of a million rows, one each 100 ms, deleted at the end.
+class MillionRows {
+public:
+    MillionRows() {
+        close(mkstemp(path));
+        std::mt19937 random{3};
+        std::normal_distribution<double> noise;
+        std::string text = "Started At: 23.11.2026 14:05:09\r\n"
+                           "\tLocal\tRemote1\tRemote2\tFan1\tFan2\tTHERM%\r\n";
+        char line[160];
+        for (int row = 0; row < rows; ++row) {
+            const int length = std::snprintf(
+                line, sizeof line,
+                " %.3f\t%.2f\xB0\x43\t%.2f\xB0\x43\t%.2f\xB0\x43\t%.0fRPM\t%.0fRPM\t%.5f%%\r\n",
+                0.1 * row, 25 + noise(random), 31 + noise(random), 40 + noise(random),
+                2000 + 50 * noise(random), 12360 + 50 * noise(random), 45.09804);
+            text.append(line, static_cast<size_t>(length));
+        }
+        size = text.size();
+        std::ofstream(path, std::ios::binary) << text;
+    }
+    ~MillionRows() { unlink(path); }
+    MillionRows(const MillionRows &) = delete;
+    MillionRows &operator=(const MillionRows &) = delete;
+
+    const char *Path() const { return path; }
+    double Megabytes() const { return static_cast<double>(size) / 1e6; }
+
+private:
+    char path[32] = "/tmp/ztm-bench-XXXXXX";
+    size_t size = 0;
+};
+
+double HeapMegabytes() {
+    const auto info = mallinfo2();
+    return static_cast<double>(info.uordblks + info.hblkhd) / 1e6;
+}
+
+void MeasureReading(const MillionRows &file, Table &table) {
+    Times whole(CLOCK_MONOTONIC);
+    Times steps(CLOCK_MONOTONIC);
+    double besides = 0;
+    double kept = 0;
+    for (int turn = 0; turn < 5; ++turn) {
+        const double before = HeapMegabytes();
+        ChannelHistory history(ztm::MostLogRows);
+        LogFile log(history);
+        auto state = log.Open(file.Path());
+        whole.Take([&] {
+            while (state == LogFile::State::Reading) {
+                steps.Take([&] { state = log.Step(stepSeconds); });
+            }
+        });
+        kept = static_cast<double>(history.Bytes()) / 1e6;
+        besides = std::max(besides, HeapMegabytes() - before - kept);
+        if (state != LogFile::State::Read || history.SampleCount() != rows) {
+            std::fprintf(stderr, "the log was not read: %s\n", log.Problem().c_str());
+            std::exit(1);
+        }
+    }
+    Table::Heading("log of a million rows of six channels, read in steps");
+    table.AtLeast("speed on the clock, median", file.Megabytes() / (whole.Median() / 1e6), 60,
+                  "MB/s");
+    table.AtMost("step, 99th percentile", steps.Quantile(0.99) / 1e3, 10, "ms");
+    Table::Figure("step, longest", steps.Quantile(1) / 1e3, "ms");
+    Table::Figure("memory of the rows", kept, "MB");
+    table.AtMost("memory besides", besides, 40, "MB");
+}
+
+} // namespace
+
+int main() {
+    Table table;
+    const MillionRows file;
+    MeasureReading(file, table);
+    return table.ExitCode();
+}
