@@ -196,13 +196,15 @@ void StripChartPlottable::AddSegment(int column, double low, double high) {
         return;
     }
     const QRect segment((originColumn + column) % columns.Count(), top, 1, bottom - top);
-    if (dashed && !IsInDash(column)) {
+    if (const int period = dashPeriod * scale.thickness; dashed && bottom - top > period) {
         // A steep part of the line is dashed along its height.
-        for (int y = top; bottom - top > dashPeriod * scale.thickness && y < bottom;
-             y += dashPeriod * scale.thickness) {
+        for (int y = top; y < bottom; y += period) {
             const int length = std::min(dashLength * scale.thickness, bottom - y);
             segments.append(QRect(segment.left(), y, 1, length));
         }
+        return;
+    }
+    if (dashed && !IsInDash(column)) {
         return;
     }
     if (!segments.isEmpty()) {
