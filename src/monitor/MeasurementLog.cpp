@@ -7,6 +7,8 @@
 #include "files/TextFile.h"
 #include "monitor/Events.h"
 
+#include <utility>
+
 namespace ztm {
 namespace {
 
@@ -40,9 +42,9 @@ std::string problem;
 double lastLook = 0; // at the file
 
 void StopAfterFailure() {
-    const std::string reason = file.Error();
-    StopLog();
-    problem = reason;
+    std::string reason = file.Error();
+    StopLog(); // which may have another problem
+    problem = std::move(reason);
 }
 
 } // namespace
