@@ -4,6 +4,7 @@
 #include "common/NumberText.h"
 #include "link/LinkState.h"
 #include "link/Registers.h"
+#include "link/Traffic.h"
 #include "link/USBComms.h"
 
 #include <iterator>
@@ -50,6 +51,7 @@ void ResetDeviceScan() {
 }
 
 void SearchUSB(ScanWindow &window) {
+    const Requester search("Search");
     if (AdapterFailed) {
         return;
     }
