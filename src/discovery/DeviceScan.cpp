@@ -46,6 +46,15 @@ bool Contains(std::string_view text, std::string_view part) {
 
 std::string USBDeviceName;
 
+std::optional<int16_t> DeviceIdOf(std::string_view deviceName) {
+    for (const Identity &identity : identities) {
+        if (identity.name == deviceName) {
+            return identity.deviceId;
+        }
+    }
+    return std::nullopt;
+}
+
 void ResetDeviceScan() {
     USBDeviceName.clear();
 }
