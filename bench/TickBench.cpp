@@ -3,6 +3,7 @@
 
 #include "Measure.h"
 #include "link/Heaters.h"
+#include "link/Traffic.h"
 #include "monitor/Channels.h"
 #include "monitor/MonitorSettings.h"
 #include "support/AdapterDouble.h"
@@ -92,5 +93,12 @@ int main(int argumentCount, char *arguments[]) {
     ztm::MonitorInReadWrite = true;
     Click("chkContRead");
     CheckBusyTick("tick, every duty on, continuous read shown", clock, table);
+    Click("cmdTraffic");
+    Click("chkMonitor");
+    CheckBusyTick("tick, every duty on, the bus traffic shown with the monitor's", clock, table);
+    for (size_t transfer = 0; transfer < ztm::TransfersKept; ++transfer) {
+        ztm::RecordTransfer(ztm::TransferKind::ReadRegister, 5, {1}, true);
+    }
+    CheckBusyTick("the same, with all the transfers that are kept", clock, table);
     return table.ExitCode();
 }

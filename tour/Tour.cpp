@@ -23,6 +23,7 @@
 #include <QDir>
 #include <QLineEdit>
 #include <QTabWidget>
+#include <QTableView>
 #include <QTest>
 #include <QTextStream>
 #include <QTimer>
@@ -100,6 +101,30 @@ private:
         Type("txtReadAddr", "fe");
         Press("txtReadAddr", Qt::Key_Return);
         Picture("frmMain", "register-unknown");
+        Click("cmdReadAll");
+        Settle();
+        Live(1);
+        ClickNode("Configuration1");
+        Picture("frmMain", "register-map");
+        Comparison();
+        Traffic();
+    }
+
+    void Comparison() {
+        Click("cmdCompare");
+        Click("cmdReadChip");
+        Live(1);
+        Picture("frmCompare", "comparison");
+        Click("chkAll");
+        Picture("frmCompare", "comparison-all");
+        CloseByCloseBox("frmCompare");
+    }
+
+    void Traffic() {
+        Click("cmdTraffic");
+        Find<QTableView>("tblTraffic").selectRow(8);
+        Picture("frmTraffic", "bus-traffic");
+        CloseByCloseBox("frmTraffic");
     }
 
     void VisualDisplay() {

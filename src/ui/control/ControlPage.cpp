@@ -287,8 +287,4 @@ void ControlPage::RecallMore() {
     }
 }
 
-void ControlPage::StopRecall() {
-    tmrRecall->stop();
-}
-
 } // namespace ztm
