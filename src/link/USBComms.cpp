@@ -3,6 +3,7 @@
 #include "common/Clock.h"
 #include "link/CommFailure.h"
 #include "link/Heaters.h"
+#include "link/LastSeen.h"
 #include "link/LinkNewComPort06.h"
 #include "link/LinkObserver.h"
 #include "link/LinkState.h"
@@ -88,6 +89,9 @@ void WriteRegister(int32_t address, int32_t data) {
         PortWriteByte(DeviceAddress, static_cast<uint8_t>(address), byte);
         WaitForSmbus();
         RecordTransfer(TransferKind::WriteRegister, static_cast<uint8_t>(address), {byte}, true);
+    }
+    if (address == Configuration2 && (data & ResetBit) != 0) {
+        ResetLastSeen(); // every register has its default again
     }
     if (linkObserver != nullptr && CommsMedium != MediumNone) {
         linkObserver->RegisterWritten(address, data);

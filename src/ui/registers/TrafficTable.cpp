@@ -115,9 +115,6 @@ QString TrafficTable::TextIn(int row, int column) const {
 }
 
 QVariant TrafficTable::data(const QModelIndex &index, int role) const {
-    if (role == Qt::TextAlignmentRole && index.column() == Since) {
-        return QVariant(Qt::AlignRight | Qt::AlignVCenter);
-    }
     return role == Qt::DisplayRole && index.isValid() ? TextIn(index.row(), index.column())
                                                       : QVariant();
 }

@@ -13,9 +13,11 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPainter>
 #include <QScreen>
 #include <QScrollBar>
 #include <QShortcut>
+#include <QStyledItemDelegate>
 #include <QTableView>
 #include <QVBoxLayout>
 
@@ -25,6 +27,35 @@ namespace ztm {
 namespace {
 
 constexpr double secondsBetweenUpdates = 0.1;
+
+/// Paints cells of one line of text at a fraction of what the general delegate takes: the list
+/// moves with every update.
+class LineDelegate final : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option,
+               const QModelIndex &index) const override {
+        const bool isSelected = option.state.testFlag(QStyle::State_Selected);
+        const auto group =
+            option.state.testFlag(QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
+        if (isSelected) {
+            painter->fillRect(option.rect, option.palette.brush(group, QPalette::Highlight));
+        }
+        painter->setPen(
+            option.palette.color(group, isSelected ? QPalette::HighlightedText : QPalette::Text));
+        const int margin = option.fontMetrics.averageCharWidth() / 2;
+        const QRect room = option.rect.adjusted(margin, 0, -margin, 0);
+        const QString text = index.data().toString();
+        if (text.size() * option.fontMetrics.maxWidth() > room.width() &&
+            option.fontMetrics.horizontalAdvance(text) > room.width()) {
+            painter->drawText(room, Qt::AlignVCenter | Qt::TextSingleLine, text);
+        } else if (!text.isEmpty()) {
+            const int top = room.top() + (room.height() - option.fontMetrics.height()) / 2;
+            painter->drawText(room.left(), top + option.fontMetrics.ascent(), text);
+        }
+    }
+};
 
 } // namespace
 
@@ -62,6 +93,7 @@ void frmTraffic::SetupUi() {
     txtFilter->setPlaceholderText(tr("register, value, bit or who asked"));
     tblTraffic->setAccessibleName(windowTitle());
     tblTraffic->setModel(table);
+    tblTraffic->setItemDelegate(new LineDelegate(tblTraffic));
     tblTraffic->setSelectionBehavior(QAbstractItemView::SelectRows);
     tblTraffic->setTabKeyNavigation(false);
     tblTraffic->setWordWrap(false);
