@@ -1,11 +1,11 @@
 #include "ui/display/MeasurementPanel.h"
 
 #include "common/At.h"
+#include "common/ChannelHistory.h"
 #include "common/Clock.h"
-#include "monitor/MeasurementHistory.h"
-#include "monitor/MonitorSettings.h"
 #include "ui/display/Quantities.h"
 #include "ui/instruments/ChartCursors.h"
+#include "ui/instruments/StripChartColumns.h"
 #include "ui/kit/Controls.h"
 #include "ui/kit/Text.h"
 
@@ -16,6 +16,7 @@
 #include <QLabel>
 #include <QTableWidget>
 
+#include <algorithm>
 #include <cmath>
 
 namespace ztm {
@@ -27,31 +28,49 @@ constexpr int significantDigits = 4;
 
 enum Column { AtA, AtB, Change, Slope, Least, Mean, Greatest, columnCount };
 
-/// The channels of the chart that is shown.
-std::vector<int> ShownChannels() {
-    std::vector<int> channels;
-    for (int channel = 0; channel < ChannelCount; ++channel) {
-        const bool isFan = At(Channels, channel).Measures == Quantity::FanSpeed;
-        const bool isInChart = GraphType == 1 || (GraphType == 2) == isFan;
-        if (isInChart && MeasurementHistory().HasValues(channel)) {
-            channels.push_back(channel);
-        }
-    }
-    return channels;
-}
-
 QString Significant(double value) {
     return QString::number(value, 'g', significantDigits);
 }
 
 QString SecondsText(double seconds) {
-    return MeasurementPanel::tr("%1 s").arg(seconds, 0, 'f', seconds < 100 ? 3 : 1);
+    return MeasurementPanel::tr("%1 s").arg(seconds, 0, 'f', std::abs(seconds) < 100 ? 3 : 1);
 }
+
+QString Marked(bool isExact, const QString &text) {
+    return isExact ? text : QStringLiteral("≈ ") + text;
+}
+
+/// None after the last sample.
+float ValueAt(const MeasuredTrace &trace, double time) {
+    return time - 2 * sameMoment > trace.history->LastTime()
+               ? Extent::gap
+               : trace.history->ValueAt(trace.channel, time);
+}
+
+/// A trace at the cursors, both of which must be set.
+struct Ends {
+    Ends(const MeasuredTrace &trace, const ChartCursors &cursors)
+        : timeOfA(cursors.Time(0).value() - trace.shift + sameMoment)
+        , timeOfB(cursors.Time(1).value() - trace.shift + sameMoment)
+        , atA(ValueAt(trace, timeOfA))
+        , atB(ValueAt(trace, timeOfB))
+        , isExactA(trace.history->IsRawFrom(timeOfA))
+        , isExactB(trace.history->IsRawFrom(timeOfB)) {}
+
+    double timeOfA; // in the history
+    double timeOfB;
+    float atA;
+    float atB;
+    bool isExactA;
+    bool isExactB;
+};
 
 } // namespace
 
-MeasurementPanel::MeasurementPanel(ChartCursors &shared, QWidget *parent)
-    : QWidget(parent), cursors(shared) {
+MeasurementPanel::MeasurementPanel(ChartCursors &shared,
+                                   std::function<std::vector<MeasuredTrace>()> shownTraces,
+                                   QWidget *parent)
+    : QWidget(parent), cursors(shared), traces(std::move(shownTraces)) {
     lblSpan = Named(new QLabel(this), "lblSpan");
     auto *copy = NewButton("cmdCopyMeasurement", tr("Copy Measurement"), this);
     auto *remove = NewButton("cmdRemoveCursors", tr("Remove Cursors"), this);
@@ -86,23 +105,26 @@ void MeasurementPanel::HistoryChanged() {
     if (!span || !isVisible()) {
         return;
     }
-    const bool grows = span->to > MeasurementHistory().LastTime() - secondsBetweenUpdates;
-    const bool otherRows = tblMeasurement->rowCount() != static_cast<int>(ShownChannels().size());
+    const auto measured = traces();
+    const bool grows = std::any_of(measured.begin(), measured.end(), [&](const auto &trace) {
+        return span->to > trace.history->LastTime() + trace.shift - secondsBetweenUpdates;
+    });
+    const bool otherRows = tblMeasurement->rowCount() != static_cast<int>(measured.size());
     if ((grows && RunningSeconds() >= shownUntil) || otherRows) {
         ShowMeasurement();
     }
 }
 
 void MeasurementPanel::ShowMeasurement() {
-    const auto channels = ShownChannels();
-    setVisible(cursors.Between().has_value() && !channels.empty());
+    const auto measured = traces();
+    setVisible(cursors.Between().has_value() && !measured.empty());
     if (isHidden()) {
         return;
     }
     shownUntil = RunningSeconds() + secondsBetweenUpdates;
-    tblMeasurement->setRowCount(static_cast<int>(channels.size()));
+    tblMeasurement->setRowCount(static_cast<int>(measured.size()));
     for (int row = 0; row < tblMeasurement->rowCount(); ++row) {
-        ShowRow(row, At(channels, row));
+        ShowRow(row, At(measured, row));
     }
     const int frame = 2 * tblMeasurement->frameWidth();
     tblMeasurement->setFixedHeight(tblMeasurement->horizontalHeader()->sizeHint().height() +
@@ -110,32 +132,31 @@ void MeasurementPanel::ShowMeasurement() {
     ShowSpan();
 }
 
-void MeasurementPanel::ShowRow(int row, int channel) {
-    const ChannelHistory &history = MeasurementHistory();
+void MeasurementPanel::ShowRow(int row, const MeasuredTrace &trace) {
+    const Ends ends(trace, cursors);
     const auto [from, to] = cursors.Between().value();
-    const float first = history.ValueAt(channel, from);
-    const float last = history.ValueAt(channel, to);
-    const Statistics statistics = history.StatisticsOf(channel, from, to);
-    const QString unit = LookOfChannel(channel).unit;
-    const auto text = [&](double value) {
-        return std::isnan(value) ? QStringLiteral("–") : ValueText(channel, value);
+    const Statistics statistics = trace.history->StatisticsOf(
+        trace.channel, from - trace.shift - sameMoment, to - trace.shift + sameMoment);
+    const QString unit = LookOfChannel(trace.channel).unit;
+    const auto text = [](bool isExact, double value, const QString &valueText) {
+        return !std::isfinite(value) ? QStringLiteral("–") : Marked(isExact, valueText);
     };
-    const auto approximate = [&](double value) {
-        return (statistics.isExact || std::isnan(value) ? QString() : QStringLiteral("≈ ")) +
-               text(value);
+    const auto valueText = [&](bool isExact, double value) {
+        return text(isExact, value,
+                    std::isfinite(value) ? ValueText(trace.channel, value) : QString());
     };
-    const double change = static_cast<double>(last) - first;
-    const double slope = change / (to - from);
+    const double change = static_cast<double>(ends.atB) - ends.atA;
+    const double slope = change / (ends.timeOfB - ends.timeOfA);
+    const bool isChangeExact = ends.isExactA && ends.isExactB;
     std::array<QString, columnCount> texts;
-    texts[AtA] = text(first);
-    texts[AtB] = text(last);
-    texts[Change] = text(change);
-    texts[Slope] = std::isfinite(slope) ? Significant(slope) + unit + QStringLiteral("/s")
-                                        : QStringLiteral("–");
-    texts[Least] = approximate(statistics.low);
-    texts[Mean] = approximate(statistics.mean);
-    texts[Greatest] = approximate(statistics.high);
-    tblMeasurement->setVerticalHeaderItem(row, new QTableWidgetItem(NameOfChannel(channel)));
+    texts[AtA] = valueText(ends.isExactA, ends.atA);
+    texts[AtB] = valueText(ends.isExactB, ends.atB);
+    texts[Change] = valueText(isChangeExact, change);
+    texts[Slope] = text(isChangeExact, slope, Significant(slope) + unit + QStringLiteral("/s"));
+    texts[Least] = valueText(statistics.isExact, statistics.low);
+    texts[Mean] = valueText(statistics.isExact, statistics.mean);
+    texts[Greatest] = valueText(statistics.isExact, statistics.high);
+    tblMeasurement->setVerticalHeaderItem(row, new QTableWidgetItem(trace.name));
     for (int column = 0; column < columnCount; ++column) {
         auto *item = new QTableWidgetItem(At(texts, column));
         item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
@@ -143,30 +164,29 @@ void MeasurementPanel::ShowRow(int row, int channel) {
     }
 }
 
-/// The span of time, and the step response of the channel that is selected in the table.
+/// The span of time from A to B, and the step response of the trace that is selected in the table.
 void MeasurementPanel::ShowSpan() {
-    const auto span = cursors.Between();
-    if (!span) {
+    if (!cursors.Between()) {
         return;
     }
-    QString text = tr("Δt %1").arg(SecondsText(span->to - span->from));
-    const auto channels = ShownChannels();
+    const auto measured = traces();
     const int row = std::max(tblMeasurement->currentRow(), 0);
-    if (row < static_cast<int>(channels.size())) {
-        const int channel = At(channels, row);
-        const ChannelHistory &history = MeasurementHistory();
-        const float first = history.ValueAt(channel, span->from);
-        const float last = history.ValueAt(channel, span->to);
-        const auto level = static_cast<float>(first + stepResponse * (last - first));
-        const double reached = history.TimeOfReaching(channel, span->from, span->to, first, level);
-        if (first != last && !std::isnan(reached)) {
-            text += tr("; %1: 63 % of the change after %2")
-                        .arg(NameOfChannel(channel),
-                             (history.IsRawFrom(span->from) ? QString() : QStringLiteral("≈ ")) +
-                                 SecondsText(reached - span->from));
-        }
+    lblSpan->setText(
+        tr("Δt %1").arg(SecondsText(*cursors.Time(1) - *cursors.Time(0))) +
+        (row < static_cast<int>(measured.size()) ? StepText(At(measured, row)) : QString()));
+}
+
+/// How long after A the trace has made 63 % of its change to B; empty if that cannot be said.
+QString MeasurementPanel::StepText(const MeasuredTrace &trace) const {
+    const Ends ends(trace, cursors);
+    const auto level = static_cast<float>(ends.atA + stepResponse * (ends.atB - ends.atA));
+    const double reached =
+        trace.history->TimeOfReaching(trace.channel, ends.timeOfA, ends.timeOfB, ends.atA, level);
+    if (ends.atA == ends.atB || std::isnan(reached)) {
+        return {};
     }
-    lblSpan->setText(text);
+    return tr("; %1: 63 % of the change after %2")
+        .arg(trace.name, Marked(ends.isExactA, SecondsText(reached - ends.timeOfA)));
 }
 
 void MeasurementPanel::Copy() const {
