@@ -3,6 +3,8 @@
 #include "common/At.h"
 #include "common/ChannelHistory.h"
 #include "common/Clock.h"
+#include "common/NumberText.h"
+#include "common/Numbers.h"
 #include "ui/display/Quantities.h"
 #include "ui/instruments/ChartCursors.h"
 #include "ui/instruments/StripChartColumns.h"
@@ -14,10 +16,12 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QScrollBar>
 #include <QTableWidget>
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 namespace ztm {
 namespace {
@@ -29,7 +33,7 @@ constexpr int significantDigits = 4;
 enum Column { AtA, AtB, Change, Slope, Least, Mean, Greatest, columnCount };
 
 QString Significant(double value) {
-    return QString::number(value, 'g', significantDigits);
+    return ToQString(NumberText(QString::number(value, 'g', significantDigits).toDouble()));
 }
 
 QString SecondsText(double seconds) {
@@ -72,6 +76,8 @@ MeasurementPanel::MeasurementPanel(ChartCursors &shared,
                                    QWidget *parent)
     : QWidget(parent), cursors(shared), traces(std::move(shownTraces)) {
     lblSpan = Named(new QLabel(this), "lblSpan");
+    lblSpan->setTextFormat(Qt::PlainText);
+    lblSpan->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed); // its tooltip has all
     auto *copy = NewButton("cmdCopyMeasurement", tr("Copy Measurement"), this);
     auto *remove = NewButton("cmdRemoveCursors", tr("Remove Cursors"), this);
     tblMeasurement = Named(new QTableWidget(0, columnCount, this), "tblMeasurement");
@@ -82,17 +88,23 @@ MeasurementPanel::MeasurementPanel(ChartCursors &shared,
     tblMeasurement->setSelectionBehavior(QAbstractItemView::SelectRows);
     tblMeasurement->setSelectionMode(QAbstractItemView::SingleSelection);
     tblMeasurement->setTabKeyNavigation(false);
-    tblMeasurement->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    tblMeasurement->horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    tblMeasurement->horizontalHeader()->setHighlightSections(false);
+    tblMeasurement->horizontalHeader()->setMinimumSectionSize(1);
+    tblMeasurement->horizontalHeader()->setStretchLastSection(true);
+    tblMeasurement->verticalHeader()->setHighlightSections(false);
     tblMeasurement->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 4);
 
-    auto *line = new QHBoxLayout;
-    line->addWidget(lblSpan, 1);
-    line->addWidget(copy);
-    line->addWidget(remove);
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(copy);
+    buttons->addWidget(remove);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(lblSpan);
     layout->addWidget(tblMeasurement);
-    layout->addLayout(line);
+    layout->addLayout(buttons);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum); // all else is the chart's
     connect(copy, &QPushButton::clicked, this, &MeasurementPanel::Copy);
     connect(remove, &QPushButton::clicked, &cursors, &ChartCursors::Remove);
     connect(&cursors, &ChartCursors::Changed, this, &MeasurementPanel::ShowMeasurement);
@@ -126,10 +138,35 @@ void MeasurementPanel::ShowMeasurement() {
     for (int row = 0; row < tblMeasurement->rowCount(); ++row) {
         ShowRow(row, At(measured, row));
     }
-    const int frame = 2 * tblMeasurement->frameWidth();
-    tblMeasurement->setFixedHeight(tblMeasurement->horizontalHeader()->sizeHint().height() +
-                                   tblMeasurement->verticalHeader()->length() + frame);
+    FitTable();
     ShowSpan();
+}
+
+/// Gives the table the height of its rows, and its columns the width of their texts and an equal
+/// share of what room is left.
+void MeasurementPanel::FitTable() {
+    const QAbstractItemView &view = *tblMeasurement;
+    QHeaderView &columns = *tblMeasurement->horizontalHeader();
+    const QHeaderView &rows = *tblMeasurement->verticalHeader();
+    const int frame = 2 * tblMeasurement->frameWidth();
+    std::array<int, columnCount> widths{};
+    for (int column = 0; column < columnCount; ++column) {
+        At(widths, column) =
+            std::max(view.sizeHintForColumn(column), columns.sectionSizeHint(column));
+    }
+    const int left = width() - rows.sizeHint().width() - frame -
+                     std::accumulate(widths.begin(), widths.end(), 0);
+    for (int column = 0; column < columnCount; ++column) {
+        columns.resizeSection(column, At(widths, column) + std::max(0, left / columnCount));
+    }
+    tblMeasurement->setFixedHeight(
+        columns.sizeHint().height() + rows.length() + frame +
+        (left < 0 ? tblMeasurement->horizontalScrollBar()->sizeHint().height() : 0));
+}
+
+void MeasurementPanel::resizeEvent(QResizeEvent *event) {
+    QWidget::resizeEvent(event);
+    FitTable();
 }
 
 void MeasurementPanel::ShowRow(int row, const MeasuredTrace &trace) {
@@ -137,13 +174,11 @@ void MeasurementPanel::ShowRow(int row, const MeasuredTrace &trace) {
     const auto [from, to] = cursors.Between().value();
     const Statistics statistics = trace.history->StatisticsOf(
         trace.channel, from - trace.shift - sameMoment, to - trace.shift + sameMoment);
-    const QString unit = LookOfChannel(trace.channel).unit;
-    const auto text = [](bool isExact, double value, const QString &valueText) {
-        return !std::isfinite(value) ? QStringLiteral("–") : Marked(isExact, valueText);
-    };
+    const int decimals = LookOfChannel(trace.channel).decimals;
     const auto valueText = [&](bool isExact, double value) {
-        return text(isExact, value,
-                    std::isfinite(value) ? ValueText(trace.channel, value) : QString());
+        return std::isfinite(value)
+                   ? Marked(isExact, ToQString(NumberText(RoundToDecimals(value, decimals))))
+                   : QStringLiteral("–");
     };
     const double change = static_cast<double>(ends.atB) - ends.atA;
     const double slope = change / (ends.timeOfB - ends.timeOfA);
@@ -152,11 +187,13 @@ void MeasurementPanel::ShowRow(int row, const MeasuredTrace &trace) {
     texts[AtA] = valueText(ends.isExactA, ends.atA);
     texts[AtB] = valueText(ends.isExactB, ends.atB);
     texts[Change] = valueText(isChangeExact, change);
-    texts[Slope] = text(isChangeExact, slope, Significant(slope) + unit + QStringLiteral("/s"));
+    texts[Slope] =
+        std::isfinite(slope) ? Marked(isChangeExact, Significant(slope)) : QStringLiteral("–");
     texts[Least] = valueText(statistics.isExact, statistics.low);
     texts[Mean] = valueText(statistics.isExact, statistics.mean);
     texts[Greatest] = valueText(statistics.isExact, statistics.high);
-    tblMeasurement->setVerticalHeaderItem(row, new QTableWidgetItem(trace.name));
+    tblMeasurement->setVerticalHeaderItem(row, new QTableWidgetItem(tr("%1 [%2]").arg(
+                                                   trace.name, LookOfChannel(trace.channel).unit)));
     for (int column = 0; column < columnCount; ++column) {
         auto *item = new QTableWidgetItem(At(texts, column));
         item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
@@ -171,9 +208,12 @@ void MeasurementPanel::ShowSpan() {
     }
     const auto measured = traces();
     const int row = std::max(tblMeasurement->currentRow(), 0);
-    lblSpan->setText(
+    const QString text =
+
         tr("Δt %1").arg(SecondsText(*cursors.Time(1) - *cursors.Time(0))) +
-        (row < static_cast<int>(measured.size()) ? StepText(At(measured, row)) : QString()));
+        (row < static_cast<int>(measured.size()) ? StepText(At(measured, row)) : QString());
+    lblSpan->setText(text);
+    lblSpan->setToolTip(text);
 }
 
 /// How long after A the trace has made 63 % of its change to B; empty if that cannot be said.

@@ -23,8 +23,8 @@ struct MeasuredTrace {
 };
 
 /// What the measuring cursors come to: a line with the span of time, and a table with a row per
-/// trace of the chart. Values are those of the history, never of pixels; "≈" marks where only
-/// extremes are left of older samples. Shown while both cursors are set.
+/// trace of the chart, in its unit. Values are those of the history, never of pixels; "≈" marks
+/// where only extremes are left of older samples. Shown while both cursors are set.
 class MeasurementPanel final : public QWidget {
     Q_OBJECT
 
@@ -38,8 +38,12 @@ public:
     /// Measures anew. Call when a history has been moved or replaced.
     void ShowMeasurement();
 
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
 private:
     void ShowRow(int row, const MeasuredTrace &trace);
+    void FitTable();
     void ShowSpan();
     QString StepText(const MeasuredTrace &trace) const;
     void Copy() const;

@@ -31,7 +31,7 @@ namespace {
 constexpr double stepSeconds = 0.005;
 constexpr double secondsWithoutProgress = 1;
 constexpr int wholeProgress = 1000;
-constexpr double rowHeight = 0.04; // of the chart's labels
+constexpr double rowHeight = 0.08; // of the chart's labels
 constexpr double farthestShift = 1e6;
 constexpr int decimalsOfShift = 3; // as the times in a log
 
