@@ -78,8 +78,6 @@ MeasurementPanel::MeasurementPanel(ChartCursors &shared,
     lblSpan = Named(new QLabel(this), "lblSpan");
     lblSpan->setTextFormat(Qt::PlainText);
     lblSpan->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed); // its tooltip has all
-    auto *copy = NewButton("cmdCopyMeasurement", tr("Copy Measurement"), this);
-    auto *remove = NewButton("cmdRemoveCursors", tr("Remove Cursors"), this);
     tblMeasurement = Named(new QTableWidget(0, columnCount, this), "tblMeasurement");
     tblMeasurement->setAccessibleName(tr("Measurement between the cursors"));
     tblMeasurement->setHorizontalHeaderLabels(
@@ -95,6 +93,8 @@ MeasurementPanel::MeasurementPanel(ChartCursors &shared,
     tblMeasurement->verticalHeader()->setHighlightSections(false);
     tblMeasurement->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 4);
 
+    auto *copy = NewButton("cmdCopyMeasurement", tr("Copy Measurement"), this);
+    auto *remove = NewButton("cmdRemoveCursors", tr("Remove Cursors"), this);
     auto *buttons = new QHBoxLayout;
     buttons->addStretch();
     buttons->addWidget(copy);

@@ -141,6 +141,7 @@ frmEvents::frmEvents()
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(tblEvents);
     layout->addLayout(NewButtonRow({cmdSave, cmdClose}));
+    resize(sizeHint()); // by itself a window takes at most two thirds of its screen
     connect(tblEvents->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             &frmEvents::Remember);
     connect(table, &EventTable::modelReset, this, &frmEvents::SelectAgain);

@@ -253,7 +253,6 @@ void frmLogView::ShowFirst() {
     stpLog->ShareCursors(cursors);
     connect(stpLog, &StripChart::OpenLogRequested, this, [this] { AskAndOpen(false); });
     chartPlace->addWidget(stpLog);
-    setTabOrder(stpLog, measurement); // the chart comes first
     stpLog->show();
     stpLog->setFocus();
     ShowTexts();
