@@ -19,7 +19,7 @@
 namespace ztm {
 namespace {
 
-constexpr qint64 millisecondsBetween = 5;
+constexpr qint64 millisecondsBetween = 3;
 constexpr double sameTime = 0.0005; // seconds
 
 /// A plot with a title and units instead of handles, until it goes.
