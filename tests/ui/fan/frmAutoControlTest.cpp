@@ -1,6 +1,7 @@
 #include "support/DialogTest.h"
 
 #include "fan/LookupGraphScale.h"
+#include "monitor/Events.h"
 #include "ui/fan/LookupGraph.h"
 #include "ui/instruments/ValueSlider.h"
 #include "ui/kit/Twips.h"
@@ -100,6 +101,7 @@ TEST_F(AutoControlTest, ShowsThePointsAndApplyWritesTheTableInUse) {
           "02? 02=00 02? " + std::string(written).replace(written.find("24=72"), 5, "24=00") +
               "07=03",
           "", ZTM7710}});
+    EXPECT_EQ(Events()[0].text, "Lookup table applied");
 }
 
 TEST_F(AutoControlTest, TypingChangesTheSelectedPointAndNothingElse) {

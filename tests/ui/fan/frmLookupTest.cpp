@@ -1,3 +1,4 @@
+#include "monitor/Events.h"
 #include "support/DialogTest.h"
 #include "support/TemporaryFile.h"
 
@@ -62,6 +63,7 @@ TEST_F(LookupTest, ApplyWritesTheTemperaturesAndThenTheSpeeds) {
           {{"02=08 22=FF 29=5E 2A=FF 2B=FF 38=00 39=04",
             (std::string("?; ") + edited + "cmdApply; cmdOK"), written + ' ' + written,
             "191|75|30|4800"}});
+    EXPECT_EQ(Events()[1].text, "Lookup table applied");
 }
 
 TEST_F(LookupTest, NumbersThatTheChipCannotHoldAreMarked) {
