@@ -3,6 +3,7 @@
 #include "common/Clock.h"
 #include "link/CommFailure.h"
 #include "link/Heaters.h"
+#include "link/LastSeen.h"
 #include "link/LinkNewComPort06.h"
 #include "link/LinkObserver.h"
 #include "link/LinkState.h"
@@ -10,6 +11,7 @@
 #include "link/USBFunctions.h"
 
 #include <algorithm>
+#include <array>
 
 namespace ztm {
 namespace {
@@ -28,6 +30,8 @@ constexpr double handshakeSpacingSeconds = 0.2;
 FanControlButtons *fanControlButtons = nullptr;
 LinkObserver *linkObserver = nullptr;
 
+std::array<std::optional<SeenValue>, LastRegister + 1> seen{};
+
 bool IsRegister(int32_t address) {
     return address >= 0 && address <= LastRegister;
 }
@@ -37,6 +41,13 @@ void Send(int16_t request, int32_t value, int32_t index, int16_t direction, int1
     if (VendorIORequest(request, value, index, direction, length, buffer) != 0) {
         CommFailure();
     }
+}
+
+/// Keeps a value that has passed by, and returns it.
+int16_t Note(int32_t address, int32_t value) {
+    const auto passed = static_cast<int16_t>(value);
+    seen[static_cast<size_t>(address)] = {passed, RunningSeconds()};
+    return passed;
 }
 
 void WaitForSmbus() {
@@ -53,12 +64,12 @@ int16_t ReadRegister(int32_t address) {
     }
     if (CommsMedium == MediumUSB) {
         Send(registerRequest, USBDeviceAddress, address, fromAdapter, 1, TransferBuffer.data());
-        return TransferBuffer[0];
+        return Note(address, TransferBuffer[0]);
     }
     if (CommsMedium == MediumSMBus) {
         const uint8_t value = PortReadByte(DeviceAddress, static_cast<uint8_t>(address));
         WaitForSmbus();
-        return value;
+        return Note(address, value);
     }
     return 0;
 }
@@ -75,10 +86,21 @@ void WriteRegister(int32_t address, int32_t data) {
         PortWriteByte(DeviceAddress, static_cast<uint8_t>(address), static_cast<uint8_t>(data));
         WaitForSmbus();
     }
-    if (linkObserver != nullptr && CommsMedium != MediumNone) {
-        linkObserver->RegisterWritten(address, data);
+    if (CommsMedium != MediumNone) {
+        Note(address, data);
+        if (linkObserver != nullptr) {
+            linkObserver->RegisterWritten(address, data);
+        }
     }
     AfterRegisterWrite(address);
+}
+
+std::optional<SeenValue> LastSeen(int32_t address) {
+    return IsRegister(address) ? seen[static_cast<size_t>(address)] : std::nullopt;
+}
+
+void ResetLastSeen() {
+    seen.fill(std::nullopt);
 }
 
 void WriteField(const RegisterField &field, int32_t code) {

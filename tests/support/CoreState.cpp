@@ -7,12 +7,14 @@
 #include "link/AdapterStartUp.h"
 #include "link/CommFailure.h"
 #include "link/Heaters.h"
+#include "link/LastSeen.h"
 #include "link/LinkState.h"
 #include "monitor/Channels.h"
 #include "monitor/Events.h"
 #include "monitor/MeasurementHistory.h"
 #include "monitor/MeasurementLog.h"
 #include "monitor/MonitorSettings.h"
+#include "monitor/RecentMeasurements.h"
 #include "regmap/RegMapStuff.h"
 #include "regmap/RegisterTree.h"
 
@@ -20,6 +22,7 @@ namespace ztm::test {
 
 void ResetCoreState() {
     ResetLinkState();
+    ResetLastSeen();
     ResetAdapterStartUp();
     ResetHeaters();
     ResetDeviceScan();
@@ -27,6 +30,7 @@ void ResetCoreState() {
     ResetSelectedRegister();
     ResetMonitorSettings();
     ResetMeasurements();
+    ResetRecentMeasurements();
     ResetMeasurementHistory();
     ResetMeasurementLog();
     ResetEvents();

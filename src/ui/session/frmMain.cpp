@@ -2,6 +2,7 @@
 
 #include "fan/LookupGraphScale.h"
 #include "link/Heaters.h"
+#include "link/LastSeen.h"
 #include "link/LinkState.h"
 #include "link/USBComms.h"
 #include "monitor/Events.h"
@@ -91,6 +92,7 @@ void frmMain::InitMainWindow() {
     ResetMonitorSettings();
     ResetMeasurementLog();
     ResetEvents();
+    ResetLastSeen();
     SmbusDelayMs = DefaultSmbusDelayMs;
     SmbusDelayEnabled = true;
     ResetLookupGraphScale();
