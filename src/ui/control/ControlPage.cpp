@@ -207,6 +207,15 @@ void ControlPage::TickDone() {
     if (auto *manual = LoadedForm<frmManual>()) {
         manual->MonitorTicked();
     }
+    if (auto *config = LoadedForm<frmConfig>()) {
+        config->MonitorTicked();
+    }
+    if (auto *curve = LoadedForm<frmAutoControl>()) {
+        curve->MonitorTicked();
+    }
+    if (auto *points = LoadedForm<frmLookup>()) {
+        points->MonitorTicked();
+    }
 }
 
 void ControlPage::cmdConParam_Click() {

@@ -11,6 +11,7 @@
 #include "monitor/Channels.h"
 #include "monitor/Events.h"
 #include "ui/fan/ControlSourceBoxes.h"
+#include "ui/fan/FanTexts.h"
 #include "ui/fan/LookupGraph.h"
 #include "ui/fan/LookupGraphPanel.h"
 #include "ui/instruments/ValueSlider.h"
@@ -28,7 +29,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace ztm {
 namespace {
@@ -47,10 +47,11 @@ LookupPoint &PointAt(int point) {
 } // namespace
 
 frmAutoControl::frmAutoControl()
-    : Dialog(QStringLiteral("frmAutoControl"), tr("Auto-Control Response")) {
+    : PointsDialog(QStringLiteral("frmAutoControl"), tr("Auto-Control Response")) {
     SetupUi();
     ConnectSignals();
     Form_Load();
+    StartEditing();
 }
 
 void frmAutoControl::SetupUi() {
@@ -71,9 +72,25 @@ void frmAutoControl::SetupUi() {
     layout->addWidget(graphPanel, 0, 0);
     layout->addWidget(sldRange, 0, 1);
     layout->addLayout(settings, 0, 2);
-    layout->addLayout(NewOkApplyCancelRow(), 1, 0, 1, 3);
+    auto *buttons = new QHBoxLayout;
+    AddPointButtons(*buttons);
+    layout->addLayout(NewLines(), 1, 0, 1, 3);
+    buttons->addLayout(NewOkApplyCancelRow());
+    layout->addLayout(buttons, 2, 0, 1, 3);
     layout->setColumnStretch(0, 1);
     layout->setRowStretch(0, 1);
+}
+
+QLayout *frmAutoControl::NewLines() {
+    lblOperatingPoint = Named(new QLabel(this), "lblOperatingPoint");
+    lblOperatingPoint->setWordWrap(true);
+    lblFileResult = NewResultLabel(this);
+    auto *lines = new QVBoxLayout;
+    lines->addWidget(lblOperatingPoint);
+    AddLines(*lines);
+    lines->addWidget(lblFileResult);
+    lblFileResult->hide();
+    return lines;
 }
 
 QGroupBox *frmAutoControl::NewSourceFrame() {
@@ -135,6 +152,10 @@ void frmAutoControl::ConnectSignals() {
     }
     for (auto *option : {optDiscrete, optLinear}) {
         connect(option, &QRadioButton::toggled, this, &frmAutoControl::PlotData);
+        connect(option, &QRadioButton::toggled, this, &frmAutoControl::EditedAlone);
+    }
+    for (auto *box : {cmbControl[0], cmbControl[1], cmbSource33}) {
+        connect(box, &QComboBox::currentTextChanged, this, &frmAutoControl::EditedAlone);
     }
     connect(txtTLookUp, &QLineEdit::textChanged, this, &frmAutoControl::txtTLookUp_Change);
     connect(txtRPMLookup, &QLineEdit::textChanged, this, &frmAutoControl::txtRPMLookup_Change);
@@ -144,6 +165,8 @@ void frmAutoControl::ConnectSignals() {
     connect(pctGraph, &LookupGraph::MoveWanted, this, &frmAutoControl::MovePoint);
     connect(pctGraph, &LookupGraph::TemperatureWanted, this,
             [this](int point, double celsius) { SetNumber(point, *txtTLookUp, celsius); });
+    connect(pctGraph, &LookupGraph::PointWanted, this,
+            [this](int point) { At(optControl, point)->setChecked(true); });
     connect(pctGraph, &LookupGraph::SpeedWanted, this,
             [this](int point, double rpm) { SetNumber(point, *txtRPMLookup, rpm); });
     connect(sldRange, &ValueSlider::ValueChanged, this, &frmAutoControl::sldRange_Change);
@@ -165,8 +188,7 @@ void frmAutoControl::Form_Load() {
     LookupTable points;
     for (int point = 0; point < LookupPoints; ++point) {
         const int32_t celsius = ReadPointTemperature(point);
-        At(chipRpm, point) = ReadRPM(SpeedRegister(point));
-        At(points, point) = {celsius, PointRpm(At(chipRpm, point))};
+        At(points, point) = {celsius, PointRpm(ReadRPM(SpeedRegister(point)))};
     }
     LoadTableInUse(points);
     ShowSelectedPoint();
@@ -185,38 +207,33 @@ void frmAutoControl::PlotData() {
 
 void frmAutoControl::ShowSelectedPoint() {
     shownEightPointMode = EightPointMode;
-    const int32_t rpm = RpmOf(SelectedPoint);
-    ShowNumber(*txtTLookUp, PointAt(SelectedPoint).Temperature);
-    ShowNumber(*txtRPMLookup, rpm);
+    const SpeedPoint shown = PointInUse(SelectedPoint, SeenPoints());
+    ShowNumber(*txtTLookUp, shown.Celsius);
+    ShowNumber(*txtRPMLookup, shown.Rpm);
+    BeginStep();
     MarkPoints();
     PlotData();
 }
 
-/// The speed of a point: that of the chip while the table holds as much of it as it can.
-int32_t frmAutoControl::RpmOf(int point) const {
-    const int32_t held = At(chipRpm, point);
-    const int32_t rpm = PointAt(point).RPM;
-    return rpm == PointRpm(held) ? held : rpm;
-}
-
-/// Says why Apply cannot write a speed at a point; empty if it can, or if the chip holds it: the
-/// slowest count reads as 75 RPM, which cannot be written.
-QString frmAutoControl::RpmProblem(int point, double rpm) const {
-    const bool held = (IsLookupRpm(rpm) && rpm <= LargestPointRpm) || rpm == At(chipRpm, point);
-    return held ? QString() : tr("0, or %1 to %2 RPM").arg(SlowestLookupRpm).arg(LargestPointRpm);
-}
-
 /// Marks the points whose numbers Apply cannot write, selected or not, and the speed in its box.
 void frmAutoControl::MarkPoints() {
+    const auto held = SeenPoints();
+    const SpeedPoints points = PointsInUse(held);
+    const auto fates = FatesOf(points, held);
     for (int point = 0; point < LookupPoints; ++point) {
-        const int32_t celsius = PointAt(point).Temperature;
-        const bool tooFar = celsius < lowestCelsius || celsius > highestCelsius;
-        MarkField(*At(optControl, point),
-                  tooFar ? tr("%1 to %2 °C").arg(lowestCelsius).arg(highestCelsius)
-                         : RpmProblem(point, RpmOf(point)));
+        MarkField(*At(optControl, point), FateText(At(points, point), At(fates, point)));
     }
-    const QString problem = RpmProblem(SelectedPoint, RoundHalfToEven(NumberIn(*txtRPMLookup)));
-    MarkField(*txtRPMLookup, problem.isEmpty() ? HowRead(*txtRPMLookup) : problem);
+    const double entered = RoundHalfToEven(NumberIn(*txtRPMLookup));
+    const bool isHeld = held && entered == At(*held, SelectedPoint).Rpm;
+    const bool canBe = IsLookupRpm(entered) && entered <= LargestPointRpm;
+    MarkField(*txtRPMLookup,
+              canBe || isHeld
+                  ? HowRead(*txtRPMLookup)
+                  : tr("0, or %1 to %2 RPM").arg(SlowestLookupRpm).arg(LargestPointRpm));
+}
+
+void frmAutoControl::EditedAlone() {
+    AsOneStep([] {});
 }
 
 void frmAutoControl::optControl_Click(int point) {
@@ -272,15 +289,21 @@ void frmAutoControl::pctGraph_MouseUp(QPointF place) {
 void frmAutoControl::PutDown(QPointF place) {
     pctGraph->carriedAt.reset();
     pctGraph->unsetCursor();
-    EnterNumber(*txtTLookUp, std::floor(X2Temp(place.x())));
-    EnterNumber(*txtRPMLookup, std::floor(Y2RPM(place.y())));
+    AsOneStep([&] {
+        EnterNumber(*txtTLookUp, std::floor(X2Temp(place.x())));
+        EnterNumber(*txtRPMLookup, std::floor(Y2RPM(place.y())));
+    });
     PlotData();
 }
 
-/// Moves the selected point by keyboard, within the ranges of its spin buttons.
-void frmAutoControl::MovePoint(int celsius, int rpm) {
+/// Moves the selected point by keyboard, within the ranges of its spin buttons. A key that is held
+/// makes one step.
+void frmAutoControl::MovePoint(int celsius, int rpm, bool isRepeated) {
     if (pctGraph->carriedAt) {
         return;
+    }
+    if (!isRepeated) {
+        BeginStep();
     }
     const auto move = [](QLineEdit &box, const SpinRange &range, int32_t value, int change) {
         if (change != 0) {
@@ -288,12 +311,12 @@ void frmAutoControl::MovePoint(int celsius, int rpm) {
         }
     };
     move(*txtTLookUp, temperatureSpin, PointAt(SelectedPoint).Temperature, celsius);
-    move(*txtRPMLookup, rpmSpin, RpmOf(SelectedPoint), rpm);
+    move(*txtRPMLookup, rpmSpin, ToInt32(PointInUse(SelectedPoint, SeenPoints()).Rpm), rpm);
 }
 
 void frmAutoControl::SetNumber(int point, QLineEdit &box, double number) {
     At(optControl, point)->setChecked(true);
-    EnterNumber(box, RoundHalfToEven(number));
+    AsOneStep([&] { EnterNumber(box, RoundHalfToEven(number)); });
 }
 
 /// Escape returns a carried point to where it was, whichever control has the focus.
@@ -315,21 +338,40 @@ void frmAutoControl::sldRange_Change(double value) {
     PlotData();
 }
 
+/// The fans stand where the sources that the chip has now take them.
+void frmAutoControl::ShowNow() {
+    FanPlan plan = Plan();
+    plan.Behaviour = SeenBehaviour();
+    bool isAnyShown = false;
+    const auto before = pctGraph->live;
+    for (int fan = 0; fan < FanCount(); ++fan) {
+        const FanOutlook outlook = OutlookOf(plan, fan);
+        const auto rpm = OperatingRpm(outlook, fan);
+        At(pctGraph->live, fan).reset();
+        if (rpm) {
+            At(pctGraph->live, fan) =
+                LivePoint{outlook.Channel, outlook.Celsius, *rpm, outlook.DemandedRpm};
+        }
+        isAnyShown = isAnyShown || rpm;
+    }
+    lblOperatingPoint->setText(OperatingText(plan));
+    if (isAnyShown || before != pctGraph->live) { // the trail fades also where a fan stands still
+        pctGraph->update();
+    }
+}
+
 bool frmAutoControl::Apply() {
     WriteField(TransitionField, optLinear->isChecked());
     for (int point = 0; point < LookupPoints; ++point) {
         WritePointTemperature(point, PointAt(point).Temperature);
     }
     for (int point = 0; point < LookupPoints; ++point) {
-        const int32_t rpm = std::max(RpmOf(point), 0);
-        WritePointRpm(point, rpm);
-        if (IsLookupRpm(rpm)) {
-            At(chipRpm, point) = rpm == 0 ? StoppedLookupRpm : rpm;
-        }
+        WritePointRpm(point, PointInUse(point, SeenPoints()).Rpm);
     }
     AddEvent("Lookup table applied");
-    MarkPoints();
     WriteRegister(FanBehaviour, ChosenBehaviour(cmbControl, *cmbSource33));
+    MarkPoints();
+    PointsApplied();
     return true;
 }
 
