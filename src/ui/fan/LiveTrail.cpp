@@ -7,15 +7,15 @@
 #include "monitor/RecentMeasurements.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
+#include <optional>
 
 namespace ztm {
 namespace {
 
-constexpr int shades = 8;
-constexpr double strongest = 0.8; // opacity of the newest end
-constexpr double trailPixels = 2;
+constexpr int shades = 12;
+constexpr double strongest = 0.8; // of the newest end
+constexpr double faintest = 0.15;
 constexpr double demandPixels = 1;
 constexpr double dotRadius = 5;
 constexpr double demandRadius = 3;
@@ -23,65 +23,57 @@ constexpr double demandRadius = 3;
 constexpr double longestGapSeconds = 2;
 constexpr double millisecondsPerSecond = 1000;
 
-/// A part of the trail in one shade.
-class Stroke {
-public:
-    void Add(const QPointF &place) { places[static_cast<size_t>(count++)] = place; }
+/// A colour on white, from 0 for white to 1.
+QColor Shaded(const QColor &colour, double strength) {
+    const auto mixed = [strength](int part) { return qRound(255 + (part - 255) * strength); };
+    return {mixed(colour.red()), mixed(colour.green()), mixed(colour.blue())};
+}
 
-    void Draw(QPainter &painter, const QPen &pen) {
-        if (count > 1) {
-            painter.setPen(pen);
-            painter.drawPolyline(places.data(), count);
+/// Passes the samples of the last minute in which the place of a fan is known, with their ages.
+template <class Take>
+void VisitTrail(const LivePoint &live, int fan, const Take &take) {
+    const double now = RunningSeconds();
+    for (size_t index = 0; index < RecentCount(); ++index) {
+        const RecentSample &sample = RecentAt(index);
+        const auto celsius = static_cast<double>(At(sample.Values, live.Channel));
+        const auto rpm = static_cast<double>(At(sample.Values, SpeedChannel(fan)));
+        const double age = now - sample.Time;
+        if (age < RecentSeconds && !std::isnan(celsius) && !std::isnan(rpm)) {
+            take(celsius, rpm, age);
         }
-        count = 0;
     }
-
-private:
-    std::array<QPointF, MostRecentSamples + 1> places;
-    int count = 0;
-};
+}
 
 } // namespace
 
+/// Thin opaque lines and squares without smoothing: others would cost several milliseconds.
 void DrawTrail(QPainter &painter, const GraphPlace &placeOf, const LivePoint &live, int fan,
                const QColor &colour) {
-    const double now = RunningSeconds();
     const double longestGap =
         std::max(longestGapSeconds, 2 * MonitorInterval / millisecondsPerSecond);
-    Stroke stroke;
-    QColor shaded = colour;
-    int shade = 0;
-    double lastTime = now;
-    const auto draw = [&] {
-        shaded.setAlphaF(static_cast<float>(strongest * shade / shades));
-        stroke.Draw(painter, QPen(shaded, trailPixels, Qt::SolidLine, Qt::FlatCap, Qt::RoundJoin));
-    };
-    for (size_t index = 0; index < RecentCount(); ++index) {
-        const RecentSample &sample = RecentAt(index);
-        const double age = now - sample.Time;
-        if (age >= RecentSeconds) {
-            continue;
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    std::optional<QPointF> last;
+    double lastAge = 0;
+    int lastShade = -1;
+    QColor shaded;
+    VisitTrail(live, fan, [&](double celsius, double rpm, double age) {
+        const int shade = static_cast<int>((1 - age / RecentSeconds) * shades);
+        if (shade != lastShade) {
+            shaded = Shaded(colour, faintest + (strongest - faintest) * shade / shades);
+            painter.setPen(QPen(shaded, 1));
+            lastShade = shade;
         }
-        const auto celsius = static_cast<double>(At(sample.Values, live.Channel));
-        const auto rpm = static_cast<double>(At(sample.Values, SpeedChannel(fan)));
-        const bool isThere = !std::isnan(celsius) && !std::isnan(rpm);
-        const bool isJoined = isThere && sample.Time - lastTime <= longestGap;
-        const QPointF place = isThere ? placeOf(celsius, rpm) : QPointF();
-        const int itsShade = 1 + static_cast<int>((1 - age / RecentSeconds) * (shades - 1));
-        if (isJoined) {
-            stroke.Add(place);
-        }
-        if (!isJoined || itsShade != shade) {
-            draw();
-            shade = itsShade;
-            if (isThere) {
-                stroke.Add(place);
+        const QPointF place = placeOf(celsius, rpm);
+        if (last != place) {
+            if (last && lastAge - age <= longestGap) {
+                painter.drawLine(*last, place);
             }
+            painter.fillRect(QRectF(place, QSizeF()).adjusted(-1, -1, 2, 2), shaded);
         }
-        lastTime = sample.Time;
-    }
-    stroke.Add(placeOf(live.Celsius, live.Rpm));
-    draw();
+        last = place;
+        lastAge = age;
+    });
+    painter.setRenderHint(QPainter::Antialiasing);
 }
 
 void DrawLivePoint(QPainter &painter, const GraphPlace &placeOf, const LivePoint &live,
@@ -95,6 +87,18 @@ void DrawLivePoint(QPainter &painter, const GraphPlace &placeOf, const LivePoint
     painter.setPen(QPen(Qt::white, demandPixels));
     painter.setBrush(colour.darker());
     painter.drawEllipse(place, dotRadius, dotRadius);
+}
+
+QRectF LiveArea(const GraphPlace &placeOf, const LivePoint &live, int fan) {
+    QRectF area;
+    const auto add = [&](const QPointF &place) {
+        constexpr double reach = dotRadius + 2;
+        area |= QRectF(place, QSizeF()).adjusted(-reach, -reach, reach, reach);
+    };
+    VisitTrail(live, fan, [&](double celsius, double rpm, double) { add(placeOf(celsius, rpm)); });
+    add(placeOf(live.Celsius, live.Rpm));
+    add(placeOf(live.Celsius, live.DemandedRpm));
+    return area;
 }
 
 } // namespace ztm

@@ -2,6 +2,7 @@
 
 #include <QColor>
 #include <QPainter>
+#include <QRectF>
 
 #include <functional>
 
@@ -27,5 +28,8 @@ void DrawTrail(QPainter &painter, const GraphPlace &placeOf, const LivePoint &li
 /// Draws the fan as a dot, with a line to where its curve demands it.
 void DrawLivePoint(QPainter &painter, const GraphPlace &placeOf, const LivePoint &live,
                    const QColor &colour);
+
+/// Where both draw, with the width of what they draw.
+QRectF LiveArea(const GraphPlace &placeOf, const LivePoint &live, int fan);
 
 } // namespace ztm

@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace ztm {
 namespace {
@@ -70,6 +71,22 @@ LookupGraph::LookupGraph(QWidget *parent) : QWidget(parent) {
 
 QSize LookupGraph::sizeHint() const {
     return {Twips(GraphWidth, *this), Twips(GraphHeight, *this)};
+}
+
+void LookupGraph::ShowLive(const std::array<std::optional<LivePoint>, 2> &fans) {
+    live = fans;
+    QRectF area;
+    for (int fan = 0; fan < 2; ++fan) {
+        if (const auto &shown = At(live, fan)) {
+            area |= LiveArea(
+                [this](double celsius, double rpm) {
+                    return InPixels(PlaceOf({celsius, rpm}));
+                },
+                *shown, fan);
+        }
+    }
+    const QRect before = std::exchange(liveArea, area.toAlignedRect());
+    update(before | liveArea); // the way fades also where a fan stands still
 }
 
 bool LookupGraph::IsOnSelectedPoint(QPointF place) const {
@@ -152,7 +169,8 @@ LookupMarks LookupGraph::Marks(const SpeedPoints &points) const {
     std::array<QPointF, LookupPoints> places;
     std::transform(points.begin(), points.end(), places.begin(),
                    [this](const SpeedPoint &point) { return InPixels(PlaceOf(point)); });
-    return LayOutMarks(places, QRectF(rect()).adjusted(0, 0, -1, -1), QFontMetricsF(MarkFont()));
+    return LayOutMarks(places, linear, QRectF(rect()).adjusted(0, 0, -1, -1),
+                       QFontMetricsF(MarkFont()));
 }
 
 QString LookupGraph::HintAt(QPointF pixels) const {

@@ -34,7 +34,10 @@ public:
     bool linear = false;                ///< straight lines between points instead of steps
     int selectedPoint = 0;              ///< 0 to 7
     std::optional<QPointF> carriedAt{}; ///< position of the carried point, in twips
-    std::array<std::optional<LivePoint>, 2> live{}; ///< of each fan that is to be shown
+
+    /// From now on shows these fans. Paints no more than they and their ways need, whatever else
+    /// has changed.
+    void ShowLive(const std::array<std::optional<LivePoint>, 2> &fans);
 
     /// Whether a place, in twips, is on the selected point.
     bool IsOnSelectedPoint(QPointF place) const;
@@ -96,6 +99,8 @@ private:
     void DrawReading(QPainter &painter);
 
     QPointF pressedAt; // in pixels
+    std::array<std::optional<LivePoint>, 2> live{};
+    QRect liveArea; // of `live`, in pixels
 };
 
 } // namespace ztm

@@ -34,8 +34,15 @@ QString NumbersOf(const QVarLengthArray<int, 8> &points) {
     return text;
 }
 
+/// Whether a curve leaves a point inside the quarter on that side.
+bool IsTaken(const LookupMark &mark, const QPoint &side) {
+    return std::any_of(mark.ways.begin(), mark.ways.end(), [&](const QPointF &way) {
+        return way.x() * side.x() > 0 && way.y() * side.y() > 0;
+    });
+}
+
 /// Where the numbers of a point stand: behind its arrow, or else above left of it, where a rising
-/// curve leaves room; elsewhere around it at the edges of the graph.
+/// curve leaves room, or on another side that is free and on the graph.
 QRectF BadgeOf(const LookupMark &mark, const QRectF &room, const QFontMetricsF &metrics) {
     const double height = metrics.height();
     const double width = std::max(height, metrics.horizontalAdvance(mark.numbers) + height / 2);
@@ -47,7 +54,7 @@ QRectF BadgeOf(const LookupMark &mark, const QRectF &room, const QFontMetricsF &
         for (const QPoint side : {QPoint(-1, -1), QPoint(1, -1), QPoint(1, 1), QPoint(-1, 1)}) {
             badge.moveCenter(mark.place + QPointF(side.x() * (width / 2 + height / 4),
                                                   side.y() * 0.75 * height));
-            if (room.contains(badge)) {
+            if (room.contains(badge) && !IsTaken(mark, side)) {
                 break;
             }
         }
@@ -82,8 +89,8 @@ bool JoinTwo(LookupMarks &marks, const QRectF &room, const QFontMetricsF &metric
 
 } // namespace
 
-LookupMarks LayOutMarks(const std::array<QPointF, LookupPoints> &places, const QRectF &room,
-                        const QFontMetricsF &metrics) {
+LookupMarks LayOutMarks(const std::array<QPointF, LookupPoints> &places, bool isLinear,
+                        const QRectF &room, const QFontMetricsF &metrics) {
     LookupMarks marks;
     for (int point = 0; point < LookupPoints; ++point) {
         const QPointF &place = At(places, point);
@@ -92,6 +99,10 @@ LookupMarks LayOutMarks(const std::array<QPointF, LookupPoints> &places, const Q
                       std::clamp(place.y(), room.top(), room.bottom())};
         mark.beyond = {Beyond(place.x(), room.left(), room.right()),
                        Beyond(place.y(), room.top(), room.bottom())};
+        if (isLinear) {
+            mark.ways = {At(places, std::max(point - 1, 0)) - place,
+                         At(places, std::min(point + 1, LookupPoints - 1)) - place};
+        }
         mark.points = {point};
         mark.numbers = NumbersOf(mark.points);
         mark.badge = BadgeOf(mark, room, metrics);

@@ -14,13 +14,14 @@
 #include <QLineEdit>
 #include <QScopedValueRollback>
 
-#include <utility>
+#include <algorithm>
 
 namespace ztm {
 namespace {
 
-constexpr double shortestSpacingSeconds = 0.2;
-constexpr int linesKept = 2; // so that a longer text does not move what is above
+constexpr double shownEverySeconds = 0.25;
+constexpr double toldEverySeconds = 0.5;
+constexpr int linesKept = 2; // from the start
 
 QList<QKeySequence> UndoKeys() {
     return {QKeySequence(Qt::CTRL | Qt::Key_Z)};
@@ -164,10 +165,24 @@ void PointsDialog::PastePoints() {
     TellResult(result.join(QStringLiteral("; ")));
 }
 
+void PointsDialog::ShowText(QLabel &line, const QString &text) {
+    line.setText(text);
+    if (line.isVisible()) {
+        line.setMinimumHeight(std::max(line.minimumHeight(), line.heightForWidth(line.width())));
+    }
+}
+
 void PointsDialog::MonitorTicked() {
     const double now = RunningSeconds();
-    if (now - lastShown >= shortestSpacingSeconds && isVisible()) {
+    if (!isVisible()) {
+        return;
+    }
+    if (now - lastShown >= shownEverySeconds) {
         lastShown = now;
+        ShowFans();
+    }
+    if (now - lastTold >= toldEverySeconds) {
+        lastTold = now;
         ShowLine();
     }
 }
@@ -205,7 +220,7 @@ void PointsDialog::ShowLine() {
     if (!isEditing) {
         return;
     }
-    lblWhatWillHappen->setText(WhatWillHappen());
+    ShowText(*lblWhatWillHappen, WhatWillHappen());
     const auto *other = OtherWithOtherPoints();
     lblOtherPoints->setVisible(other != nullptr);
     if (other != nullptr) {
@@ -213,7 +228,7 @@ void PointsDialog::ShowLine() {
             tr("The window \"%1\" holds other points: what is applied last stays in the chip")
                 .arg(other->windowTitle()));
     }
-    ShowNow();
+    TellFans();
 }
 
 /// In all these dialogs: each depends on the other and on what it has applied.
@@ -222,6 +237,7 @@ void PointsDialog::ShowLines(const PointsDialog *except) {
         auto *dialog = dynamic_cast<PointsDialog *>(form);
         if (dialog != nullptr && dialog != except) {
             dialog->ShowLine();
+            dialog->ShowFans();
         }
     }
 }

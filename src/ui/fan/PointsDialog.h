@@ -51,8 +51,9 @@ protected:
     /// What else than points Apply would change.
     virtual QStringList OtherChanges() const { return {}; }
 
-    /// Shows what depends on the measurements or on what the chip holds.
-    virtual void ShowNow() {}
+    /// Shows where the fans are now, and says it.
+    virtual void ShowFans() {}
+    virtual void TellFans() {}
 
     // To be called once each, in this order of the Tab key: the two buttons, the two lines, and
     // StartEditing when everything has been loaded.
@@ -62,6 +63,10 @@ protected:
 
     /// Call after every edit that no box reports.
     void Edited();
+
+    /// Shows a changing text in a line, which grows with it and never shrinks: what is above must not
+    /// move with every measurement.
+    static void ShowText(QLabel &line, const QString &text);
 
     /// Makes one step of all edits in it.
     void AsOneStep(const std::function<void()> &edits);
@@ -95,6 +100,7 @@ private:
     bool isRestoring = false;
     bool isEditing = false; // the history has started
     double lastShown = 0;
+    double lastTold = 0;
 
     QPushButton *cmdCopyPoints = nullptr;
     QPushButton *cmdPastePoints = nullptr;

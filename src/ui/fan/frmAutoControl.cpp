@@ -338,26 +338,27 @@ void frmAutoControl::sldRange_Change(double value) {
     PlotData();
 }
 
-/// The fans stand where the sources that the chip has now take them.
-void frmAutoControl::ShowNow() {
+/// The curve as it is edited, with the control sources that the chip has.
+FanPlan frmAutoControl::PlanNow() const {
     FanPlan plan = Plan();
     plan.Behaviour = SeenBehaviour();
-    bool isAnyShown = false;
-    const auto before = pctGraph->live;
+    return plan;
+}
+
+void frmAutoControl::ShowFans() {
+    const FanPlan plan = PlanNow();
+    std::array<std::optional<LivePoint>, 2> live;
     for (int fan = 0; fan < FanCount(); ++fan) {
         const FanOutlook outlook = OutlookOf(plan, fan);
-        const auto rpm = OperatingRpm(outlook, fan);
-        At(pctGraph->live, fan).reset();
-        if (rpm) {
-            At(pctGraph->live, fan) =
-                LivePoint{outlook.Channel, outlook.Celsius, *rpm, outlook.DemandedRpm};
+        if (const auto rpm = OperatingRpm(outlook, fan)) {
+            At(live, fan) = LivePoint{outlook.Channel, outlook.Celsius, *rpm, outlook.DemandedRpm};
         }
-        isAnyShown = isAnyShown || rpm;
     }
-    lblOperatingPoint->setText(OperatingText(plan));
-    if (isAnyShown || before != pctGraph->live) { // the trail fades also where a fan stands still
-        pctGraph->update();
-    }
+    pctGraph->ShowLive(live);
+}
+
+void frmAutoControl::TellFans() {
+    ShowText(*lblOperatingPoint, OperatingText(PlanNow()));
 }
 
 bool frmAutoControl::Apply() {

@@ -68,7 +68,9 @@ private:
     QStringList EnterPoints(const std::vector<SpeedPoint> &points) override;
     void TellResult(const QString &text) override;
     QStringList OtherChanges() const override;
-    void ShowNow() override;
+    FanPlan PlanNow() const;
+    void ShowFans() override;
+    void TellFans() override;
     bool Apply() override;
 
     int SelectedPoint = 0;

@@ -200,10 +200,10 @@ void frmConfig::ShowWarning() {
 }
 
 void frmConfig::MonitorTicked() {
-    constexpr double shortestSpacingSeconds = 0.2;
+    constexpr double toldEverySeconds = 0.5;
     const double now = RunningSeconds();
-    if (now - lastShown >= shortestSpacingSeconds) {
-        lastShown = now;
+    if (now - lastTold >= toldEverySeconds) {
+        lastTold = now;
         ShowWarning();
     }
 }
