@@ -64,8 +64,8 @@ protected:
     /// Call after every edit that no box reports.
     void Edited();
 
-    /// Shows a changing text in a line, which grows with it and never shrinks: what is above must not
-    /// move with every measurement.
+    /// Shows a changing text in a line, which grows with it and never shrinks: what is above must
+    /// not move with every measurement.
     static void ShowText(QLabel &line, const QString &text);
 
     /// Makes one step of all edits in it.

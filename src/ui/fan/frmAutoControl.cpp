@@ -245,12 +245,14 @@ void frmAutoControl::txtTLookUp_Change() {
     PointAt(SelectedPoint).Temperature = ToInt32(NumberIn(*txtTLookUp));
     MarkPoints();
     PlotData();
+    TellPartChanged(*pctGraph, 2 * SelectedPoint);
 }
 
 void frmAutoControl::txtRPMLookup_Change() {
     PointAt(SelectedPoint).RPM = PointRpm(NumberIn(*txtRPMLookup));
     MarkPoints();
     PlotData();
+    TellPartChanged(*pctGraph, 2 * SelectedPoint + 1);
 }
 
 void frmAutoControl::pctGraph_MouseDown(QPointF place) {
@@ -325,6 +327,10 @@ void frmAutoControl::keyPressEvent(QKeyEvent *event) {
         Dialog::keyPressEvent(event);
         return;
     }
+    PutBack();
+}
+
+void frmAutoControl::PutBack() {
     pctGraph->carriedAt.reset();
     pctGraph->unsetCursor();
     pctGraph->update();

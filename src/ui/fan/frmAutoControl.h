@@ -59,6 +59,7 @@ private:
     void pctGraph_MouseMove(QPointF place);
     void pctGraph_MouseUp(QPointF place);
     void PutDown(QPointF place);
+    void PutBack();
     void MovePoint(int celsius, int rpm, bool isRepeated);
     void SetNumber(int point, QLineEdit &box, double number);
     void sldRange_Change(double value);

@@ -42,6 +42,7 @@ void frmAutoControl::Restore(const QVariantList &state) {
     auto value = state.begin();
     const auto next = [&value] { return (value++)->toInt(); };
     const LookupTable before = TableInUse();
+    PutBack();
     (next() != 0 ? optLinear : optDiscrete)->setChecked(true);
     ShowControlSources(next(), cmbControl, *cmbSource33);
     for (LookupTable *table : {&EightPointTable, &FourPointTable}) {
@@ -59,6 +60,7 @@ void frmAutoControl::Restore(const QVariantList &state) {
 }
 
 QStringList frmAutoControl::EnterPoints(const std::vector<SpeedPoint> &points) {
+    PutBack();
     int limited = 0;
     for (size_t point = 0; point < points.size(); ++point) {
         const SpeedPoint &entered = points[point];

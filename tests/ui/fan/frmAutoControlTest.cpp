@@ -163,6 +163,10 @@ TEST_F(AutoControlTest, TwoClicksMoveAPoint) {
         EXPECT_FALSE(Graph().carriedAt) << "wherever the focus is";
         EXPECT_EQ(Selected(), "8: 100|6400");
     }
+    ClickAt(At(100, 6400));
+    Do("pctGraph+Ctrl+Z");
+    EXPECT_FALSE(Graph().carriedAt) << "taking back an edit puts it back";
+    EXPECT_EQ(Selected(), "4: 60|4096") << "both numbers in one step";
     const QPoint corner = Graph().rect().bottomRight();
     for (const QPoint end : {At(120, 3000), corner + QPoint(200, 200)}) {
         MoveTo(At(100, 6400));
