@@ -207,14 +207,17 @@ void ControlPage::TickDone() {
     if (auto *manual = LoadedForm<frmManual>()) {
         manual->MonitorTicked();
     }
+}
+
+void ControlPage::ShowMeasured() {
     if (auto *config = LoadedForm<frmConfig>()) {
-        config->MonitorTicked();
+        config->ShowMeasured();
     }
     if (auto *curve = LoadedForm<frmAutoControl>()) {
-        curve->MonitorTicked();
+        curve->ShowMeasured();
     }
     if (auto *points = LoadedForm<frmLookup>()) {
-        points->MonitorTicked();
+        points->ShowMeasured();
     }
 }
 

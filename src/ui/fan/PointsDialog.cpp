@@ -172,7 +172,7 @@ void PointsDialog::ShowText(QLabel &line, const QString &text) {
     }
 }
 
-void PointsDialog::MonitorTicked() {
+void PointsDialog::ShowMeasured() {
     const double now = RunningSeconds();
     if (!isVisible()) {
         return;

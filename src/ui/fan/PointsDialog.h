@@ -27,7 +27,7 @@ class PointsDialog : public Dialog {
 public:
     /// Shows what has been measured; call after a monitor tick. At most five times a second there
     /// is anything to do.
-    void MonitorTicked();
+    void ShowMeasured();
 
     /// The points as they are entered.
     virtual SpeedPoints Points() const = 0;

@@ -199,7 +199,7 @@ void frmConfig::ShowWarning() {
     lblWarning->setText(Warning());
 }
 
-void frmConfig::MonitorTicked() {
+void frmConfig::ShowMeasured() {
     constexpr double toldEverySeconds = 0.5;
     const double now = RunningSeconds();
     if (now - lastTold >= toldEverySeconds) {

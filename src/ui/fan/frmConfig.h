@@ -24,8 +24,8 @@ class frmConfig final : public Dialog {
 public:
     frmConfig();
 
-    /// Shows what has been measured; call after a monitor tick.
-    void MonitorTicked();
+    /// Shows what has been measured; call after a monitor tick, and now and then.
+    void ShowMeasured();
 
 signals:
     /// Apply has written the control type.

@@ -133,6 +133,7 @@ void frmMain::tmrMain_Timer() {
 
 void frmMain::tmrStatus_Timer() {
     stbMain->ShowState(ShownTab());
+    control->ShowMeasured();
 }
 
 void frmMain::SetTimerPeriod(int milliseconds) {

@@ -470,6 +470,12 @@ TEST_F(AutoControlTest, EveryEditCanBeTakenBackAndDoneAgain) {
                  "?; txtTLookUp+Ctrl+Z; ?",
                  names),
               "52|3000|0|Local / 60|3000|0|Local / 52|3000|0|Local");
+    for (const bool isRepeated : {false, true, true}) {
+        QKeyEvent held(QEvent::KeyPress, Qt::Key_Up, Qt::ShiftModifier, {}, isRepeated);
+        QCoreApplication::sendEvent(&Graph(), &held);
+    }
+    EXPECT_EQ(Do("?; pctGraph+Ctrl+Z; ?", names), "52|4500|0|Local / 52|3000|0|Local")
+        << "one step";
     EXPECT_EQ(Asked(), "");
 }
 
