@@ -19,8 +19,7 @@
 namespace ztm {
 namespace {
 
-constexpr double shownEverySeconds = 0.25;
-constexpr double toldEverySeconds = 0.5;
+constexpr double shownEverySeconds = 0.5;
 constexpr int linesKept = 2; // from the start
 
 QList<QKeySequence> UndoKeys() {
@@ -73,7 +72,7 @@ void PointsDialog::StartEditing() {
     history.Start(State());
     isEditing = true;
     ShowActions();
-    ShowLines();
+    ShowAll();
 }
 
 QAction *PointsDialog::NewAction(const char *name, const QString &caption,
@@ -107,7 +106,7 @@ void PointsDialog::Edited() {
     }
     history.Note(State(), step);
     ShowActions();
-    ShowLines();
+    ShowAll();
 }
 
 void PointsDialog::AsOneStep(const std::function<void()> &edits) {
@@ -127,7 +126,7 @@ void PointsDialog::GoTo(const QVariantList &state) {
     }
     BeginStep();
     ShowActions();
-    ShowLines();
+    ShowAll();
 }
 
 void PointsDialog::Undo() {
@@ -174,16 +173,9 @@ void PointsDialog::ShowText(QLabel &line, const QString &text) {
 
 void PointsDialog::ShowMeasured() {
     const double now = RunningSeconds();
-    if (!isVisible()) {
-        return;
-    }
-    if (now - lastShown >= shownEverySeconds) {
+    if (now - lastShown >= shownEverySeconds && isVisible()) {
         lastShown = now;
-        ShowFans();
-    }
-    if (now - lastTold >= toldEverySeconds) {
-        lastTold = now;
-        ShowLine();
+        ShowNow();
     }
 }
 
@@ -216,7 +208,7 @@ const PointsDialog *PointsDialog::OtherWithOtherPoints() const {
     return nullptr;
 }
 
-void PointsDialog::ShowLine() {
+void PointsDialog::ShowNow() {
     if (!isEditing) {
         return;
     }
@@ -228,23 +220,22 @@ void PointsDialog::ShowLine() {
             tr("The window \"%1\" holds other points: what is applied last stays in the chip")
                 .arg(other->windowTitle()));
     }
-    TellFans();
+    ShowFans();
 }
 
 /// In all these dialogs: each depends on the other and on what it has applied.
-void PointsDialog::ShowLines(const PointsDialog *except) {
+void PointsDialog::ShowAll(const PointsDialog *except) {
     for (Form *form : LoadedForms()) {
         auto *dialog = dynamic_cast<PointsDialog *>(form);
         if (dialog != nullptr && dialog != except) {
-            dialog->ShowLine();
-            dialog->ShowFans();
+            dialog->ShowNow();
         }
     }
 }
 
 void PointsDialog::Form_Unload() {
     isEditing = false;
-    ShowLines(this);
+    ShowAll(this);
 }
 
 } // namespace ztm

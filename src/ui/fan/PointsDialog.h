@@ -51,9 +51,8 @@ protected:
     /// What else than points Apply would change.
     virtual QStringList OtherChanges() const { return {}; }
 
-    /// Shows where the fans are now, and says it.
+    /// Shows and says where the fans are now.
     virtual void ShowFans() {}
-    virtual void TellFans() {}
 
     // To be called once each, in this order of the Tab key: the two buttons, the two lines, and
     // StartEditing when everything has been loaded.
@@ -75,7 +74,7 @@ protected:
     void BeginStep() { ++step; }
 
     /// Call after the points have been written.
-    void PointsApplied() { ShowLines(); }
+    void PointsApplied() { ShowAll(); }
 
     void Form_Unload() override;
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -91,8 +90,8 @@ private:
     void ShowActions();
     QString WhatWillHappen() const;
     const PointsDialog *OtherWithOtherPoints() const;
-    void ShowLine();
-    static void ShowLines(const PointsDialog *except = nullptr);
+    void ShowNow();
+    static void ShowAll(const PointsDialog *except = nullptr);
 
     EditHistory<QVariantList> history;
     int step = 1; // to which the next edit belongs
@@ -100,7 +99,6 @@ private:
     bool isRestoring = false;
     bool isEditing = false; // the history has started
     double lastShown = 0;
-    double lastTold = 0;
 
     QPushButton *cmdCopyPoints = nullptr;
     QPushButton *cmdPastePoints = nullptr;

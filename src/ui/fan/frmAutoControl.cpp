@@ -344,15 +344,10 @@ void frmAutoControl::sldRange_Change(double value) {
     PlotData();
 }
 
-/// The curve as it is edited, with the control sources that the chip has.
-FanPlan frmAutoControl::PlanNow() const {
+/// On the curve as it is edited, but with the control sources that the chip has.
+void frmAutoControl::ShowFans() {
     FanPlan plan = Plan();
     plan.Behaviour = SeenBehaviour();
-    return plan;
-}
-
-void frmAutoControl::ShowFans() {
-    const FanPlan plan = PlanNow();
     std::array<std::optional<LivePoint>, 2> live;
     for (int fan = 0; fan < FanCount(); ++fan) {
         const FanOutlook outlook = OutlookOf(plan, fan);
@@ -361,10 +356,7 @@ void frmAutoControl::ShowFans() {
         }
     }
     pctGraph->ShowLive(live);
-}
-
-void frmAutoControl::TellFans() {
-    ShowText(*lblOperatingPoint, OperatingText(PlanNow()));
+    ShowText(*lblOperatingPoint, OperatingText(plan));
 }
 
 bool frmAutoControl::Apply() {

@@ -69,9 +69,7 @@ private:
     QStringList EnterPoints(const std::vector<SpeedPoint> &points) override;
     void TellResult(const QString &text) override;
     QStringList OtherChanges() const override;
-    FanPlan PlanNow() const;
     void ShowFans() override;
-    void TellFans() override;
     bool Apply() override;
 
     int SelectedPoint = 0;

@@ -200,10 +200,10 @@ void frmConfig::ShowWarning() {
 }
 
 void frmConfig::ShowMeasured() {
-    constexpr double toldEverySeconds = 0.5;
+    constexpr double shownEverySeconds = 0.5;
     const double now = RunningSeconds();
-    if (now - lastTold >= toldEverySeconds) {
-        lastTold = now;
+    if (now - lastShown >= shownEverySeconds) {
+        lastShown = now;
         ShowWarning();
     }
 }

@@ -43,7 +43,7 @@ private:
     void ShowWarning();
     bool Apply() override;
 
-    double lastTold = 0;
+    double lastShown = 0;
 
     QTabWidget *SSTab1;
     QGroupBox *Frame5;
