@@ -248,6 +248,9 @@ private:
     void AutomaticControl() {
         ClickTab("Control");
         FanConfiguration();
+        Click("cmdAuto");
+        Picture("frmAutoControl", "automatic-control-fresh");
+        CloseByCloseBox("frmAutoControl");
         Click("cmdSetLookups");
         Click("cmdTestData");
         Picture("frmLookup", "lookup-points");
@@ -277,6 +280,16 @@ private:
         graph.carriedAt = QPointF(2600, 900);
         graph.update();
         Picture("frmAutoControl", "automatic-control-carrying");
+        graph.carriedAt.reset();
+        Type("txtRPMLookup", "3000");
+        Click("optControl(6)");
+        Type("txtTLookUp", "75");
+        Click("optControl(7)");
+        Type("txtTLookUp", "200");
+        Picture("frmAutoControl", "automatic-control-odd");
+        Click("cmdSetLookups");
+        Picture("frmLookup", "lookup-points-differ");
+        CloseByCloseBox("frmLookup");
         CloseByCloseBox("frmAutoControl");
     }
 

@@ -15,6 +15,8 @@ inline constexpr int PointsPerFan = 4; ///< in the layout with a table for each 
 struct LookupPoint {
     int32_t Temperature = 0; ///< °C
     int16_t RPM = 0;
+
+    bool operator==(const LookupPoint &) const = default;
 };
 using LookupTable = std::array<LookupPoint, LookupPoints>;
 

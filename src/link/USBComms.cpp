@@ -12,6 +12,7 @@
 #include "link/USBFunctions.h"
 
 #include <algorithm>
+#include <array>
 
 namespace ztm {
 namespace {
@@ -90,11 +91,13 @@ void WriteRegister(int32_t address, int32_t data) {
         WaitForSmbus();
         RecordTransfer(TransferKind::WriteRegister, static_cast<uint8_t>(address), {byte}, true);
     }
-    if (address == Configuration2 && (data & ResetBit) != 0) {
-        ResetLastSeen(); // every register has its default again
-    }
-    if (linkObserver != nullptr && CommsMedium != MediumNone) {
-        linkObserver->RegisterWritten(address, data);
+    if (CommsMedium != MediumNone) {
+        if (address == Configuration2 && (data & ResetBit) != 0) {
+            ResetLastSeen(); // every register has its default again
+        }
+        if (linkObserver != nullptr) {
+            linkObserver->RegisterWritten(address, data);
+        }
     }
     AfterRegisterWrite(address);
 }

@@ -210,6 +210,18 @@ void ControlPage::TickDone() {
     }
 }
 
+void ControlPage::ShowMeasured() {
+    if (auto *config = LoadedForm<frmConfig>()) {
+        config->ShowMeasured();
+    }
+    if (auto *curve = LoadedForm<frmAutoControl>()) {
+        curve->ShowMeasured();
+    }
+    if (auto *points = LoadedForm<frmLookup>()) {
+        points->ShowMeasured();
+    }
+}
+
 void ControlPage::cmdConParam_Click() {
     connect(&ShowForm<frmConfig>(this), &frmConfig::ControlTypeApplied, this,
             &ControlPage::ShowControlType, Qt::UniqueConnection);

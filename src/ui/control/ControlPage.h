@@ -41,6 +41,8 @@ public:
     void ShowHeaterDuty(int heater, int duty);
     /// A tick has passed.
     void TickDone();
+    /// Whatever is measured or no longer measured: call after a tick, and now and then without one.
+    void ShowMeasured();
 
 private:
     void SetupUi();

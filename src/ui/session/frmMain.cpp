@@ -145,6 +145,7 @@ void frmMain::tmrStatus_Timer() {
     if (auto *traffic = LoadedForm<frmTraffic>()) {
         traffic->Follow();
     }
+    control->ShowMeasured();
 }
 
 void frmMain::SetTimerPeriod(int milliseconds) {
