@@ -3,19 +3,18 @@
 #include "common/At.h"
 #include "common/ChannelHistory.h"
 #include "common/Clock.h"
-#include "common/NumberText.h"
 #include "common/Numbers.h"
 #include "ui/display/Quantities.h"
 #include "ui/instruments/ChartCursors.h"
 #include "ui/instruments/StripChartColumns.h"
 #include "ui/kit/Controls.h"
-#include "ui/kit/Text.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QLocale>
 #include <QScrollBar>
 #include <QTableWidget>
 
@@ -33,7 +32,8 @@ constexpr int significantDigits = 4;
 enum Column { AtA, AtB, Change, Slope, Least, Mean, Greatest, columnCount };
 
 QString Significant(double value) {
-    return ToQString(NumberText(QString::number(value, 'g', significantDigits).toDouble()));
+    return QString::number(QString::number(value, 'g', significantDigits).toDouble(), 'f',
+                           QLocale::FloatingPointShortest);
 }
 
 QString SecondsText(double seconds) {
@@ -177,7 +177,8 @@ void MeasurementPanel::ShowRow(int row, const MeasuredTrace &trace) {
     const int decimals = LookOfChannel(trace.channel).decimals;
     const auto valueText = [&](bool isExact, double value) {
         return std::isfinite(value)
-                   ? Marked(isExact, ToQString(NumberText(RoundToDecimals(value, decimals))))
+                   ? Marked(isExact, QString::number(RoundToDecimals(value, decimals) + 0.0, 'f',
+                                                     decimals)) // no negative zero
                    : QStringLiteral("–");
     };
     const double change = static_cast<double>(ends.atB) - ends.atA;

@@ -144,16 +144,16 @@ TEST_F(MonitorChartsTest, TwoCursorsMeasureBetweenThemInEveryWindow) {
     EXPECT_FALSE(Find("frmMain").findChild<QTableWidget *>()->isVisible());
     put(start + 7.8, Qt::Key_2);
     const auto &table = *Find("frmMain").findChild<QTableWidget *>();
-    EXPECT_EQ(RowOf(table, 0), "Local [°C]|22|28|6|1|22|25|28");
+    EXPECT_EQ(RowOf(table, 0), "Local [°C]|22.00|28.00|6.00|1|22.00|25.00|28.00");
     EXPECT_EQ(RowOf(table, 4), "Fan2 [RPM]|1980|1920|-60|-10|1920|1950|1980");
     EXPECT_EQ(TextOf("lblSpan"), "Δt 6.000 s; Local: 63 % of the change after 4.000 s");
     EXPECT_TRUE(Find("frmBigGraph").findChild<QTableWidget *>()->isVisible());
     Click("cmdCopyMeasurement");
     EXPECT_THAT(QGuiApplication::clipboard()->text().toStdString(),
-                testing::HasSubstr("\nRemote1 [°C]\t30\t30\t0\t"));
+                testing::HasSubstr("\nRemote1 [°C]\t30.00\t30.00\t0.00\t"));
     QTest::mousePress(&chart, Qt::LeftButton, {}, chart.PointOf(start + 8, 50).toPoint());
     MoveAndRelease(chart, {}, {chart.PointOf(start + 1.1, 50).toPoint()});
-    EXPECT_EQ(RowOf(table, 0), "Local [°C]|22|21|-1|1|21|21.5|22") << "B before A";
+    EXPECT_EQ(RowOf(table, 0), "Local [°C]|22.00|21.00|-1.00|1|21.00|21.50|22.00") << "B before A";
     EXPECT_EQ(TextOf("lblSpan"), "Δt -1.000 s");
     QTest::keyClick(&chart, Qt::Key_Escape); // the read-out
     QTest::keyClick(&chart, Qt::Key_Escape);
@@ -341,8 +341,9 @@ TEST_F(MonitorChartsTest, ARecordedLogIsShownWithASecondOneOverItAndNoneIsLostTo
                                               "Local dashed 5°C|Fan1 dashed 1RPM");
     press({forward, forward, Qt::Key_2});
     const auto &table = *Find("frmLogView").findChild<QTableWidget *>();
-    EXPECT_EQ(RowOf(table, 0), "Local [°C]|20|–|–|–|20|30|40") << "it has ended before B";
-    EXPECT_EQ(RowOf(table, 2), "Local dashed [°C]|5|6|1|.05|5|5.5|6");
+    EXPECT_EQ(RowOf(table, 0), "Local [°C]|20.00|–|–|–|20.00|30.00|40.00")
+        << "it has ended before B";
+    EXPECT_EQ(RowOf(table, 2), "Local dashed [°C]|5.00|6.00|1.00|0.05|5.00|5.50|6.00");
     const QString saved = QString::fromStdString(folder.Path("saved"));
     for (const bool isSpan : {false, true}) {
         EXPECT_TRUE(isSpan ? chart().SaveMeasuredSpan(saved) : chart().SaveVisibleRange(saved));
