@@ -97,6 +97,7 @@ void frmTraffic::SetupUi() {
     tblTraffic->setSelectionBehavior(QAbstractItemView::SelectRows);
     tblTraffic->setTabKeyNavigation(false);
     tblTraffic->setWordWrap(false);
+    tblTraffic->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel); // else counts all rows
     tblTraffic->verticalHeader()->hide();
     tblTraffic->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     tblTraffic->verticalHeader()->setDefaultSectionSize(fontMetrics().height() * 3 / 2);
