@@ -58,11 +58,35 @@ constexpr int32_t SpeedRegister(int point) {
     return 0x2B + 2 * point;
 }
 
+/// The register of the high byte of the speed that a fan (0 or 1) is to have under manual control:
+/// that of the first or the second point.
+constexpr int32_t ManualSpeedRegister(int fan) {
+    return SpeedRegister(fan);
+}
+
 /// Reads a temperature in °C from the chip, or writes the nearest one that can be encoded.
 int32_t ReadPointTemperature(int point);
 void WritePointTemperature(int point, double celsius);
 
 /// Writes a speed, limited to 0 to FastestLookupRpm. 1 to 75 RPM have no count: nothing is written.
 void WritePointRpm(int point, double rpm);
+
+/// The eight points in °C and RPM, as numbers that need not be in range.
+struct PointNumber {
+    double Celsius = 0;
+    double Rpm = 0;
+};
+using PointNumbers = std::array<PointNumber, LookupPoints>;
+
+/// Writes all temperatures and then all speeds.
+void WritePoints(const PointNumbers &points);
+
+/// Reads all temperatures and then all speeds.
+PointNumbers ReadPoints();
+
+/// The speed in RPM that the chip's table demands of a fan (0 or 1) at a temperature in °C, by the
+/// layout of `EightPointMode`: nothing below the fan's first point, then from point to point in
+/// straight lines or in steps, and that of its last point above.
+double DemandedRpm(const PointNumbers &points, int fan, bool isLinear, double celsius);
 
 } // namespace ztm

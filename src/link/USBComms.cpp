@@ -10,6 +10,7 @@
 #include "link/USBFunctions.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace ztm {
 namespace {
@@ -86,13 +87,19 @@ void WriteField(const RegisterField &field, int32_t code) {
 }
 
 void AdapterHandshake() {
+    AdapterHandshakeWithin(std::numeric_limits<double>::infinity());
+}
+
+void AdapterHandshakeWithin(double longestSeconds) {
     if (AdapterFailed || CommsMedium != MediumUSB) {
         return;
     }
-    for (int tries = 0; tries < handshakeTries; ++tries) {
+    const double start = RunningSeconds();
+    const auto secondsLeft = [=] { return start + longestSeconds - RunningSeconds(); };
+    for (int tries = 0; tries < handshakeTries && secondsLeft() > 0; ++tries) {
         uint8_t unused = 0;
         const auto result = VendorIORequest(handshakeRequest, 0, 0, noData, 0, &unused);
-        Wait(handshakeSpacingSeconds);
+        Wait(std::min(handshakeSpacingSeconds, secondsLeft()));
         if (result == 0) {
             return;
         }
