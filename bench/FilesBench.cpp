@@ -5,6 +5,7 @@
 #include "common/WholeFile.h"
 #include "files/SnapshotFile.h"
 #include "monitor/MeasurementLog.h"
+#include "support/TemporaryFile.h"
 
 #include <benchmark/benchmark.h>
 
@@ -15,26 +16,13 @@
 
 namespace {
 
-/// A file that is deleted at the end.
-class ScratchFile {
-public:
-    ScratchFile() { close(mkstemp(path)); }
-    ~ScratchFile() { unlink(path); }
-    ScratchFile(const ScratchFile &) = delete;
-    ScratchFile &operator=(const ScratchFile &) = delete;
-
-    const char *Path() const { return path; }
-
-private:
-    char path[32] = "/tmp/ztm-bench-XXXXXX";
-};
-
 void LogEntry(benchmark::State &state) {
     ztm::LogSettings settings;
     settings.Selected.fill(true);
     ztm::Measurements = {25.38F, 31.25F, 40.5F, 2000, 15360, 45.098038F};
-    const ScratchFile scratch;
-    ztm::StartLog(scratch.Path(), settings);
+    const ztm::test::TemporaryFolder folder;
+    const std::string scratch = folder.Put("scratch", "");
+    ztm::StartLog(scratch, settings);
     const double start = ztm::RunningSeconds();
     for (auto _ : state) {
         ztm::WriteLogEntry(start);
@@ -44,8 +32,9 @@ void LogEntry(benchmark::State &state) {
 }
 
 void PlainLogEntry(benchmark::State &state) {
-    const ScratchFile scratch;
-    const int file = open(scratch.Path(), O_WRONLY | O_TRUNC);
+    const ztm::test::TemporaryFolder folder;
+    const std::string scratch = folder.Put("scratch", "");
+    const int file = open(scratch.c_str(), O_WRONLY | O_TRUNC);
     const double start = ztm::RunningSeconds();
     char line[128];
     for (auto _ : state) {
@@ -63,15 +52,16 @@ void PlainLogEntry(benchmark::State &state) {
 }
 
 void ReadSnapshot(benchmark::State &state) {
-    const ScratchFile scratch;
+    const ztm::test::TemporaryFolder folder;
+    const std::string scratch = folder.Put("scratch", "");
     std::string text = "Address, Data\r\n";
     for (int64_t line = 0; line < state.range(0); ++line) {
         text += "0x3C, 0xFF\t// Enhanced Acoustics\r\n";
     }
     text += "\r\n";
-    ztm::SaveFile(scratch.Path(), text);
+    ztm::SaveFile(scratch, text);
     for (auto _ : state) {
-        benchmark::DoNotOptimize(ztm::ReadSnapshot(scratch.Path()));
+        benchmark::DoNotOptimize(ztm::ReadSnapshot(scratch));
     }
     state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(text.size()));
 }

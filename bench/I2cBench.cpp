@@ -2,10 +2,8 @@
 // with the same two requests given directly to the kernel's device file. Both use the same virtual
 // bus. Fails if the former is too slow.
 
-#include "Measure.h"
+#include "RegisterReads.h"
 #include "adapter/i2c/BusControl.h"
-#include "link/LinkState.h"
-#include "link/USBComms.h"
 #include "link/USBFunctions.h"
 #include "support/TemporaryFile.h"
 #include "support/VirtualI2c.h"
@@ -21,20 +19,7 @@ namespace {
 
 using namespace ztm;
 
-constexpr int reads = 6000;
 constexpr unsigned long address = 0x2C;
-constexpr uint8_t limitRegister = 0x0B;
-
-/// Measures a read; ends the program if the read returned a wrong value.
-template <class Read>
-void Take(bench::Times &times, const Read &read) {
-    int value = 0;
-    times.Take([&] { value = read(); });
-    if (value != limitRegister + 1) {
-        std::fprintf(stderr, "a read went wrong\n");
-        std::exit(EXIT_FAILURE);
-    }
-}
 
 } // namespace
 
@@ -52,31 +37,19 @@ int main() {
         std::fprintf(stderr, "the virtual bus cannot be opened\n");
         return EXIT_FAILURE;
     }
-    CommsMedium = MediumUSB;
-    USBDeviceAddress = 0x50;
-
     const auto readDirectly = [direct] {
         i2c_smbus_data data{};
-        i2c_smbus_ioctl_data call{I2C_SMBUS_READ, limitRegister, I2C_SMBUS_BYTE_DATA, &data};
+        i2c_smbus_ioctl_data call{I2C_SMBUS_READ, bench::comparedRegister, I2C_SMBUS_BYTE_DATA,
+                                  &data};
         ioctl(direct, I2C_SLAVE, address);
         ioctl(direct, I2C_SMBUS, &call);
         return int{data.byte};
     };
-    bench::Times directTimes(CLOCK_MONOTONIC);
-    bench::Times times(CLOCK_MONOTONIC);
-    for (int read = 0; read < reads; ++read) {
-        Take(directTimes, readDirectly);
-        Take(times, [] { return ReadRegister(limitRegister); });
-    }
+    const int exitCode =
+        bench::CompareReads("register read over I2C, on a virtual bus",
+                            "two requests handed to the kernel, median", readDirectly);
     close(direct);
     const i2c::BusChoice nothing;
     ChooseI2cBus(&nothing);
-
-    bench::Table table;
-    bench::Table::Heading("register read over I2C, on a virtual bus");
-    bench::Table::Figure("two requests handed to the kernel, median", directTimes.Median(), "us");
-    bench::Table::Figure("register read, median", times.Median(), "us");
-    table.AtMost("register read to the two requests, median", times.Median() / directTimes.Median(),
-                 1.05, "x");
-    return table.ExitCode();
+    return exitCode;
 }

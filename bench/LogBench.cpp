@@ -4,16 +4,15 @@
 
 #include "Measure.h"
 #include "files/LogFile.h"
+#include "support/TemporaryFile.h"
 
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
-#include <memory>
+#include <filesystem>
 #include <random>
 #include <string>
 
 #include <malloc.h>
-#include <unistd.h>
 
 namespace {
 
@@ -25,45 +24,30 @@ using ztm::bench::Times;
 constexpr int rows = 1'000'000;
 constexpr double stepSeconds = 0.005;
 
-/// A file of a million rows, one each 100 ms, deleted at the end.
-class MillionRows {
-public:
-    MillionRows() {
-        close(mkstemp(path));
-        std::mt19937 random{3};
-        std::normal_distribution<double> noise;
-        std::string text = "Started At: 23.11.2026 14:05:09\r\n"
-                           "\tLocal\tRemote1\tRemote2\tFan1\tFan2\tTHERM%\r\n";
-        char line[160];
-        for (int row = 0; row < rows; ++row) {
-            const int length = std::snprintf(
-                line, sizeof line,
-                " %.3f\t%.2f\xB0\x43\t%.2f\xB0\x43\t%.2f\xB0\x43\t%.0fRPM\t%.0fRPM\t%.5f%%\r\n",
-                0.1 * row, 25 + noise(random), 31 + noise(random), 40 + noise(random),
-                2000 + 50 * noise(random), 12360 + 50 * noise(random), 45.09804);
-            text.append(line, static_cast<size_t>(length));
-        }
-        size = text.size();
-        std::ofstream(path, std::ios::binary) << text;
+/// A log of a million rows, one each 100 ms.
+std::string MillionRows() {
+    std::mt19937 random{3};
+    std::normal_distribution<double> noise;
+    std::string text = "Started At: 23.11.2026 14:05:09\r\n"
+                       "\tLocal\tRemote1\tRemote2\tFan1\tFan2\tTHERM%\r\n";
+    char line[160];
+    for (int row = 0; row < rows; ++row) {
+        const int length = std::snprintf(
+            line, sizeof line,
+            " %.3f\t%.2f\xB0\x43\t%.2f\xB0\x43\t%.2f\xB0\x43\t%.0fRPM\t%.0fRPM\t%.5f%%\r\n",
+            0.1 * row, 25 + noise(random), 31 + noise(random), 40 + noise(random),
+            2000 + 50 * noise(random), 12360 + 50 * noise(random), 45.09804);
+        text.append(line, static_cast<size_t>(length));
     }
-    ~MillionRows() { unlink(path); }
-    MillionRows(const MillionRows &) = delete;
-    MillionRows &operator=(const MillionRows &) = delete;
-
-    const char *Path() const { return path; }
-    double Megabytes() const { return static_cast<double>(size) / 1e6; }
-
-private:
-    char path[32] = "/tmp/ztm-bench-XXXXXX";
-    size_t size = 0;
-};
+    return text;
+}
 
 double HeapMegabytes() {
     const auto info = mallinfo2();
     return static_cast<double>(info.uordblks + info.hblkhd) / 1e6;
 }
 
-void MeasureReading(const MillionRows &file, Table &table) {
+void MeasureReading(const std::string &path, Table &table) {
     Times whole(CLOCK_MONOTONIC);
     Times steps(CLOCK_MONOTONIC);
     double besides = 0;
@@ -72,7 +56,7 @@ void MeasureReading(const MillionRows &file, Table &table) {
         const double before = HeapMegabytes();
         ChannelHistory history(ztm::MostLogRows);
         LogFile log(history);
-        auto state = log.Open(file.Path());
+        auto state = log.Open(path);
         whole.Take([&] {
             while (state == LogFile::State::Reading) {
                 steps.Take([&] { state = log.Step(stepSeconds); });
@@ -85,9 +69,9 @@ void MeasureReading(const MillionRows &file, Table &table) {
             std::exit(1);
         }
     }
+    const double megabytes = static_cast<double>(std::filesystem::file_size(path)) / 1e6;
     Table::Heading("log of a million rows of six channels, read in steps");
-    table.AtLeast("speed on the clock, median", file.Megabytes() / (whole.Median() / 1e6), 60,
-                  "MB/s");
+    table.AtLeast("speed on the clock, median", megabytes / (whole.Median() / 1e6), 60, "MB/s");
     table.AtMost("step, 99th percentile", steps.Quantile(0.99) / 1e3, 10, "ms");
     Table::Figure("step, longest", steps.Quantile(1) / 1e3, "ms");
     Table::Figure("memory of the rows", kept, "MB");
@@ -98,7 +82,7 @@ void MeasureReading(const MillionRows &file, Table &table) {
 
 int main() {
     Table table;
-    const MillionRows file;
-    MeasureReading(file, table);
+    const ztm::test::TemporaryFolder folder;
+    MeasureReading(folder.Put("log", MillionRows()), table);
     return table.ExitCode();
 }

@@ -4,19 +4,20 @@
 _ztm_words() {
     case $1:$2 in
     table:0) echo show save load set ;;
-    snapshot:0) echo save recall ;;
+    snapshot:0) echo save recall diff ;;
     fan:0) echo auto manual transition points 1 2 ;;
     fan:1) echo rpm poles source response ramp steps linear 4 8 ;;
     limits:0) echo local remote1 remote2 therm hysteresis ;;
     limits:1) echo low high therm ;;
     heater:0) echo 1 2 ;;
+    export:0) echo c i2cset tsv ;;
     read:* | write:0) echo Configuration1 Configuration2 Configuration3 Configuration4 Status1 Status2 Status3 ;;
     esac
 }
 
 _ztm() {
     local current=$2 previous=$3 command= behind=0 i
-    local commands="buses scan read write dump watch log alerts snapshot table fan limits heater run"
+    local commands="buses scan read write dump watch log alerts snapshot export table fan limits heater run"
     local options="--adapter --bus --address --memory-address --variant --json --fast --keep-heaters --help --version"
     COMPREPLY=()
     case $previous in
@@ -26,7 +27,7 @@ _ztm() {
     --bus)
         COMPREPLY=($(compgen -W "$(printf '%s\n' /dev/i2c-* | sed -n 's|/dev/i2c-\([0-9]\)|\1|p')" -- "$current"))
         return ;;
-    --address | -i | --interval | -n | --count) return ;;
+    --address | --to-bus | --to-address | -i | --interval | -n | --count) return ;;
     esac
     for ((i = 1; i < COMP_CWORD; ++i)); do
         case ${COMP_WORDS[i]} in
@@ -43,6 +44,7 @@ _ztm() {
         log) options+=" --interval --count --channels --force" ;;
         snapshot) options+=" --force --dry-run" ;;
         table) options+=" --force" ;;
+        export) options+=" --to-bus --to-address" ;;
         esac
         COMPREPLY=($(compgen -W "$options" -- "$current"))
     elif [[ -z $command ]]; then

@@ -42,19 +42,13 @@ std::string ParseVariant(const std::string &text) {
 }
 
 int32_t ParseAddress(const Typed &typed, bool isMemoryAllowed) {
-    const auto address = HexNumber(typed.address);
-    if (!IsMarkedHex(typed.address) || !address || *address < i2c::firstAddress ||
-        *address > i2c::lastAddress) {
-        throw Refused("--address " + typed.address + ": a 7-bit address from " +
-                      Cell::Hex(i2c::firstAddress).Text() + " to " +
-                      Cell::Hex(i2c::lastAddress).Text());
-    }
-    if (i2c::IsOfMemory(*address) && !isMemoryAllowed) {
+    const int32_t address = ParseI2cAddress(typed.address);
+    if (i2c::IsOfMemory(address) && !isMemoryAllowed) {
         throw Refused("--address " + typed.address +
                       ": memory modules live there, and a write can destroy one; "
                       "--memory-address allows it");
     }
-    return *address;
+    return address;
 }
 
 void ParseOptions(const Typed &typed, Options &options, bool isForBuses) {

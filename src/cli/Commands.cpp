@@ -25,9 +25,10 @@ const Command *FindCommand(const std::vector<Command> &commands, std::string_vie
 
 const std::vector<Command> &Commands() {
     static const std::vector<Command> commands{
-        {"scan", AddScan},   {"read", AddRead}, {"write", AddWrite},   {"dump", AddDump},
-        {"watch", AddWatch}, {"log", AddLog},   {"alerts", AddAlerts}, {"snapshot", AddSnapshot},
-        {"table", AddTable}, {"fan", AddFan},   {"limits", AddLimits}, {"heater", AddHeater}};
+        {"scan", AddScan},    {"read", AddRead}, {"write", AddWrite},   {"dump", AddDump},
+        {"watch", AddWatch},  {"log", AddLog},   {"alerts", AddAlerts}, {"snapshot", AddSnapshot},
+        {"table", AddTable},  {"fan", AddFan},   {"limits", AddLimits}, {"heater", AddHeater},
+        {"export", AddExport}};
     return commands;
 }
 
@@ -55,7 +56,7 @@ StepMaker ParseWords(std::vector<std::string> words) {
 
 void RequireNewFile(const std::string &path, bool isForced) {
     struct stat status {};
-    if (!isForced && lstat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode)) {
+    if (!isForced && stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode)) {
         throw Failure(FileFailed, path + " exists; --force replaces it");
     }
 }

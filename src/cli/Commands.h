@@ -14,9 +14,9 @@ namespace ztm::cli {
 /// A command that is ready to run.
 struct Step {
     std::function<void(Session &)> Run;
-    /// Throws Failure unless the command's files are there, or not, as they have to be. For a
+    /// Throws Failure for what stands against the command, such as a file that exists. For a
     /// command that stands alone, before anything is sent.
-    std::function<void()> Check = [] {};
+    std::function<void(const Options &)> Check = [](const Options & /*settings*/) {};
 };
 
 /// Makes the step of what was typed, for the chip whose register map is built; throws Failure
@@ -41,6 +41,7 @@ void AddWatch(CLI::App &grammar, StepMaker &made);
 void AddLog(CLI::App &grammar, StepMaker &made);
 void AddAlerts(CLI::App &grammar, StepMaker &made);
 void AddSnapshot(CLI::App &grammar, StepMaker &made);
+void AddExport(CLI::App &grammar, StepMaker &made);
 void AddTable(CLI::App &grammar, StepMaker &made);
 void AddFan(CLI::App &grammar, StepMaker &made);
 void AddLimits(CLI::App &grammar, StepMaker &made);

@@ -1,5 +1,7 @@
 #include "cli/Interruption.h"
 
+#include "common/Clock.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
@@ -14,15 +16,22 @@ constexpr int exitBySignal = 128;
 /// A signal that comes between the look at it and the sleep is seen after that time.
 constexpr double longestSleepSeconds = 0.25;
 
+/// A closing terminal, and whatever passes signals on, can send one twice.
+constexpr double longestEchoSeconds = 0.1;
+
 volatile std::sig_atomic_t signalThatCame = 0;
+double timeOfSignal = 0; // written and read only while a signal is handled
 bool isEnding = false;
 bool isOutputWatched = true;
 
 void Note(int signal) {
-    if (signalThatCame != 0) {
+    const double now = EvenSeconds(); // a call that a signal handler may make
+    if (signalThatCame == 0) {
+        timeOfSignal = now;
+        signalThatCame = signal;
+    } else if (now - timeOfSignal > longestEchoSeconds) {
         _exit(exitBySignal + signal);
     }
-    signalThatCame = signal;
 }
 
 timespec Duration(double seconds) {
@@ -35,6 +44,9 @@ timespec Duration(double seconds) {
 void CatchSignals() {
     struct sigaction action {};
     action.sa_handler = Note;
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        sigaddset(&action.sa_mask, signal); // one at a time
+    }
     sigaction(SIGINT, &action, nullptr); // also where a shell ignores it, in the background
     sigaction(SIGTERM, &action, nullptr);
     struct sigaction before {};

@@ -11,8 +11,8 @@ struct Interrupted {
 /// Nobody reads standard output any more.
 struct OutputClosed {};
 
-/// From now on these signals are noted, for CheckInterruption. A second one ends the process at
-/// once.
+/// From now on these signals are noted, for CheckInterruption. A second one, unless
+/// it comes within 0.1 s, ends the process at once.
 void CatchSignals();
 
 /// Throws Interrupted if a signal has come, until BeginEnding.

@@ -47,15 +47,10 @@ void Write(Session &session, const WriteTarget &target, int32_t value, bool isVe
     }
 }
 
-/// The status registers: reading one clears bits of it.
-bool ReadingClears(const RegisterEntry &entry) {
-    return entry.Name.starts_with("Status");
-}
-
 void Dump(Session &session, bool isChangedOnly, bool isAll) {
     session.Out.Heading(dumpColumns);
-    for (const RegisterEntry &entry : RegisterMap) {
-        if (entry.Name.empty() || (!isAll && ReadingClears(entry))) {
+    for (const RegisterEntry &entry : Registers()) {
+        if (!isAll && entry.Access == RegisterAccess::ReadingClears) {
             continue;
         }
         const int32_t value = ReadRegister(entry.Address);

@@ -13,14 +13,6 @@ namespace {
 constexpr int bits = 8;
 constexpr std::string_view noLabel = "-";
 
-/// The registers of the map, without its empty slots.
-std::vector<RegisterEntry> Registers() {
-    std::vector<RegisterEntry> registers;
-    std::ranges::copy_if(RegisterMap, std::back_inserter(registers),
-                         [](const RegisterEntry &entry) { return !entry.Name.empty(); });
-    return registers;
-}
-
 const RegisterEntry *EntryAt(int32_t address) {
     const auto slot = FindRegisterByAddress(address);
     return slot ? &RegisterMap[static_cast<size_t>(*slot)] : nullptr;

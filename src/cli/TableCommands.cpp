@@ -1,14 +1,13 @@
-// The commands for files of settings and for the lookup table.
+// The commands for the lookup table.
 
 #include "cli/Commands.h"
 #include "cli/ExitCodes.h"
-#include "cli/RegisterNames.h"
+#include "cli/FileCommand.h"
 #include "cli/Values.h"
 #include "common/At.h"
 #include "common/NumberText.h"
 #include "fan/LookupTable.h"
 #include "files/LutFile.h"
-#include "files/SnapshotFile.h"
 #include "link/LinkState.h"
 #include "link/USBComms.h"
 #include "monitor/Channels.h"
@@ -21,76 +20,6 @@ namespace {
 
 const std::vector<Column> recallColumns{{"address", 7}, {"register", 24}, {"now", 4}, {"file", 4}};
 const std::vector<Column> pointColumns{{"point", -5}, {"fan", -3}, {"celsius", -7}, {"rpm", -7}};
-
-struct Typed {
-    std::string file;
-    bool isForced = false;
-    bool isDryRun = false;
-};
-
-/// What a command does with a file, in the words of its help.
-struct FileCommand {
-    const char *name;
-    const char *what;
-    bool writesFile;
-    bool canRunDry;
-    void (*run)(Session &session, const Typed &typed);
-};
-
-void AddFileCommand(CLI::App &parent, StepMaker &made, const FileCommand &file) {
-    auto *command = parent.add_subcommand(file.name, file.what);
-    const auto typed = std::make_shared<Typed>();
-    command->add_option("FILE", typed->file, "The file")->required();
-    if (file.writesFile) {
-        command->add_flag("--force", typed->isForced, "Replace an existing file");
-    }
-    if (file.canRunDry) {
-        command->add_flag("--dry-run", typed->isDryRun, "Only show what would be written");
-    }
-    command->callback([&made, typed, file] {
-        made = [=] {
-            const auto check = [=] {
-                if (file.writesFile) {
-                    RequireNewFile(typed->file, typed->isForced);
-                }
-            };
-            return Step{[=](Session &session) {
-                            check();
-                            file.run(session, *typed);
-                        },
-                        check};
-        };
-    });
-}
-
-[[noreturn]] void FailFile(const std::string &path, const std::string &problem) {
-    throw Failure(FileFailed, path + ": " + problem);
-}
-
-void SaveSettings(Session & /*session*/, const Typed &typed) {
-    const Snapshot saved = SaveSnapshot(typed.file);
-    if (!saved.Problem.empty()) {
-        FailFile(typed.file, saved.Problem);
-    }
-}
-
-void RecallSettings(Session &session, const Typed &typed) {
-    const Snapshot snapshot = ReadSnapshot(typed.file);
-    if (!snapshot.Problem.empty()) {
-        FailFile(typed.file, snapshot.Problem);
-    }
-    if (typed.isDryRun) {
-        session.Out.Heading(recallColumns);
-    }
-    for (const auto &[address, value] : snapshot.Registers) {
-        if (typed.isDryRun) {
-            session.Out.Line(recallColumns, {Cell::Hex(address), NameOfRegister(address),
-                                             Cell::Hex(ReadRegister(address)), Cell::Hex(value)});
-        } else {
-            WriteRegister(address, value);
-        }
-    }
-}
 
 /// The session knows the layout of the table from now on.
 void ReadTableLayout() {
@@ -109,7 +38,7 @@ void ShowTable(Session &session) {
     }
 }
 
-void SaveTable(Session & /*session*/, const Typed &typed) {
+void SaveTable(Session & /*session*/, const FileWords &typed) {
     const PointNumbers points = ReadPoints();
     std::array<LutPoint, LutPoints> texts;
     for (size_t point = 0; point < texts.size(); ++point) {
@@ -117,8 +46,8 @@ void SaveTable(Session & /*session*/, const Typed &typed) {
         const double rpm = points[point].Rpm == StoppedLookupRpm ? 0 : points[point].Rpm;
         texts[point] = {NumberText(points[point].Celsius), NumberText(rpm)};
     }
-    if (const std::string problem = SaveLut(typed.file, texts); !problem.empty()) {
-        FailFile(typed.file, problem);
+    if (const std::string problem = SaveLut(typed.File, texts); !problem.empty()) {
+        FailFile(typed.File, problem);
     }
 }
 
@@ -161,8 +90,8 @@ PointNumbers ReadTableFile(const std::string &path) {
     return points;
 }
 
-void LoadTable(Session & /*session*/, const Typed &typed) {
-    WritePoints(ReadTableFile(typed.file));
+void LoadTable(Session & /*session*/, const FileWords &typed) {
+    WritePoints(ReadTableFile(typed.File));
 }
 
 void AddTableSet(CLI::App &parent, StepMaker &made) {
@@ -189,15 +118,6 @@ void AddTableSet(CLI::App &parent, StepMaker &made) {
 }
 
 } // namespace
-
-void AddSnapshot(CLI::App &grammar, StepMaker &made) {
-    auto *command = grammar.add_subcommand("snapshot", "Save and recall the chip's settings");
-    command->require_subcommand(1);
-    AddFileCommand(*command, made,
-                   {"save", "Save what differs from the defaults", true, false, SaveSettings});
-    AddFileCommand(*command, made,
-                   {"recall", "Write the registers of a file", false, true, RecallSettings});
-}
 
 void AddTable(CLI::App &grammar, StepMaker &made) {
     auto *command = grammar.add_subcommand("table", "The lookup table of automatic control");

@@ -1,5 +1,6 @@
 #include "cli/Values.h"
 
+#include "adapter/i2c/BusControl.h"
 #include "cli/ExitCodes.h"
 #include "monitor/Channels.h"
 
@@ -104,6 +105,15 @@ int32_t ParseByte(std::string_view text, int32_t most, const std::string &what) 
                       ", hexadecimal as in 0x1F or 1Fh");
     }
     return *number;
+}
+
+int32_t ParseI2cAddress(std::string_view text) {
+    const auto address = HexNumber(text);
+    if (!IsMarkedHex(text) || !address || *address < i2c::firstAddress ||
+        *address > i2c::lastAddress) {
+        throw Refused(Quoted(text) + " is no 7-bit address of the chip: 0x28 to 0x64");
+    }
+    return *address;
 }
 
 double ParseSeconds(std::string_view text) {

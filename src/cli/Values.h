@@ -29,6 +29,9 @@ std::optional<int32_t> HexNumber(std::string_view text);
 /// Whether a text says itself that it is hexadecimal, as 0x1F and 1Fh do.
 bool IsMarkedHex(std::string_view text);
 
+/// A 7-bit address of the range that the chips can have, as in 0x2C.
+int32_t ParseI2cAddress(std::string_view text);
+
 /// Seconds: 100ms, 2s, 5m, 1h; a bare number is seconds.
 double ParseSeconds(std::string_view text);
 

@@ -112,7 +112,7 @@ int RunOnChip(const Request &request, Output &out) {
             CheckVariants(script.lines, script.name, options.Variant);
         }
         if (script.name.empty() && !isFromInput) {
-            script.lines.front().Make().Check();
+            script.lines.front().Make().Check(options);
         }
         OpenAdapterLibrary(AdapterOf(options));
         clock = NewClock(options.Fast);

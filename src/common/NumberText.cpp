@@ -171,4 +171,9 @@ std::string HexText(double value) {
     return {text, end};
 }
 
+std::string HexByte(int32_t value) {
+    std::string digits = HexText(value);
+    return "0x" + digits.insert(0, digits.size() < 2 ? 1 : 0, '0');
+}
+
 } // namespace ztm

@@ -36,4 +36,7 @@ int32_t HexValue(std::string_view text);
 /// ("FFFFFFFF" for −1).
 std::string HexText(double value);
 
+/// A byte in two upper-case digits with "0x" before them: "0x0A".
+std::string HexByte(int32_t value);
+
 } // namespace ztm

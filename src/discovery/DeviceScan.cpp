@@ -4,6 +4,7 @@
 #include "common/NumberText.h"
 #include "link/LinkState.h"
 #include "link/Registers.h"
+#include "link/Traffic.h"
 #include "link/USBComms.h"
 
 #include <iterator>
@@ -45,11 +46,21 @@ bool Contains(std::string_view text, std::string_view part) {
 
 std::string USBDeviceName;
 
+std::optional<int16_t> DeviceIdOf(std::string_view deviceName) {
+    for (const Identity &identity : identities) {
+        if (identity.name == deviceName) {
+            return identity.deviceId;
+        }
+    }
+    return std::nullopt;
+}
+
 void ResetDeviceScan() {
     USBDeviceName.clear();
 }
 
 void SearchUSB(ScanWindow &window) {
+    const Requester search("Search");
     if (AdapterFailed) {
         return;
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -47,6 +48,9 @@ void SearchUSB(ScanWindow &window);
 
 /// The found device as an entry of the results list, if there is one.
 std::optional<std::string> FoundDeviceEntry();
+
+/// What the Device ID register of that variant holds; none for any other name.
+std::optional<int16_t> DeviceIdOf(std::string_view deviceName);
 
 /// Sets the link state to the device of a results entry: `CommsMedium` and `DeviceName`, which
 /// stays empty if the entry names no variant. `USBDeviceAddress` stays as the scan set it.

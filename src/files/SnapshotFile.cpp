@@ -23,36 +23,19 @@ constexpr size_t savedRegisters = 52;
 /// The reader looks for the first one, so nothing before the data may contain it.
 constexpr char mark = 'x';
 
+constexpr const char *endOfTitle = " Evaluation Software";
 constexpr const char *endOfHeader = "\r\n\r\nAddress, Data\r\n";
 
-std::string TwoHexDigits(int32_t value) {
-    std::string digits = HexText(value);
-    return digits.insert(0, digits.size() < 2 ? 1 : 0, '0');
-}
-
-std::string DataLine(const RegisterEntry &entry, int32_t value) {
-    return std::string("0x")
-        .append(TwoHexDigits(entry.Address))
-        .append(", 0x")
-        .append(TwoHexDigits(value))
-        .append("\t// ")
-        .append(entry.Description)
-        .append("\r\n");
-}
-
 /// The registers of the chip that differ from their defaults, and the text with their lines.
-std::vector<Snapshot::Register> ReadChip(std::string &text) {
-    std::string date = DateTimeText();
-    std::replace(date.begin(), date.end(), mark, 'X');
-    text.append(DeviceName).append(" Evaluation Software\r\n\r\nSaved: ").append(date);
-    text.append(endOfHeader);
-    std::vector<Snapshot::Register> registers;
+std::vector<RegisterSetting> ReadChip(std::string &text) {
+    text = SnapshotHeader();
+    std::vector<RegisterSetting> registers;
     for (size_t index = 0; index < savedRegisters; ++index) {
         const RegisterEntry &entry = RegisterMap[index];
         const int32_t value = ReadRegister(entry.Address);
         if (value != entry.Default) {
             registers.push_back({entry.Address, value});
-            text += DataLine(entry, value);
+            text += SnapshotLine(registers.back(), entry.Description);
         }
     }
     return registers;
@@ -72,9 +55,24 @@ std::optional<int32_t> NextTwoHexDigits(std::istream &file) {
 
 } // namespace
 
+std::string SnapshotHeader() {
+    std::string date = DateTimeText();
+    std::replace(date.begin(), date.end(), mark, 'X');
+    return DeviceName + endOfTitle + "\r\n\r\nSaved: " + date + endOfHeader;
+}
+
+std::string SnapshotLine(const RegisterSetting &setting, std::string_view description) {
+    return HexByte(setting.Address)
+        .append(", ")
+        .append(HexByte(setting.Value))
+        .append("\t// ")
+        .append(description)
+        .append("\r\n");
+}
+
 Snapshot SaveSnapshot(const std::string &path) {
     std::string text;
-    Snapshot saved{ReadChip(text), {}};
+    Snapshot saved{ReadChip(text), DeviceName, {}};
     std::string bytes;
     AppendWindows1252(bytes, text.append("\r\n"));
     saved.Problem = SaveFile(path, bytes);
@@ -86,6 +84,11 @@ Snapshot ReadSnapshot(const std::string &path) {
     const auto bytes = ReadFile(path, snapshot.Problem);
     if (!bytes) {
         return snapshot;
+    }
+    for (const std::string_view variant : {ZTM7710, ZTM7720}) {
+        if (bytes->starts_with(std::string(variant) + endOfTitle)) {
+            snapshot.Variant = variant;
+        }
     }
     std::istringstream file(*bytes);
     if (!SkipPast(file, mark)) {

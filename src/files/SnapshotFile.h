@@ -1,7 +1,9 @@
 #pragma once
 
-#include <cstdint>
+#include "regmap/RegisterValues.h"
+
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace ztm {
@@ -10,17 +12,20 @@ namespace ztm {
 /// their defaults, one line each: "0x01, 0x05", a tab, "// " and the register's name.
 
 struct Snapshot {
-    struct Register {
-        int32_t Address;
-        int32_t Value;
-    };
-    std::vector<Register> Registers; ///< in file order
-    std::string Problem;             ///< what went wrong; empty if nothing did
+    std::vector<RegisterSetting> Registers; ///< in file order
+    std::string
+        Variant; ///< the name of the chip that it was saved from; empty if the file has none
+    std::string Problem; ///< what went wrong; empty if nothing did
 };
 
 /// Reads the first 52 registers of the map from the chip and writes those that differ from their
 /// default to a file, see SaveFile. If that fails, the registers have been read all the same.
 Snapshot SaveSnapshot(const std::string &path);
+
+/// The text of a snapshot file up to its first register, with the present date, and the line of a
+/// register. After the last one comes an empty line.
+std::string SnapshotHeader();
+std::string SnapshotLine(const RegisterSetting &setting, std::string_view description);
 
 /// Reads the registers listed in a file, whatever variant it was saved from; writes nothing to the
 /// chip. The fields are found by their fixed columns after the first "x" in the file; a field that

@@ -9,9 +9,11 @@ namespace ztm {
 /// regmap/.
 inline constexpr int32_t Configuration1 = 0x01;
 inline constexpr int32_t MonitorBit = 0x01;       ///< of Configuration1: MON/SB
+inline constexpr int32_t LockBit = 0x40;          ///< of Configuration1: LCK
 inline constexpr int32_t SoftwareTableBit = 0x80; ///< of Configuration1: TBL/SW
 
 inline constexpr int32_t Configuration2 = 0x02;
+inline constexpr int32_t ResetBit = 0x01;      ///< of Configuration2: RST
 inline constexpr int32_t LinearBit = 0x04;     ///< of Configuration2, without a label
 inline constexpr int32_t EightPointBit = 0x08; ///< of Configuration2, without a label
 

@@ -7,6 +7,7 @@
 #include "link/LinkObserver.h"
 #include "link/LinkState.h"
 #include "link/Registers.h"
+#include "link/Traffic.h"
 #include "link/USBFunctions.h"
 
 #include <algorithm>
@@ -33,9 +34,17 @@ bool IsRegister(int32_t address) {
     return address >= 0 && address <= LastRegister;
 }
 
-void Send(int16_t request, int32_t value, int32_t index, int16_t direction, int16_t length,
-          uint8_t *buffer) {
-    if (VendorIORequest(request, value, index, direction, length, buffer) != 0) {
+/// Sends a request of which `data` is to be recorded, or what it points to once it is answered.
+void Send(TransferKind kind, int16_t request, int32_t value, int32_t index, int16_t direction,
+          int16_t length, uint8_t *buffer, std::array<uint8_t, 2> data = {}) {
+    const bool isDone = VendorIORequest(request, value, index, direction, length, buffer) == 0;
+    if (direction == fromAdapter && isDone) {
+        std::copy_n(buffer, std::min<size_t>(static_cast<size_t>(length), data.size()),
+                    data.begin());
+    }
+    const auto address = static_cast<uint8_t>(request == registerRequest ? index : 0);
+    RecordTransfer(kind, address, data, isDone);
+    if (!isDone) {
         CommFailure();
     }
 }
@@ -53,12 +62,14 @@ int16_t ReadRegister(int32_t address) {
         return 0;
     }
     if (CommsMedium == MediumUSB) {
-        Send(registerRequest, USBDeviceAddress, address, fromAdapter, 1, TransferBuffer.data());
+        Send(TransferKind::ReadRegister, registerRequest, USBDeviceAddress, address, fromAdapter, 1,
+             TransferBuffer.data());
         return TransferBuffer[0];
     }
     if (CommsMedium == MediumSMBus) {
         const uint8_t value = PortReadByte(DeviceAddress, static_cast<uint8_t>(address));
         WaitForSmbus();
+        RecordTransfer(TransferKind::ReadRegister, static_cast<uint8_t>(address), {value}, true);
         return value;
     }
     return 0;
@@ -69,12 +80,15 @@ void WriteRegister(int32_t address, int32_t data) {
         return;
     }
     data = std::clamp(data, 0, LargestRegisterValue);
+    const auto byte = static_cast<uint8_t>(data);
     if (CommsMedium == MediumUSB) {
         uint8_t unused = 0;
-        Send(registerRequest, USBDeviceAddress, data * 256 + address, noData, 0, &unused);
+        Send(TransferKind::WriteRegister, registerRequest, USBDeviceAddress, data * 256 + address,
+             noData, 0, &unused, {byte});
     } else if (CommsMedium == MediumSMBus) {
-        PortWriteByte(DeviceAddress, static_cast<uint8_t>(address), static_cast<uint8_t>(data));
+        PortWriteByte(DeviceAddress, static_cast<uint8_t>(address), byte);
         WaitForSmbus();
+        RecordTransfer(TransferKind::WriteRegister, static_cast<uint8_t>(address), {byte}, true);
     }
     if (linkObserver != nullptr && CommsMedium != MediumNone) {
         linkObserver->RegisterWritten(address, data);
@@ -99,6 +113,7 @@ void AdapterHandshakeWithin(double longestSeconds) {
     for (int tries = 0; tries < handshakeTries && secondsLeft() > 0; ++tries) {
         uint8_t unused = 0;
         const auto result = VendorIORequest(handshakeRequest, 0, 0, noData, 0, &unused);
+        RecordTransfer(TransferKind::Handshake, 0, {}, result == 0);
         Wait(std::min(handshakeSpacingSeconds, secondsLeft()));
         if (result == 0) {
             return;
@@ -107,7 +122,8 @@ void AdapterHandshakeWithin(double longestSeconds) {
 }
 
 void SetHeaterDuty(int32_t duty1, int32_t duty2) {
-    Send(setHeaterDutyRequest, duty1, duty2, noData, 0, TransferBuffer.data());
+    Send(TransferKind::SetHeaters, setHeaterDutyRequest, duty1, duty2, noData, 0,
+         TransferBuffer.data(), {static_cast<uint8_t>(duty1), static_cast<uint8_t>(duty2)});
     if (duty1 != HeaterUnchanged) {
         Heaters[0].Pwm = duty1;
     }
@@ -120,7 +136,8 @@ void SetHeaterDuty(int32_t duty1, int32_t duty2) {
 }
 
 uint8_t ReadHeaterDuty() {
-    Send(readHeaterDutyRequest, 0, 0, fromAdapter, 3, TransferBuffer.data());
+    Send(TransferKind::ReadHeaters, readHeaterDutyRequest, 0, 0, fromAdapter, 3,
+         TransferBuffer.data());
     Heaters[0].Pwm = TransferBuffer[0];
     Heaters[1].Pwm = TransferBuffer[1];
     return TransferBuffer[2];

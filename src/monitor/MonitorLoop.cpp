@@ -4,6 +4,7 @@
 #include "common/Clock.h"
 #include "common/NumberText.h"
 #include "common/Numbers.h"
+#include "link/Traffic.h"
 #include "monitor/Channels.h"
 #include "monitor/MeasurementHistory.h"
 #include "monitor/MeasurementLog.h"
@@ -37,11 +38,13 @@ void MonitorLoop::RepeatRead() {
     if (now - LastContinuousRead > continuousReadSpacingSeconds &&
         window.ShownTab() == MainTab::RegisterAccess && window.ContinuousReadChecked()) {
         LastContinuousRead = now;
+        const Requester continuousRead("Continuous Read");
         window.ReadShownRegister();
     }
 }
 
 void MonitorLoop::Monitor() {
+    const Requester monitor(MonitorRequester);
     const bool displayShown = window.ShownTab() == MainTab::VisualDisplay;
     if (MonitoringEnabled) {
         ReadMeasurement(NextChannel);
@@ -49,9 +52,11 @@ void MonitorLoop::Monitor() {
     }
     if (now - LastStatusRead > statusReadSpacingSeconds && displayShown && LimitMonitorEnabled) {
         LastStatusRead = now;
+        const Requester alerts(AlertsRequester);
         window.UpdateAlerts();
     }
     if (displayShown && BargraphEnabled) {
+        const Requester gauge(GaugeRequester);
         window.UpdateGauge();
     }
     if (GraphingEnabled) {
@@ -97,6 +102,7 @@ void MonitorLoop::Log() {
 }
 
 void MonitorLoop::StepHeaters() {
+    const Requester heaterRamp("Heater Ramp");
     int heater = 0;
     for (HeaterRamp &ramp : ramps) {
         if (const auto duty = ramp.Step(now)) {

@@ -10,6 +10,11 @@ namespace ztm {
 /// Positions of the main window's tabs.
 enum class MainTab : int { About = 0, RegisterAccess = 1, VisualDisplay = 2, Control = 3 };
 
+/// Who asks for what a tick reads, unless the user has asked for it.
+inline constexpr char MonitorRequester[] = "Monitor";
+inline constexpr char AlertsRequester[] = "Alerts";
+inline constexpr char GaugeRequester[] = "Gauge";
+
 /// The windows as seen by the monitor tick.
 class MonitorWindow {
 public:

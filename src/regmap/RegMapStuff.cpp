@@ -18,7 +18,8 @@ RegisterEntry EntryFor(const RegisterRow &row, ChipVariant variant) {
             .Name = row.NameIn(variant),
             .Description = row.NameIn(variant),
             .BitLabels = row.BitLabelsIn(variant),
-            .Default = row.Default};
+            .Default = row.Default,
+            .Access = row.Access};
 }
 
 template <typename Predicate>
@@ -47,6 +48,41 @@ void BuildRegisterMap() {
 
 void ResetRegisterMap() {
     RegisterMap.fill({});
+}
+
+bool RegisterEntry::IsHighByte() const {
+    return BitLabels == CountHighLabels || BitLabels == TemperatureHighLabels;
+}
+
+std::span<const RegisterEntry> Registers() {
+    const auto variant = VariantNamed(DeviceName);
+    if (!variant) {
+        return {};
+    }
+    const auto count = std::ranges::count_if(
+        RegisterTable, [variant](const RegisterRow &row) { return row.IsIn(*variant); });
+    return {RegisterMap.begin(), static_cast<size_t>(count)};
+}
+
+std::string BitNames(const RegisterEntry &entry, int32_t bits) {
+    std::string names;
+    std::string_view labels = entry.BitLabels;
+    std::string_view before;
+    for (int bit = 7; bit >= 0; --bit) {
+        const auto end = labels.find(':');
+        const auto label = labels.substr(0, end);
+        labels.remove_prefix(end == std::string_view::npos ? labels.size() : end + 1);
+        if ((bits >> bit & 1) == 0) {
+            continue;
+        }
+        if (label.empty() || label == "-") {
+            names.append(names.empty() ? "" : " ").append("bit ").append(std::to_string(bit));
+        } else if (label != before) {
+            names.append(names.empty() ? "" : " ").append(label);
+            before = label;
+        }
+    }
+    return names;
 }
 
 std::optional<int16_t> FindRegisterByName(std::string_view name) {

@@ -1,8 +1,12 @@
 #pragma once
 
+#include "regmap/RegisterTable.h"
+
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <span>
+#include <string>
 #include <string_view>
 
 namespace ztm {
@@ -17,6 +21,11 @@ struct RegisterEntry {
     std::string_view Description; ///< always equal to `Name`
     std::string_view BitLabels;   ///< eight labels separated by ":", bit 7 first; "-" is no label
     int16_t Default = 0;          ///< 0 to 255
+    RegisterAccess Access = RegisterAccess::ReadWrite;
+
+    bool IsReadOnly() const { return Access != RegisterAccess::ReadWrite; }
+    /// Whether it is the high byte of a pair; the low byte is the register before it.
+    bool IsHighByte() const;
 };
 
 inline constexpr int RegisterMapSize = 70;
@@ -31,6 +40,13 @@ void BuildRegisterMap();
 
 /// Empties every slot, as at the start of the run.
 void ResetRegisterMap();
+
+/// The registers of the current chip: the filled slots.
+std::span<const RegisterEntry> Registers();
+
+/// The names of the bits of a register that are set in `bits`, bit 7 first, separated by a blank. A
+/// field is named once; a bit without a label is "bit 3".
+std::string BitNames(const RegisterEntry &entry, int32_t bits);
 
 /// The index of the first register with exactly that name. Empty slots have no name, so an empty
 /// text finds nothing.

@@ -106,6 +106,15 @@ TEST_F(SimulatedCommand, PrintsWhatItWasAskedFor) {
          "--dry-run\\nread 0B\\nsnapshot recall b.sav\\nread 0B'",
          "address\tregister\tnow\tfile\n0x0B\tLocal High Limit\t0x8B\t0x46\n0x0B\tLocal High Limit"
          "\t0x8B\t139\n0x0B\tLocal High Limit\t0x46\t70\n"},
+        {"ztm snapshot save c.sav; ztm snapshot diff c.sav; ztm run - <<< $'write 01.AVG 1\n"
+         "write 0B 70\nsnapshot diff c.sav' | cut -f2-",
+         "register\tnow\tfile\tbits\nConfiguration1\t0x03\t0x01\tAVG\nLocal High Limit\t0x46\t0x8B"
+         "\t7 6 3 2 0\n"},
+        {"ztm run - <<< $'write 01.AVG 1\nwrite 0B 70\nexport tsv\nexport i2cset --to-bus 3 "
+         "--to-address 0x2C\nexport c' | grep -E '^0|^bus|^set_.*x|{0x'",
+         "0x0B\tLocal High Limit\t0x46\t0x8B\n0x01\tConfiguration1\t0x03\t0x01\nbus=3\n"
+         "set_register 0x0B 0x46 # Local High Limit\nset_register 0x01 0x03 # Configuration1\n"
+         "    {0x0B, 0x46}, /* Local High Limit */\n    {0x01, 0x03}, /* Configuration1 */\n"},
         {"ztm run - <<< $'table set 1 30 4800\\ntable save t.lut\\ntable set 1 0 0\\n"
          "table load t.lut\\nread 22 2A 2B' | cut -f4",
          "94\n0\n4\n"},
@@ -178,6 +187,7 @@ TEST_F(BusCommand, SendsWhatACommandNeedsAndNothingElse) {
         const char *command, *transfers;
     } cases[] = {
         {"scan", ""},
+        {"alerts", "51?"},
         {"read 01 'local high limit'", "01? 0B?"},
         {"write 0B 46h", "0B=46"},
         {"write Configuration3.#FP2 2", "03? 03=24"},
@@ -192,7 +202,6 @@ TEST_F(BusCommand, SendsWhatACommandNeedsAndNothingElse) {
         {"fan 2 source 'full speed'", "07? 07=0D"},
         {"fan 1 ramp 10", "3B? 3B=02"},
         {"fan transition steps", "02? 02=80 02?"},
-        {"alerts", "51? 4F? 50?"}, // of the limits above
         {"watch -n 1 --channels fan1,local", "40? 41? 4A? 4B?"},
         {"until local > 10", "40? 41?"},
         {"heater", ""},
@@ -254,13 +263,15 @@ TEST_F(BusCommand, RefusesInOneLineAndSendsNothing) {
         {"ztm limits therm high 100.5", 64, "\"100.5\" is not a limit"},
         {"ztm table set 9 20 1000", 64, "\"9\" is not a point"},
         {"ztm table set 1 20.5 1000", 64, "20.5 °C cannot be held"},
+        {"ztm export i2cset", 64, "export i2cset needs the bus", "sim"},
+        {"ztm export c++", 64, "\"c++\" is no format: c, i2cset, tsv"},
         {"ztm run none", 74, "none: No such file"},
         {"ztm run open", 64, "open:2: repeat without an end"},
         {"ztm run bad", 64, "bad:3: a quotation mark"},
         {"ztm run mixed", 64, "mixed:2: \"Fan Behavior\" is no register"},
         {"ztm scan", 64, "--adapter i2c needs --bus and --address", "i2c --bus 7"},
-        {"ztm scan", 64, "--address 0x27: a 7-bit address", "i2c --bus 7 --address 0x27"},
-        {"ztm scan", 64, "--address 44: a 7-bit address", "i2c --bus 7 --address 44"},
+        {"ztm scan", 64, "\"0x27\" is no 7-bit address", "i2c --bus 7 --address 0x27"},
+        {"ztm scan", 64, "\"44\" is no 7-bit address", "i2c --bus 7 --address 44"},
         {"ztm scan", 64, "--address 0x50: memory modules", "i2c --bus 7 --address 0x50"},
         {"ztm scan", 64, "--fast is for", "i2c --bus 7 --address 0x2C --fast"},
         {"ztm scan", 64, "--bus and --address are for", "sim --bus 7"},
@@ -336,7 +347,7 @@ TEST_F(HeaterCommand, HeatersGoOffWhereverARunEndsBeforeItsTime) {
         std::string line, duties, errors;
     } cases[] = {
         {killed("ztm run long", "INT"), onAndOff, "130\n"},
-        {killed("ztm run long", "TERM"), onAndOff, "143\n"},
+        {killed("ztm run long", "TERM $!; kill -TERM"), onAndOff, "143\n"},
         {killed("ztm run long", "HUP"), onAndOff, "129\n"},
         {killed("ztm --keep-heaters run long", "TERM"), "255,30 255,0 40,255",
          "ztm: heater 1 stays on at 40 %\n143\n"},

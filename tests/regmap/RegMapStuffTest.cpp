@@ -1,5 +1,6 @@
 #include "regmap/RegMapStuff.h"
 
+#include "common/At.h"
 #include "common/NumberText.h"
 #include "link/LinkState.h"
 #include "regmap/RegisterTree.h"
@@ -28,14 +29,16 @@ std::string TwoDigits(int value) {
     return (value < 0x10 ? "0" : "") + HexText(value);
 }
 
-/// The filled slots of the map, a line each: address, default, name and bit labels.
+/// The filled slots of the map, a line each: address, default, name, bit labels and access.
 std::string MapText() {
+    const char *access[] = {"", " | read only", " | reading clears"};
     std::string text;
     for (const RegisterEntry &entry : RegisterMap) {
         if (!entry.Name.empty()) {
             EXPECT_EQ(entry.Name, entry.Description);
             text += TwoDigits(entry.Address) + ' ' + TwoDigits(entry.Default) + ' ' +
-                    std::string(entry.Name) + " | " + std::string(entry.BitLabels) + '\n';
+                    std::string(entry.Name) + " | " + std::string(entry.BitLabels) +
+                    At(access, entry.Access) + '\n';
         }
     }
     return text;
@@ -64,12 +67,30 @@ TEST(RegMapStuffTest, MapAndTreeOfBothVariants) {
     }
 }
 
+TEST(RegMapStuffTest, NamesBits) {
+    const struct {
+        const char *name;
+        int32_t bits;
+        const char *names;
+    } cases[] = {
+        {"Configuration1", 0x81, "TBL/SW MON/SB"}, {"Configuration1", 0, ""},
+        {"Configuration2", 0x19, "LUT bit 3 RST"}, {"Configuration3", 0x81, "#FP2 #FP1"},
+        {"Fan Response", 0x77, "F2 F1"},           {"RPM1(MSB)", 0x81, "15 8"},
+    };
+    StartSessionOf(ZTM7720);
+    EXPECT_EQ(Registers().size(), 69);
+    for (const auto &[name, bits, names] : cases) {
+        EXPECT_EQ(BitNames(At(RegisterMap, *FindRegisterByName(name)), bits), names) << name;
+    }
+}
+
 TEST(RegMapStuffTest, DoesNotClearTheSlotsItDoesNotFill) {
     StartSessionOf(ZTM7720);
     DeviceName = ZTM7710;
     BuildRegisterMap();
     EXPECT_EQ(0x51, RegisterMap[60].Address);
     EXPECT_EQ("Tach1 Low", RegisterMap[61].Name);
+    EXPECT_EQ(Registers().size(), 61);
     DeviceName.clear();
     BuildRegisterMap();
     EXPECT_EQ("Fan Behavior", RegisterMap[7].Name);

@@ -8,6 +8,7 @@
 #include "link/CommFailure.h"
 #include "link/Heaters.h"
 #include "link/LinkState.h"
+#include "link/Traffic.h"
 #include "monitor/Channels.h"
 #include "monitor/Events.h"
 #include "monitor/MeasurementHistory.h"
@@ -22,6 +23,7 @@ void ResetCoreState() {
     ResetLinkState();
     ResetAdapterStartUp();
     ResetHeaters();
+    ResetTraffic();
     ResetDeviceScan();
     ResetRegisterMap();
     ResetSelectedRegister();

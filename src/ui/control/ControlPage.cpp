@@ -2,6 +2,7 @@
 
 #include "common/Clock.h"
 #include "common/NumberText.h"
+#include "link/Traffic.h"
 #include "monitor/MeasurementLog.h"
 #include "ui/control/frmHeaters.h"
 #include "ui/control/frmLogging.h"
@@ -237,6 +238,7 @@ void ControlPage::cmdManual_Click() {
 void ControlPage::cmdSaveRegs_Click() {
     const QString path = AskSaveFile(this, tr("Save Current Setup"), tr("Text Files (*.sav)"));
     if (!path.isEmpty()) {
+        const Requester save("Save Current Setup");
         const Snapshot saved = SaveSnapshot(QFile::encodeName(path).toStdString());
         const QString problem = QString::fromLocal8Bit(saved.Problem.c_str());
         lblFileResult->setText(
@@ -259,6 +261,7 @@ void ControlPage::cmdRecallRegs_Click() {
 /// Writes as many registers as a short time allows, and the others later: a file may have many and
 /// an adapter may be slow.
 void ControlPage::RecallMore() {
+    const Requester recall("Recall Previous Setup");
     const size_t count = recalled.Registers.size();
     const double start = RunningSeconds();
     while (registersWritten < count && RunningSeconds() - start < recallSliceSeconds) {

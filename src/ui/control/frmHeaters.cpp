@@ -3,6 +3,7 @@
 #include "common/At.h"
 #include "common/Numbers.h"
 #include "link/Heaters.h"
+#include "link/Traffic.h"
 #include "link/USBComms.h"
 #include "monitor/MonitorSettings.h"
 #include "ui/kit/Controls.h"
@@ -35,6 +36,8 @@ int16_t Limited16Bit(const QLineEdit &box) {
     return static_cast<int16_t>(std::clamp<int32_t>(
         ToInt32(NumberIn(box)), std::numeric_limits<int16_t>::min(), largest16Bit));
 }
+
+constexpr char requester[] = "Heaters"; // of its requests
 
 } // namespace
 
@@ -90,6 +93,7 @@ void frmHeaters::ConnectSignals() {
 }
 
 void frmHeaters::Form_Load() {
+    const Requester heaters(requester);
     HeatersDialogOpen = true;
     ReadHeaterDuty();
     for (size_t heater = 0; heater < controls.size(); ++heater) {
@@ -175,6 +179,7 @@ bool frmHeaters::Apply() {
     for (size_t heater = 0; heater < controls.size(); ++heater) {
         Store(heater);
     }
+    const Requester heaters(requester);
     SetHeaterDuty(Heaters[0].Pwm, Heaters[1].Pwm);
     return true;
 }

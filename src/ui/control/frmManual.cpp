@@ -5,6 +5,7 @@
 #include "fan/LookupTable.h"
 #include "link/GeneralSubs.h"
 #include "link/LinkState.h"
+#include "link/Traffic.h"
 #include "monitor/MonitorSettings.h"
 #include "ui/instruments/ValueSlider.h"
 #include "ui/kit/Controls.h"
@@ -25,6 +26,8 @@ constexpr double smallStepRpm = 50;
 constexpr double largeStepRpm = 500;
 
 constexpr std::array<double, 2> sliderLeftTwips{360, 1440};
+
+constexpr char requester[] = "Manual RPM Mode"; // of its requests
 
 } // namespace
 
@@ -118,6 +121,7 @@ void frmManual::Form_Load() {
     if (HasOneFan()) {
         LayOutForOneFan();
     }
+    const Requester manual(requester);
     ManualDialogOpen = true;
     for (size_t fan = 0; fan < sldFan.size(); ++fan) {
         sldFan[fan]->SetValue(ReadRPM(speedRegisters[fan]));
@@ -151,6 +155,7 @@ void frmManual::sldFan_Change(size_t fan) {
 }
 
 void frmManual::Write(size_t fan) {
+    const Requester manual(requester);
     writing[fan] = {false, true};
     WriteRPM(speedRegisters[fan], ToInt32(sldFan[fan]->Value()));
 }

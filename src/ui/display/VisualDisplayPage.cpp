@@ -3,6 +3,7 @@
 #include "common/At.h"
 #include "common/Numbers.h"
 #include "link/Registers.h"
+#include "link/Traffic.h"
 #include "link/USBComms.h"
 #include "monitor/MonitorSettings.h"
 #include "ui/display/AlertList.h"
@@ -126,14 +127,14 @@ void VisualDisplayPage::ConnectSignals() {
 void VisualDisplayPage::SetupMonitorTab() {
     if (!MonitorTabReady) {
         alerts->Select(0);
-        optMeasure_Click(0);
+        ShowChannel(0);
         emit MonitorPeriodWanted();
         alerts->LayOutForVariant();
         charts->LayOutForVariant();
         MonitorTabReady = true;
     }
     if (const int channel = alerts->SelectedChannel(); channel >= 0) {
-        optMeasure_Click(channel);
+        ShowChannel(channel);
     }
 }
 
@@ -142,6 +143,11 @@ Gauge &VisualDisplayPage::GaugeOf(int channel) const {
 }
 
 void VisualDisplayPage::optMeasure_Click(int channel) {
+    const Requester option("Gauge Channel");
+    ShowChannel(channel);
+}
+
+void VisualDisplayPage::ShowChannel(int channel) {
     lblBargraph->setText(alerts->TextOf(channel));
     for (auto *gauge : Limits) {
         gauge->setVisible(gauge == &GaugeOf(channel));
@@ -214,6 +220,7 @@ void VisualDisplayPage::ApplyGaugeLimits(int gauge) {
     if (channel < 0 || static_cast<int>(ChannelAt(channel).Measures) != gauge || IsMessageShown()) {
         return;
     }
+    const Requester limits("Limits");
     const Channel &selected = ChannelAt(channel);
     if (gauge == temperatureGauge) {
         const double low = Limits[temperatureGauge]->LowPointer();
@@ -263,6 +270,7 @@ void VisualDisplayPage::TickDone() {
 }
 
 void VisualDisplayPage::cmdEasySetup_Click() {
+    const Requester easySetup("Easy Setup");
     ResetExtremes();
     MonitoringEnabled = true;
     GraphingEnabled = true;
@@ -270,7 +278,7 @@ void VisualDisplayPage::cmdEasySetup_Click() {
     BargraphEnabled = true;
     WriteRegister(Configuration1, ReadRegister(Configuration1) | MonitorBit);
     alerts->Select(0);
-    optMeasure_Click(0);
+    ShowChannel(0);
 }
 
 void VisualDisplayPage::cmdGraphOptions_Click() {

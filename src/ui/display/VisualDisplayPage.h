@@ -63,6 +63,7 @@ private:
     void ShowEvents(MonitorCharts *opener);
     void ShowTime(double time);
     void optMeasure_Click(int channel);
+    void ShowChannel(int channel);
     void cmdEasySetup_Click();
     void cmdSetUpLog_Click();
     void OpenLog();

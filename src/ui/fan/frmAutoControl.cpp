@@ -7,6 +7,7 @@
 #include "link/GeneralSubs.h"
 #include "link/LinkState.h"
 #include "link/Registers.h"
+#include "link/Traffic.h"
 #include "link/USBComms.h"
 #include "monitor/Channels.h"
 #include "monitor/Events.h"
@@ -43,6 +44,8 @@ constexpr int largeRangeStep = 1000;
 LookupPoint &PointAt(int point) {
     return At(TableInUse(), point);
 }
+
+constexpr char requester[] = "Auto-Control Response"; // of its requests
 
 } // namespace
 
@@ -159,6 +162,7 @@ void frmAutoControl::LayoutOneFan() {
 }
 
 void frmAutoControl::Form_Load() {
+    const Requester load(requester);
     if (HasOneFan()) {
         LayoutOneFan();
     }
@@ -316,6 +320,7 @@ void frmAutoControl::sldRange_Change(double value) {
 }
 
 bool frmAutoControl::Apply() {
+    const Requester apply(requester);
     WriteField(TransitionField, optLinear->isChecked());
     for (int point = 0; point < LookupPoints; ++point) {
         WritePointTemperature(point, PointAt(point).Temperature);

@@ -3,6 +3,7 @@
 #include "fan/FanCodes.h"
 #include "link/LinkState.h"
 #include "link/Registers.h"
+#include "link/Traffic.h"
 #include "link/USBComms.h"
 #include "ui/fan/ControlSourceBoxes.h"
 #include "ui/kit/Controls.h"
@@ -43,6 +44,8 @@ void ShowPoles(QComboBox &box, int32_t code) {
     }
     box.setCurrentText(text);
 }
+
+constexpr char requester[] = "Fan Configuration"; // of its requests
 
 } // namespace
 
@@ -125,6 +128,7 @@ void frmConfig::LayoutOneFan() {
 }
 
 void frmConfig::Form_Load() {
+    const Requester load(requester);
     if (HasOneFan()) {
         LayoutOneFan();
     }
@@ -164,6 +168,7 @@ void frmConfig::SSTab1_Click() {
 }
 
 bool frmConfig::Apply() {
+    const Requester apply(requester);
     WriteField(ControlTypeField, optAuto->isChecked());
     emit ControlTypeApplied(optAuto->isChecked());
     WriteField(TableLayoutField, opt8Points->isChecked());

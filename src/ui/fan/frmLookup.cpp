@@ -5,6 +5,7 @@
 #include "files/LutFile.h"
 #include "link/GeneralSubs.h"
 #include "link/LinkState.h"
+#include "link/Traffic.h"
 #include "monitor/Channels.h"
 #include "monitor/Events.h"
 #include "ui/kit/Controls.h"
@@ -71,6 +72,8 @@ bool ShowPiece(QLineEdit &box, const std::string &piece) {
     }
     return std::isfinite(number);
 }
+
+constexpr char requester[] = "Set Lookup Points"; // of its requests
 
 } // namespace
 
@@ -159,6 +162,7 @@ void frmLookup::ShowLayout() {
 }
 
 void frmLookup::Form_Load() {
+    const Requester load(requester);
     ShowLayout();
     for (int point = 0; point < LookupPoints; ++point) {
         ShowNumber(*At(txtTemp, point), ReadPointTemperature(point));
@@ -249,6 +253,7 @@ QString frmLookup::ShowPoints(const std::array<std::string, LookupPoints> &point
 }
 
 bool frmLookup::Apply() {
+    const Requester apply(requester);
     PointNumbers points;
     for (size_t point = 0; point < points.size(); ++point) {
         points[point] = {NumberIn(*txtTemp[point]), NumberIn(*txtRPM[point])};

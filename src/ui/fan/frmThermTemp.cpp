@@ -4,6 +4,7 @@
 #include "fan/ThermFields.h"
 #include "link/LinkState.h"
 #include "link/Registers.h"
+#include "link/Traffic.h"
 #include "link/USBComms.h"
 #include "monitor/Channels.h"
 #include "ui/kit/Controls.h"
@@ -31,6 +32,8 @@ void AddUnit(const NumberRow &row) {
     unit->setIndent(unit->fontMetrics().averageCharWidth());
     row.spinBox->layout()->addWidget(unit);
 }
+
+constexpr char requester[] = "THERM Temperature"; // of its requests
 
 } // namespace
 
@@ -92,6 +95,7 @@ QGroupBox *frmThermTemp::NewControlFrame() {
 }
 
 void frmThermTemp::Form_Load() {
+    const Requester load(requester);
     if (HasOneFan()) {
         Label3->hide();
         spinR2->hide();
@@ -108,6 +112,7 @@ void frmThermTemp::Form_Load() {
 }
 
 void frmThermTemp::ApplyTempChanges() {
+    const Requester apply(requester);
     WriteRegister(LocalThermLimit, TemperatureByte(NumberIn(*txtLocal)));
     WriteRegister(Remote1ThermLimit, TemperatureByte(NumberIn(*txtR1)));
     WriteRegister(Remote2ThermLimit, TemperatureByte(NumberIn(*txtR2)));

@@ -5,6 +5,7 @@
 #include "fan/ThermFields.h"
 #include "link/LinkState.h"
 #include "link/Registers.h"
+#include "link/Traffic.h"
 #include "link/USBComms.h"
 #include "monitor/Channels.h"
 #include "ui/kit/Controls.h"
@@ -25,6 +26,8 @@ namespace {
 
 constexpr double largestPercent = 100;
 constexpr int percentDecimals = 2;
+
+constexpr char requester[] = "THERM Timer"; // of its requests
 
 } // namespace
 
@@ -80,6 +83,7 @@ QGroupBox *frmThermTimer::NewEventsFrame() {
 }
 
 void frmThermTimer::Form_Load() {
+    const Requester load(requester);
     if (HasOneFan()) {
         chkEvents[2]->hide();
         chkEvents[1]->setText(tr("Enable Remote THERM events"));
@@ -102,6 +106,7 @@ void frmThermTimer::txtLimit_Change() {
 }
 
 void frmThermTimer::ApplyTimerChanges() {
+    const Requester apply(requester);
     WriteField(EnableThermTimerField, chkEnableTimer->isChecked());
     int32_t settings = ReadRegister(Configuration4);
     settings = ThermReferenceField.With(settings, chkEnRef->isChecked());

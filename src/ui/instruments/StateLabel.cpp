@@ -1,13 +1,10 @@
 #include "ui/instruments/StateLabel.h"
 
-#include "ui/instruments/InstrumentAccess.h"
 #include "ui/kit/Controls.h"
 #include "ui/kit/Text.h"
 
 #include <QEvent>
 #include <QKeyEvent>
-#include <QMouseEvent>
-#include <QStyleOptionFocusRect>
 #include <QStylePainter>
 
 #include <algorithm>
@@ -22,14 +19,12 @@ constexpr int gapCharacters = 3; // behind the text
 
 StateLabel::StateLabel(const char *name, const QString &itsCaption, Qt::TextElideMode elided,
                        QWidget *parent)
-    : QLabel(parent), caption(itsCaption), mode(elided) {
-    MakeInstrumentsAccessible();
+    : PressLabel(parent), caption(itsCaption), mode(elided) {
     setObjectName(QLatin1String(name));
     setAccessibleName(caption);
     setTextFormat(Qt::PlainText);
     setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_Hover);
-    setCursor(Qt::PointingHandCursor);
     hide();
 }
 
@@ -61,32 +56,17 @@ QSize StateLabel::minimumSizeHint() const {
 }
 
 bool StateLabel::event(QEvent *event) {
-    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
-        update();
-    } else if (event->type() == QEvent::FontChange) {
+    if (event->type() == QEvent::FontChange) {
         Measure();
     }
-    return QLabel::event(event);
-}
-
-void StateLabel::mousePressEvent(QMouseEvent *event) {
-    pressed = event->button() == Qt::LeftButton;
-}
-
-void StateLabel::mouseReleaseEvent(QMouseEvent *event) {
-    const bool clicked = pressed && event->button() == Qt::LeftButton;
-    pressed = false;
-    if (clicked && rect().contains(event->position().toPoint())) {
-        emit Click();
-    }
+    return PressLabel::event(event);
 }
 
 void StateLabel::keyPressEvent(QKeyEvent *event) {
-    const bool presses = IsEnter(*event) || event->key() == Qt::Key_Space;
-    if (presses && !event->isAutoRepeat()) {
+    if (IsEnter(*event) && !event->isAutoRepeat()) {
         emit Click();
     } else {
-        QLabel::keyPressEvent(event);
+        PressLabel::keyPressEvent(event);
     }
 }
 
@@ -104,12 +84,8 @@ void StateLabel::paintEvent(QPaintEvent * /*event*/) {
     painter.setFont(underlined);
     painter.drawItemText(rect(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, palette(),
                          true, fitting, foregroundRole());
-    if (hasFocus()) {
-        QStyleOptionFocusRect option;
-        option.initFrom(this);
-        option.rect.setWidth(std::min(width(), metrics.horizontalAdvance(fitting) + gap / 2));
-        painter.drawPrimitive(QStyle::PE_FrameFocusRect, option);
-    }
+    painter.end();
+    PaintFocus({0, 0, std::min(width(), metrics.horizontalAdvance(fitting) + gap / 2), height()});
 }
 
 } // namespace ztm

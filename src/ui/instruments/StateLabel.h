@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QLabel>
+#include "ui/instruments/PressLabel.h"
 
 namespace ztm {
 
@@ -8,7 +8,7 @@ namespace ztm {
 /// the state comes from. A click leaves the focus where it is. Where there is no room for all of it
 /// the text is elided; the tooltip has it whole. A label without a text is hidden. To assistive
 /// technology it is a link.
-class StateLabel final : public QLabel {
+class StateLabel final : public PressLabel {
     Q_OBJECT
 
 public:
@@ -23,13 +23,8 @@ public:
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
-signals:
-    void Click();
-
 protected:
     bool event(QEvent *event) override;
-    void mousePressEvent(QMouseEvent *event) override;
-    void mouseReleaseEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
@@ -43,7 +38,6 @@ private:
     int gap = 0;
     int restWidth = 0;
     int wantedWidth = 0;
-    bool pressed = false;
 };
 
 } // namespace ztm

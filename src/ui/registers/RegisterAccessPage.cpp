@@ -3,6 +3,7 @@
 #include "common/At.h"
 #include "common/NumberText.h"
 #include "common/Numbers.h"
+#include "link/Traffic.h"
 #include "link/USBComms.h"
 #include "regmap/RegMapStuff.h"
 #include "regmap/RegisterTree.h"
@@ -295,7 +296,7 @@ int32_t RegisterAccessPage::AddressInBox() const {
     return HexValue(txtReadAddr->text().toStdString());
 }
 
-void RegisterAccessPage::cmdRead_Click() {
+void RegisterAccessPage::ReadAddress() {
     const int32_t address = AddressInBox();
     if (const auto index = FindRegisterByAddress(address)) {
         ShowRegister(*index);
@@ -315,9 +316,15 @@ void RegisterAccessPage::cmdRead_Click() {
     }
 }
 
+void RegisterAccessPage::cmdRead_Click() {
+    const Requester read("Read");
+    ReadAddress();
+}
+
 void RegisterAccessPage::cmdWrite_Click() {
+    const Requester write("Write");
     WriteRegister(AddressInBox(), ToInt32(NumberIn(*txtDec)));
-    cmdRead_Click();
+    ReadAddress();
 }
 
 void RegisterAccessPage::txtReadAddr_Change() {
@@ -384,8 +391,9 @@ void RegisterAccessPage::lblBit_Click(int bit) {
         const BitLabel *label = At(lblBit, place);
         value += label->text() == QLatin1String("0") ? 0 : 1 << place;
     }
+    const Requester bits("Bit Display");
     WriteRegister(AddressInBox(), value);
-    cmdRead_Click();
+    ReadAddress();
 }
 
 void RegisterAccessPage::lblBit_MouseMove(int bit) {
@@ -393,6 +401,7 @@ void RegisterAccessPage::lblBit_MouseMove(int bit) {
 }
 
 void RegisterAccessPage::TreeView1_NodeClick(int index) {
+    const Requester registerMap("Register Map");
     SelectedRegisterIndex = static_cast<int16_t>(index);
     ShowRegister(index);
 }

@@ -39,7 +39,7 @@ public:
     bool ContinuousReadChecked() const;
 
     /// Reads the register whose address is in the address box and shows it.
-    void cmdRead_Click();
+    void ReadAddress();
 
     void SetRed() override;
     void SetGreen() override;
@@ -65,6 +65,7 @@ private:
     void MarkInput();
     int32_t AddressInBox() const;
 
+    void cmdRead_Click();
     void cmdWrite_Click();
     void txtReadAddr_Change();
     void txtHex_Change();

@@ -1,5 +1,6 @@
 #include "ui/session/SessionStart.h"
 
+#include "link/Traffic.h"
 #include "regmap/RegMapStuff.h"
 #include "ui/registers/RegisterAccessPage.h"
 #include "ui/session/frmMain.h"
@@ -11,6 +12,7 @@ void StartSession() {
     if (mainWindow == nullptr) {
         return;
     }
+    const Requester sessionStart("Session Start");
     RegisterAccessPage &page = mainWindow->RegisterAccess();
     mainWindow->InitMainWindow();
     page.LayoutBitLabels();

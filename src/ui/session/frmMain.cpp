@@ -3,6 +3,7 @@
 #include "fan/LookupGraphScale.h"
 #include "link/Heaters.h"
 #include "link/LinkState.h"
+#include "link/Traffic.h"
 #include "link/USBComms.h"
 #include "monitor/Events.h"
 #include "monitor/MeasurementLog.h"
@@ -45,6 +46,8 @@ frmMain::frmMain(bool usbChosen)
     // The window manager tells the size of its frame only once the window is shown: ample room.
     const int titleBar = style()->pixelMetric(QStyle::PM_TitleBarHeight);
     resize(sizeHint().boundedTo(screen()->availableSize() - QSize(titleBar, 2 * titleBar)));
+    ResetTraffic();
+    const Requester sessionStart("Session Start");
     StartAdapter(usbChosen, *registerAccess);
 }
 
@@ -113,6 +116,7 @@ void frmMain::StopMonitor() {
 }
 
 void frmMain::SSTab1_Click(int tab) {
+    const Requester newTab("Tab");
     if (static_cast<MainTab>(tab) == MainTab::RegisterAccess) {
         registerAccess->ShowRegister(SelectedRegisterIndex);
     } else if (static_cast<MainTab>(tab) == MainTab::VisualDisplay) {
@@ -148,7 +152,7 @@ bool frmMain::ContinuousReadChecked() const {
 }
 
 void frmMain::ReadShownRegister() {
-    registerAccess->cmdRead_Click();
+    registerAccess->ReadAddress();
 }
 
 void frmMain::UpdateAlerts() {
@@ -184,6 +188,7 @@ void frmMain::TickDone() {
 void frmMain::Form_Unload() {
     StopMonitor();
     UnloadAllForms();
+    const Requester sessionEnd("Session End");
     AdapterHandshake();
 }
 
