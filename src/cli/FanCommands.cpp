@@ -31,6 +31,13 @@ const std::vector<Column> limitColumns{
     {"channel", 7}, {"low", -7}, {"high", -7}, {"therm", -7}, {"unit", 0}};
 const std::vector<Column> heaterColumns{{"heater", -6}, {"percent", -7}};
 
+constexpr const char *fanUsage =
+    "fan, fan auto, fan manual, fan N rpm|poles|source|response|ramp VALUE, fan transition "
+    "steps|linear, or fan points 4|8";
+constexpr const char *limitsUsage =
+    "limits, limits CHANNEL low|high|therm VALUE, or limits hysteresis CELSIUS";
+constexpr const char *heaterUsage = "heater, or heater N PERCENT";
+
 constexpr std::array<std::string_view, 2> controlTypes{"manual", "automatic"};
 constexpr std::array<std::string_view, 2> transitions{"steps", "linear"};
 constexpr std::array<std::string_view, 2> layouts{"4", "8"};
@@ -94,7 +101,7 @@ void ShowFans(Session &session) {
                          {fan + 1, At(controlTypes, isAutomatic ? 1 : 0),
                           SourceText(codeOf(ControlSourceFields)),
                           Cell(static_cast<double>(At(Measurements, At(fanChannels, fan))), 0),
-                          PolesText(codeOf(FanPolesFields)),
+                          Cell(NumericValue(PolesText(codeOf(FanPolesFields))), 0),
                           At(FanResponses, codeOf(FanResponseFields)),
                           At(RampRates, codeOf(RampRateFields))});
     }
@@ -182,9 +189,7 @@ Step MakeFanStep(const Words &words) {
     if (words.size() == 3) {
         return MakeFanStep(ParseWhole(first, 1, Fans(), "a fan") - 1, words[1], words[2]);
     }
-    throw Refused(
-        "fan auto, fan manual, fan N rpm|poles|source|response|ramp VALUE, fan transition "
-        "steps|linear, or fan points 4|8");
+    throw Refused(fanUsage);
 }
 
 // Limits
@@ -256,7 +261,7 @@ Step MakeLimitStep(const Words &words) {
         return MakeFieldStep(ThermHysteresisField, celsius);
     }
     if (words.size() != 3) {
-        throw Refused("limits, limits CHANNEL low|high|therm VALUE, or limits hysteresis CELSIUS");
+        throw Refused(limitsUsage);
     }
     const int channel = ParseChannel(words[0]);
     const std::string_view name = At(limitNames, ParseChoice(words[1], limitNames, "limit"));
@@ -295,7 +300,7 @@ Step MakeHeaterStep(const Words &words) {
         return {ShowHeaters};
     }
     if (words.size() != 2) {
-        throw Refused("heater, or heater N PERCENT");
+        throw Refused(heaterUsage);
     }
     const int heater =
         ParseWhole(words[0], 1, static_cast<int32_t>(Heaters.size()), "a heater") - 1;
@@ -305,26 +310,27 @@ Step MakeHeaterStep(const Words &words) {
 
 /// A command of free words.
 void AddWordCommand(CLI::App &grammar, StepMaker &made, const char *name, const char *what,
-                    Step (*make)(const Words &words)) {
+                    const char *usage, Step (*make)(const Words &words)) {
     auto *command = grammar.add_subcommand(name, what);
     const auto words = std::make_shared<Words>();
-    command->add_option("WORDS", *words, "What and how; nothing shows the present state");
+    command->add_option("WORDS", *words, usage);
     command->callback([&made, words, make] { made = [=] { return make(*words); }; });
 }
 
 } // namespace
 
 void AddFan(CLI::App &grammar, StepMaker &made) {
-    AddWordCommand(grammar, made, "fan", "Show or set fan control", MakeFanStep);
+    AddWordCommand(grammar, made, "fan", "Show or set fan control", fanUsage, MakeFanStep);
 }
 
 void AddLimits(CLI::App &grammar, StepMaker &made) {
-    AddWordCommand(grammar, made, "limits", "Show or set temperature and THERM limits",
+    AddWordCommand(grammar, made, "limits", "Show or set temperature and THERM limits", limitsUsage,
                    MakeLimitStep);
 }
 
 void AddHeater(CLI::App &grammar, StepMaker &made) {
-    AddWordCommand(grammar, made, "heater", "Show or set the board's heaters", MakeHeaterStep);
+    AddWordCommand(grammar, made, "heater", "Show or set the board's heaters", heaterUsage,
+                   MakeHeaterStep);
 }
 
 } // namespace ztm::cli

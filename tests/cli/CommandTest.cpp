@@ -9,9 +9,13 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
+#include <cstring>
+#include <pty.h>
 #include <regex>
 #include <sys/wait.h>
+#include <unistd.h>
 
 namespace ztm::test {
 namespace {
@@ -80,7 +84,8 @@ TEST_F(SimulatedCommand, PrintsWhatItWasAskedFor) {
         {"ztm run - <<< $'fan 2 poles 6\\nfan 2 source local\\nfan 2 response 40\\nfan 2 ramp "
          "no limit\\nfan 1 ramp 15'",
          "", 64,
-         "ztm: standard input:4: fan auto, fan manual, fan N rpm|poles|source|response|ramp VALUE, "
+         "ztm: standard input:4: fan, fan auto, fan manual, fan N rpm|poles|source|response|ramp "
+         "VALUE, "
          "fan transition steps|linear, or fan points 4|8\n"},
         {"ztm run - <<< $'fan 2 poles 6\\nfan 2 source local\\nfan 2 response 40\\nfan 2 ramp "
          "\"no limit\"\\nfan 1 ramp 15\\nfan' | cut -f1-3,5-",
@@ -143,6 +148,47 @@ TEST_F(SimulatedCommand, RunsANightInSecondsAndTwiceAlike) {
         EXPECT_TRUE(before.empty() || ran.out == before);
         before = ran.out;
     }
+}
+
+TEST_F(SimulatedCommand, ALogIsWholeAfterCtrlC) {
+    const Ran ran = Run("ztm log a.xls & until [ \"$(wc -l <a.xls)\" -gt 4 ]; do sleep 0.05; done "
+                        "2>/dev/null; kill -INT $!; wait $!; echo $?",
+                        "--adapter sim");
+    EXPECT_EQ(ran.out, "0\n");
+    EXPECT_THAT(BytesOf(folder.Path("a.xls")), testing::EndsWith("%\r\n"));
+}
+
+/// A user at a terminal: what is refused is told, Ctrl-C gives up a line, Ctrl-D ends the run.
+TEST_F(SimulatedCommand, APromptGoesOnAfterWhatIsRefused) {
+    int terminal = -1;
+    const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
+    if (child == 0) {
+        setenv("TERM", "dumb", 1);
+        execl(ZTM_COMMAND, "ztm", "--adapter", "sim", "--fast", "run", "-", nullptr);
+        _exit(127);
+    }
+    std::string seen;
+    const auto readTo = [&](const std::string &prompt) {
+        std::array<char, 256> piece{};
+        const size_t from = seen.size();
+        ssize_t count = 1;
+        while (count > 0 && seen.find(prompt, from) == std::string::npos) {
+            count = read(terminal, piece.data(), piece.size());
+            seen.append(piece.data(), static_cast<size_t>(std::max<ssize_t>(count, 0)));
+        }
+    };
+    for (const char *typed : {"nonsense\n", "write 0B 300\n", "rea\x03", "read 3E\n", "\x04"}) {
+        readTo("ztm> ");
+        ASSERT_GT(write(terminal, typed, std::strlen(typed)), 0);
+    }
+    readTo("no more");
+    int status = 0;
+    waitpid(child, &status, 0);
+    close(terminal);
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+    EXPECT_THAT(seen, testing::AllOf(HasSubstr("\"nonsense\" is no command"),
+                                     HasSubstr("\"300\" is no value"),
+                                     HasSubstr("0x3E  Company ID                0x41     65")));
 }
 
 TEST_F(SimulatedCommand, TheBinaryHasNoToolkit) {
