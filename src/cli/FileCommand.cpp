@@ -1,6 +1,7 @@
 #include "cli/FileCommand.h"
 
 #include "cli/ExitCodes.h"
+#include "common/WholeFile.h"
 
 #include <memory>
 
@@ -21,6 +22,8 @@ void AddFileCommand(CLI::App &parent, StepMaker &made, const FileCommand &file) 
             const auto check = [=](const Options & /*settings*/) {
                 if (file.WritesFile) {
                     RequireNewFile(words->File, words->IsForced);
+                } else if (std::string problem; !ReadFile(words->File, problem)) {
+                    FailFile(words->File, problem);
                 }
             };
             return Step{[=](Session &session) {

@@ -13,7 +13,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <pty.h>
-#include <regex>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -37,8 +36,13 @@ protected:
     /// Runs a line of the shell in a folder of its own. "ztm" in it is the command, with what is
     /// `before` it in the environment and `options` behind it.
     Ran Run(const std::string &line, const std::string &options, const std::string &before = "") {
-        const std::string ztm = before + ZTM_COMMAND " " + options;
-        const std::string shell = std::regex_replace(line, std::regex("\\bztm\\b"), ztm);
+        const std::string name = "ztm ";
+        std::string shell = line + " ";
+        for (size_t at = 0; (at = shell.find(name, at)) != std::string::npos;) {
+            const std::string ztm = before + ZTM_COMMAND " " + options + " ";
+            shell.replace(at, name.size(), ztm);
+            at += ztm.size();
+        }
         const std::string script =
             folder.Put("line", "cd " + folder.Path("") + "; { " + shell + "\n} >out 2>errors");
         const int status = std::system(("bash " + script).c_str());
@@ -300,6 +304,7 @@ TEST_F(BusCommand, RefusesInOneLineAndSendsNothing) {
         {"ztm log x -i 0", 64, "\"0\" is too short"},
         {"ztm log exists", 74, "exists exists"},
         {"ztm snapshot save exists", 74, "exists exists"},
+        {"ztm snapshot recall none", 74, "none: No such file"},
         {"ztm heater 1 101", 64, "\"101\" is not a duty"},
         {"ztm heater 3 1", 64, "\"3\" is not a heater"},
         {"ztm fan 1 rpm 75", 64, "75 RPM cannot be held: 0, or whole numbers from 76"},

@@ -83,5 +83,29 @@ TEST_F(LookupTable, NumbersWithoutAnEncodingAreLimitedAndNeverWrap) {
     EXPECT_THAT(CallsOf([] { WritePointRpm(1, 75); }), IsEmpty()) << "has no count";
 }
 
+TEST_F(LookupTable, DemandsWhatThePointsSay) {
+    const PointNumbers points{{{30, 1000},
+                               {40, 2000},
+                               {50, 75},
+                               {60, 4000},
+                               {20, 500},
+                               {25, 800},
+                               {70, 5000},
+                               {80, 6000}}};
+    const struct {
+        bool isOneTable;
+        int fan;
+        double celsius, steps, linear;
+    } cases[] = {{true, 0, 29.9, 0, 0},      {true, 1, 30, 1000, 1000}, {true, 1, 35, 1000, 1500},
+                 {true, 0, 45, 2000, 1000},  {true, 0, 55, 0, 2000},    {true, 0, 90, 6000, 6000},
+                 {false, 0, 90, 4000, 4000}, {false, 1, 19, 0, 0},      {false, 1, 22.5, 500, 650},
+                 {false, 1, 75, 5000, 5500}};
+    for (const auto &c : cases) {
+        EightPointMode = c.isOneTable;
+        EXPECT_EQ(DemandedRpm(points, c.fan, false, c.celsius), c.steps) << c.fan << c.celsius;
+        EXPECT_EQ(DemandedRpm(points, c.fan, true, c.celsius), c.linear) << c.fan << c.celsius;
+    }
+}
+
 } // namespace
 } // namespace ztm::test
