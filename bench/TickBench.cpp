@@ -3,8 +3,10 @@
 
 #include "Measure.h"
 #include "link/Heaters.h"
+#include "link/Traffic.h"
 #include "monitor/Channels.h"
 #include "monitor/MonitorSettings.h"
+#include "monitor/RecentMeasurements.h"
 #include "support/AdapterDouble.h"
 #include "support/ClockDouble.h"
 #include "support/TemporaryFile.h"
@@ -19,6 +21,7 @@ using namespace ztm::test;
 constexpr int warmUpTicks = 500;
 constexpr int measuredTicks = 4000;
 constexpr double tickSeconds = 0.030;
+constexpr QSize editorSize(1400, 1000);
 
 /// Runs ticks and the painting that they cause.
 ztm::bench::Times Measure(const char *what, ClockDouble &clock) {
@@ -46,6 +49,34 @@ double CheckBusyTick(const char *what, ClockDouble &clock, ztm::bench::Table &ta
     table.AtMost("median", times.Median(), 1500, "us");
     table.AtMost("99th percentile", times.Quantile(0.99), 4000, "us");
     return times.Median();
+}
+
+/// The curve editor shows both fans, with their full trails, while the temperatures change: what
+/// that adds to a tick, with the repaints that it causes.
+void CheckCurveEditor(ClockDouble &clock, ztm::bench::Table &table) {
+    const double without = Measure("tick, no live page shown", clock).Mean();
+    ztm::bench::Table::Figure("mean", without, "us");
+    ClickTab("Control");
+    Adapter().registers[0x07] = 0x04; // driven by Local and Remote1
+    Find("cmdAuto").setEnabled(true);
+    Click("cmdAuto");
+    ClickTab("About");
+    Find("frmAutoControl").resize(editorSize);
+    Settle();
+    Adapter().script = [](const Call &) {
+        static uint8_t turn = 0;
+        Adapter().registers[0x41] = Adapter().registers[0x43] = 100 + ++turn % 16;
+        return int16_t{0};
+    };
+    const auto times = Measure("tick, no live page shown, curve editor with live points", clock);
+    Adapter().script = nullptr;
+    const auto &graph = Find("pctGraph");
+    std::printf("  graph of %d x %d, %zu samples in a trail\n", graph.width(), graph.height(),
+                ztm::RecentCount());
+    ztm::bench::Table::Figure("median", times.Median(), "us");
+    ztm::bench::Table::Figure("99th percentile", times.Quantile(0.99), "us");
+    table.AtMost("share of the curve editor in the mean", times.Mean() - without, 100, "us");
+    Find("frmAutoControl").close();
 }
 
 void LogEveryTick(const TemporaryFolder &folder) {
@@ -88,9 +119,17 @@ int main(int argumentCount, char *arguments[]) {
     ztm::bench::Table::Figure("share of the log entry", logging - silent, "us");
     ClickTab("About");
     CheckBusyTick("tick, every duty on, no live page shown", clock, table);
+    CheckCurveEditor(clock, table);
     ClickTab("Register Access");
     ztm::MonitorInReadWrite = true;
     Click("chkContRead");
     CheckBusyTick("tick, every duty on, continuous read shown", clock, table);
+    Click("cmdTraffic");
+    Click("chkMonitor");
+    CheckBusyTick("tick, every duty on, the bus traffic shown with the monitor's", clock, table);
+    for (size_t transfer = 0; transfer < ztm::TransfersKept; ++transfer) {
+        ztm::RecordTransfer(ztm::TransferKind::ReadRegister, 5, {1}, true);
+    }
+    CheckBusyTick("the same, with all the transfers that are kept", clock, table);
     return table.ExitCode();
 }

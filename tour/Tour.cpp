@@ -12,10 +12,13 @@
 #include "link/USBComms.h"
 #include "support/ClockDouble.h"
 #include "support/CoreState.h"
+#include "support/Instrument.h"
 #include "support/TemporaryFile.h"
 #include "support/WindowDriver.h"
+#include "ui/display/frmLogView.h"
 #include "ui/fan/LookupGraph.h"
 #include "ui/instruments/Gauge.h"
+#include "ui/instruments/StripChart.h"
 #include "ui/session/InitForm.h"
 #include "ui/session/Program.h"
 
@@ -23,6 +26,7 @@
 #include <QDir>
 #include <QLineEdit>
 #include <QTabWidget>
+#include <QTableView>
 #include <QTest>
 #include <QTextStream>
 #include <QTimer>
@@ -100,6 +104,30 @@ private:
         Type("txtReadAddr", "fe");
         Press("txtReadAddr", Qt::Key_Return);
         Picture("frmMain", "register-unknown");
+        Click("cmdReadAll");
+        Settle();
+        Live(1);
+        ClickNode("Configuration1");
+        Picture("frmMain", "register-map");
+        Comparison();
+        Traffic();
+    }
+
+    void Comparison() {
+        Click("cmdCompare");
+        Click("cmdReadChip");
+        Live(1);
+        Picture("frmCompare", "comparison");
+        Click("chkAll");
+        Picture("frmCompare", "comparison-all");
+        CloseByCloseBox("frmCompare");
+    }
+
+    void Traffic() {
+        Click("cmdTraffic");
+        Find<QTableView>("tblTraffic").selectRow(8);
+        Picture("frmTraffic", "bus-traffic");
+        CloseByCloseBox("frmTraffic");
     }
 
     void VisualDisplay() {
@@ -115,6 +143,7 @@ private:
         SetHighLimit(45);
         Live(6);
         Picture("frmMain", "alarm");
+        Measure();
         Click("cmdGraphOptions");
         Picture("frmGraphOptions", "options");
         Click("chkBigGraph");
@@ -122,6 +151,35 @@ private:
         Live(2);
         Picture("frmBigGraph", "full-screen-graph");
         CloseByCloseBox("frmBigGraph");
+    }
+
+    /// Sets the cursors around the rise after the heaters were switched on, and lists what
+    /// happened.
+    void Measure() {
+        auto &chart = Find<ztm::StripChart>("stpTempFan");
+        chart.Fit();
+        PutCursor(chart, chart.VisibleTo() - 45, Qt::Key_1);
+        PutCursor(chart, chart.VisibleTo() - 15, Qt::Key_2);
+        Press("tblMeasurement", Qt::Key_Down);
+        Press("tblMeasurement", Qt::Key_Down);
+        Picture("frmMain", "measurement");
+        emit chart.MarkEntered(chart.VisibleTo() - 20, "fan guard on");
+        emit chart.EventsWanted();
+        Picture("frmEvents", "events");
+        CloseByCloseBox("frmEvents");
+        QTest::keyClick(&chart, Qt::Key_Delete);
+        chart.RestoreScales();
+    }
+
+    static void PutCursor(ztm::StripChart &chart, double time, Qt::Key key) {
+        const QPointF place(chart.PointOf(time, 0).x(), chart.height() / 2.0);
+        SendMouse(chart, QEvent::MouseMove, place, Qt::NoButton);
+        QTest::keyClick(&chart, key);
+        QEvent away(QEvent::Leave);
+        QCoreApplication::sendEvent(&chart, &away);
+        for (int turn = 0; turn < 4; ++turn) {
+            Settle(); // the panel finds its size step by step
+        }
     }
 
     /// Drags the high pointer of the first remote channel.
@@ -190,6 +248,9 @@ private:
     void AutomaticControl() {
         ClickTab("Control");
         FanConfiguration();
+        Click("cmdAuto");
+        Picture("frmAutoControl", "automatic-control-fresh");
+        CloseByCloseBox("frmAutoControl");
         Click("cmdSetLookups");
         Click("cmdTestData");
         Picture("frmLookup", "lookup-points");
@@ -219,6 +280,16 @@ private:
         graph.carriedAt = QPointF(2600, 900);
         graph.update();
         Picture("frmAutoControl", "automatic-control-carrying");
+        graph.carriedAt.reset();
+        Type("txtRPMLookup", "3000");
+        Click("optControl(6)");
+        Type("txtTLookUp", "75");
+        Click("optControl(7)");
+        Type("txtTLookUp", "200");
+        Picture("frmAutoControl", "automatic-control-odd");
+        Click("cmdSetLookups");
+        Picture("frmLookup", "lookup-points-differ");
+        CloseByCloseBox("frmLookup");
         CloseByCloseBox("frmAutoControl");
     }
 
@@ -315,6 +386,37 @@ private:
         Live(25);
         Picture("frmMain", "log-running");
         Click("cmdLogData");
+        ztm::SetHeaterDuty(100, 60);
+        Log(files.Path("hotter.xls"), 25);
+        ztm::SetHeaterDuty(60, 25);
+        RecordedLogs(files.Path("measurements.xls"), files.Path("hotter.xls"));
+    }
+
+    /// Records the same channels once more.
+    void Log(const std::string &path, double seconds) {
+        Click("cmdLogData");
+        AnswerFileDialogOf([] { Click("cmdOK"); }, QString::fromStdString(path));
+        Live(seconds);
+        Click("cmdLogData");
+    }
+
+    void RecordedLogs(const std::string &one, const std::string &other) {
+        auto &view = ztm::ShowForm<ztm::frmLogView>();
+        for (const auto &open : {&ztm::frmLogView::OpenLog, &ztm::frmLogView::LayOver}) {
+            (view.*open)(QString::fromStdString(open == &ztm::frmLogView::OpenLog ? one : other));
+            while (Find<QTimer>("reading").isActive()) {
+                QCoreApplication::processEvents();
+            }
+        }
+        view.resize(900, 640);
+        Settle();
+        auto &chart = Find<ztm::StripChart>("stpLog");
+        chart.Fit();
+        Settle();
+        PutCursor(chart, 4, Qt::Key_1);
+        PutCursor(chart, 18, Qt::Key_2);
+        Picture("frmLogView", "recorded-logs");
+        CloseByCloseBox("frmLogView");
     }
 
     void Picture(const QString &form, const QString &what) { Picture(Find(form), what); }

@@ -8,6 +8,7 @@
 #include "common/Numbers.h"
 #include "fan/ControlSources.h"
 #include "fan/FanCodes.h"
+#include "fan/LookupCurve.h"
 #include "fan/LookupTable.h"
 #include "fan/ThermFields.h"
 #include "link/GeneralSubs.h"
@@ -110,7 +111,7 @@ void ShowFans(Session &session) {
 /// Says which fans would stop at the present temperature if the lookup table drove them.
 void WarnOfStoppedFans() {
     AfterRegisterWrite(Configuration2); // the layout of the table
-    const PointNumbers points = ReadPoints();
+    const SpeedPoints points = ReadPoints();
     const bool isLinear = IsConfig2Bit2Set();
     const int32_t behaviour = ReadRegister(FanBehaviour);
     for (int fan = 0; fan < Fans(); ++fan) {
@@ -121,7 +122,7 @@ void WarnOfStoppedFans() {
         const int channel = HasChannel(source) ? source : 1;
         ReadMeasurement(channel);
         const auto celsius = static_cast<double>(At(Measurements, channel));
-        if (DemandedRpm(points, fan, isLinear, celsius) == 0) {
+        if (DemandedRpm(points, CurveOfFan(fan, EightPointMode), isLinear, celsius) == 0) {
             Tell("fan " + std::to_string(fan + 1) + " stops: its lookup table gives no speed at " +
                  "the present " + Cell(celsius, 2).Text() + " °C of " +
                  std::string(ChannelName(channel)));

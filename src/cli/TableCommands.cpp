@@ -28,7 +28,7 @@ void ReadTableLayout() {
 
 void ShowTable(Session &session) {
     ReadTableLayout();
-    const PointNumbers points = ReadPoints();
+    const SpeedPoints points = ReadPoints();
     session.Out.Heading(pointColumns);
     for (int point = 0; point < LookupPoints; ++point) {
         const int fan = point / PointsPerFan + 1;
@@ -39,7 +39,7 @@ void ShowTable(Session &session) {
 }
 
 void SaveTable(Session & /*session*/, const FileWords &typed) {
-    const PointNumbers points = ReadPoints();
+    const SpeedPoints points = ReadPoints();
     std::array<LutPoint, LutPoints> texts;
     for (size_t point = 0; point < texts.size(); ++point) {
         // What reads as this speed cannot be written by it, but by 0.
@@ -52,7 +52,7 @@ void SaveTable(Session & /*session*/, const FileWords &typed) {
 }
 
 /// A temperature and a speed that the chip can hold as they are; otherwise says what is wrong.
-std::string PointProblem(const PointNumber &point) {
+std::string PointProblem(const SpeedPoint &point) {
     const auto isWhole = [](double number) { return number == std::trunc(number); };
     if (!isWhole(point.Celsius) || point.Celsius < lowestCelsius ||
         point.Celsius > highestCelsius) {
@@ -66,13 +66,13 @@ std::string PointProblem(const PointNumber &point) {
     return {};
 }
 
-PointNumbers ReadTableFile(const std::string &path) {
+SpeedPoints ReadTableFile(const std::string &path) {
     std::string problem;
     const auto texts = ReadLut(path, problem);
     if (!texts) {
         FailFile(path, problem);
     }
-    PointNumbers points;
+    SpeedPoints points;
     for (size_t point = 0; point < points.size(); ++point) {
         const LutPieces pieces = PiecesOf((*texts)[point]);
         const std::string speed = pieces.RPM.value_or("");
@@ -104,8 +104,8 @@ void AddTableSet(CLI::App &parent, StepMaker &made) {
     command->callback([&made, words] {
         made = [words] {
             const int point = ParseWhole((*words)[0], 1, LookupPoints, "a point") - 1;
-            const PointNumber number{ParseNumber((*words)[1], "CELSIUS"),
-                                     ParseNumber((*words)[2], "RPM")};
+            const SpeedPoint number{ParseNumber((*words)[1], "CELSIUS"),
+                                    ParseNumber((*words)[2], "RPM")};
             if (const std::string problem = PointProblem(number); !problem.empty()) {
                 throw Refused(problem);
             }

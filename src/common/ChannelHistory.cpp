@@ -89,24 +89,49 @@ void ChannelHistory::Pyramid::Complete(uint64_t count, const Base &base) {
     }
 }
 
+ChannelHistory::Pyramid::Step ChannelHistory::Pyramid::StepFrom(uint64_t begin, uint64_t end,
+                                                                size_t highest) const {
+    Step step;
+    while (step.level < highest && begin % (step.length * levelFactor) == 0 &&
+           begin + step.length * levelFactor <= std::min(end, complete)) {
+        step.length *= levelFactor;
+        ++step.level;
+    }
+    return step;
+}
+
 template <class OnElement, class OnCell>
 void ChannelHistory::Pyramid::Visit(uint64_t begin, uint64_t end, const OnElement &element,
                                     const OnCell &cell) const {
     while (begin < end) {
-        uint64_t step = 1;
-        size_t level = 0;
-        while (level < levels.size() && begin % (step * levelFactor) == 0 &&
-               begin + step * levelFactor <= std::min(end, complete)) {
-            step *= levelFactor;
-            ++level;
-        }
-        if (level == 0) {
+        const Step step = StepFrom(begin, end, levels.size());
+        if (step.level == 0) {
             element(begin);
         } else {
-            cell(levels[level - 1][begin / step]);
+            cell(levels[step.level - 1][begin / step.length]);
         }
-        begin += step;
+        begin += step.length;
     }
+}
+
+template <class InElement, class InCell>
+uint64_t ChannelHistory::Pyramid::First(uint64_t begin, uint64_t end, const InElement &inElement,
+                                        const InCell &inCell) const {
+    const uint64_t none = end;
+    size_t highest = levels.size();
+    while (begin < end) {
+        const Step step = StepFrom(begin, end, highest);
+        if (step.level == 0 && inElement(begin)) {
+            return begin;
+        }
+        if (step.level > 0 && inCell(levels[step.level - 1][begin / step.length])) {
+            end = begin + step.length; // it is in here
+            highest = step.level - 1;
+        } else {
+            begin += step.length;
+        }
+    }
+    return none;
 }
 
 void ChannelHistory::Pyramid::Clear() {
@@ -284,16 +309,23 @@ Statistics ChannelHistory::StatisticsOf(int channel, double from, double to) con
 
 double ChannelHistory::TimeOfReaching(int channel, double from, double to, float start,
                                       float level) const {
-    const double behind = std::nextafter(to, std::numeric_limits<double>::infinity());
-    double found = noTime;
-    Visit(from, behind, [&](double time, const Values &lows, const Values &highs) {
-        const bool isReached =
-            start <= level ? At(highs, channel) >= level : At(lows, channel) <= level;
-        if (isReached && std::isnan(found)) {
-            found = time;
-        }
-    });
-    return found;
+    const auto index = static_cast<size_t>(channel);
+    const Span span = Between(from, std::nextafter(to, std::numeric_limits<double>::infinity()));
+    const auto reaches = [&](float low, float high) {
+        return start <= level ? high >= level : low <= level;
+    };
+    const auto inCell = [&](const Cell &cell) {
+        return reaches(cell.lows[index], cell.highs[index]);
+    };
+    const uint64_t bin = binPyramid.First(
+        span.binBegin, span.binEnd, [&](uint64_t at) { return inCell(bins[at].cell); }, inCell);
+    if (bin < span.binEnd) {
+        return std::max(from, bins[bin].start);
+    }
+    const uint64_t sample = rawPyramid.First(
+        span.rawBegin, span.rawEnd,
+        [&](uint64_t at) { return reaches(raw[at].values[index], raw[at].values[index]); }, inCell);
+    return sample < span.rawEnd ? raw[sample].time : noTime;
 }
 
 float ChannelHistory::ValueAt(int channel, double time) const {
@@ -331,7 +363,7 @@ double ChannelHistory::TimeFrom(double time) const {
 
 void ChannelHistory::Visit(
     double from, double to,
-    const std::function<void(double time, const Values &lows, const Values &highs)> &take) const {
+    const std::function<bool(double time, const Values &lows, const Values &highs)> &take) const {
     const Span span = Between(from, to);
     for (uint64_t index = span.binBegin; index < span.binEnd; ++index) {
         const Bin &bin = bins[index];
@@ -342,10 +374,14 @@ void ChannelHistory::Visit(
                 lows[channel] = highs[channel] = Extent::gap;
             }
         }
-        take(bin.start, lows, highs);
+        if (!take(bin.start, lows, highs)) {
+            return;
+        }
     }
     for (uint64_t index = span.rawBegin; index < span.rawEnd; ++index) {
-        take(raw[index].time, raw[index].values, raw[index].values);
+        if (!take(raw[index].time, raw[index].values, raw[index].values)) {
+            return;
+        }
     }
 }
 

@@ -79,7 +79,8 @@ public:
     /// Of the samples with from <= time <= to. The cost grows with the logarithm of their number.
     Statistics StatisticsOf(int channel, double from, double to) const;
     /// The time of the first value with from <= time <= to that is at or beyond `level`, seen from
-    /// the side of `start`; NaN if there is none. The cost grows with the number of samples.
+    /// the side of `start`, where samples have been dropped that of the start of its bin; NaN if
+    /// there is none. The cost grows with the logarithm of the number of samples.
     double TimeOfReaching(int channel, double from, double to, float start, float level) const;
 
     /// The newest sample at or before `time`; a gap if there is none. Where samples have been
@@ -91,9 +92,9 @@ public:
     double TimeFrom(double time) const;
 
     /// Passes everything kept with from <= time < to in time order: first bins with their extremes,
-    /// then samples, whose lows and highs are equal.
+    /// then samples, whose lows and highs are equal. Ends when `take` returns false.
     void Visit(double from, double to,
-               const std::function<void(double time, const Values &lows, const Values &highs)>
+               const std::function<bool(double time, const Values &lows, const Values &highs)>
                    &take) const;
 
     /// Whether every sample from `time` on is still kept.
@@ -143,10 +144,24 @@ private:
         void Visit(uint64_t begin, uint64_t end, const OnElement &element,
                    const OnCell &cell) const;
 
+        /// The first of the elements begin <= index < end of which `inElement` says yes, `end` if
+        /// there is none. `inCell` must say whether there is such a one in a cell.
+        template <class InElement, class InCell>
+        uint64_t First(uint64_t begin, uint64_t end, const InElement &inElement,
+                       const InCell &inCell) const;
+
         void Clear();
         size_t Bytes() const;
 
     private:
+        /// An element, or a cell of a level counted from 1.
+        struct Step {
+            uint64_t length = 1;
+            size_t level = 0;
+        };
+        /// The longest that starts at `begin`, on no level above `highest`.
+        Step StepFrom(uint64_t begin, uint64_t end, size_t highest) const;
+
         std::vector<Ring<Cell>> levels;
         uint64_t complete = 0;
     };

@@ -61,7 +61,7 @@ void WritePointRpm(int point, double rpm) {
     WriteRPM(SpeedRegister(point), std::clamp(ToInt32(rpm), 0, FastestLookupRpm));
 }
 
-void WritePoints(const PointNumbers &points) {
+void WritePoints(const SpeedPoints &points) {
     for (int point = 0; point < LookupPoints; ++point) {
         WritePointTemperature(point, At(points, point).Celsius);
     }
@@ -70,8 +70,8 @@ void WritePoints(const PointNumbers &points) {
     }
 }
 
-PointNumbers ReadPoints() {
-    PointNumbers points;
+SpeedPoints ReadPoints() {
+    SpeedPoints points;
     for (int point = 0; point < LookupPoints; ++point) {
         At(points, point).Celsius = ReadPointTemperature(point);
     }
@@ -79,24 +79,6 @@ PointNumbers ReadPoints() {
         At(points, point).Rpm = ReadRPM(SpeedRegister(point));
     }
     return points;
-}
-
-double DemandedRpm(const PointNumbers &points, int fan, bool isLinear, double celsius) {
-    const auto speedOf = [](const PointNumber &point) {
-        return point.Rpm <= StoppedLookupRpm ? 0 : point.Rpm;
-    };
-    const auto *below = points.begin() + (EightPointMode ? 0 : fan * PointsPerFan);
-    const auto *end = below + (EightPointMode ? LookupPoints : PointsPerFan);
-    if (celsius < below->Celsius) {
-        return 0;
-    }
-    for (const auto *next = below + 1; next != end; below = next++) {
-        if (celsius < next->Celsius) {
-            const double share = (celsius - below->Celsius) / (next->Celsius - below->Celsius);
-            return speedOf(*below) + (isLinear ? share * (speedOf(*next) - speedOf(*below)) : 0);
-        }
-    }
-    return speedOf(*below);
 }
 
 } // namespace ztm

@@ -15,6 +15,8 @@ inline constexpr int PointsPerFan = 4; ///< in the layout with a table for each 
 struct LookupPoint {
     int32_t Temperature = 0; ///< °C
     int16_t RPM = 0;
+
+    bool operator==(const LookupPoint &) const = default;
 };
 using LookupTable = std::array<LookupPoint, LookupPoints>;
 
@@ -71,22 +73,19 @@ void WritePointTemperature(int point, double celsius);
 /// Writes a speed, limited to 0 to FastestLookupRpm. 1 to 75 RPM have no count: nothing is written.
 void WritePointRpm(int point, double rpm);
 
-/// The eight points in °C and RPM, as numbers that need not be in range.
-struct PointNumber {
+/// A point in °C and RPM as it is edited, where any number can be entered.
+struct SpeedPoint {
     double Celsius = 0;
     double Rpm = 0;
+
+    bool operator==(const SpeedPoint &) const = default;
 };
-using PointNumbers = std::array<PointNumber, LookupPoints>;
+using SpeedPoints = std::array<SpeedPoint, LookupPoints>;
 
 /// Writes all temperatures and then all speeds.
-void WritePoints(const PointNumbers &points);
+void WritePoints(const SpeedPoints &points);
 
 /// Reads all temperatures and then all speeds.
-PointNumbers ReadPoints();
-
-/// The speed in RPM that the chip's table demands of a fan (0 or 1) at a temperature in °C, by the
-/// layout of `EightPointMode`: nothing below the fan's first point, then from point to point in
-/// straight lines or in steps, and that of its last point above.
-double DemandedRpm(const PointNumbers &points, int fan, bool isLinear, double celsius);
+SpeedPoints ReadPoints();
 
 } // namespace ztm

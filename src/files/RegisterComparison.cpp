@@ -1,12 +1,15 @@
 #include "files/RegisterComparison.h"
 
 #include "common/At.h"
+#include "common/NumberText.h"
 #include "link/Registers.h"
 
 #include <algorithm>
 
 namespace ztm {
 namespace {
+
+std::vector<KeptState> keptStates;
 
 /// Larger for what is written later.
 int WriteRank(const RegisterSetting &setting) {
@@ -29,6 +32,26 @@ std::vector<ComparedRegister> CompareRegisters(const RegisterValues &left,
         }
     }
     return rows;
+}
+
+std::string ComparisonAsText(const std::vector<ComparedRegister> &rows) {
+    const auto textOf = [](std::optional<uint8_t> value) {
+        return value ? HexByte(*value) : std::string("–");
+    };
+    std::string text = "Address\tRegister\tLeft\tRight\tBits\n";
+    for (const ComparedRegister &row : rows) {
+        text += HexByte(row.Register->Address) + '\t' + std::string(row.Register->Name) + '\t' +
+                textOf(row.Left) + '\t' + textOf(row.Right) + '\t' + row.DifferingBits() + '\n';
+    }
+    return text;
+}
+
+std::vector<KeptState> &KeptStates() {
+    return keptStates;
+}
+
+void ResetKeptStates() {
+    keptStates.clear();
 }
 
 std::vector<RegisterSetting> InWriteOrder(std::vector<RegisterSetting> settings) {

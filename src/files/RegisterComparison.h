@@ -28,6 +28,21 @@ struct ComparedRegister {
 std::vector<ComparedRegister> CompareRegisters(const RegisterValues &left,
                                                const RegisterValues &right, bool onlyDifferences);
 
+/// A line each, with tabs between: address, name, both values and the differing bits. A value that
+/// a state does not have is "–".
+std::string ComparisonAsText(const std::vector<ComparedRegister> &rows);
+
+/// A state that is kept for comparisons.
+struct KeptState {
+    std::string Name;
+    std::string Note; ///< what is to be known about it; may be empty
+    RegisterValues Values;
+};
+
+/// What was kept in this session, the oldest first.
+std::vector<KeptState> &KeptStates();
+void ResetKeptStates();
+
 /// The order in which settings are best written: Configuration2 and then Configuration1 last,
 /// without the bit that resets the chip; the others stay in their order. Configuration1 may start
 /// the measurements and lock the limits.

@@ -12,10 +12,13 @@ constexpr int32_t stoppedCount = 0xFFFF;
 
 } // namespace
 
+int32_t RpmOfCount(int32_t count) {
+    return count == 0 ? 0 : ToInt32(rpmTimesCount / count);
+}
+
 int32_t ReadRPM(int32_t msbAddress) {
     const int32_t low = ReadRegister(msbAddress - 1);
-    const int32_t count = ReadRegister(msbAddress) * 256 + low;
-    return count == 0 ? 0 : ToInt32(rpmTimesCount / count);
+    return RpmOfCount(ReadRegister(msbAddress) * 256 + low);
 }
 
 void WriteRPM(int32_t msbAddress, int32_t rpm) {

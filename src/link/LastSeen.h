@@ -12,7 +12,7 @@ struct SeenValue {
 };
 
 /// The value that a register was last read as or written with in this session; none if neither
-/// happened, or the address is no register's. Costs no request.
+/// happened, not since the chip was reset, or the address is no register's. Costs no request.
 std::optional<SeenValue> LastSeen(int32_t address);
 
 /// Forgets all values seen, as at the start of a session.

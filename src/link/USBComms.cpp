@@ -3,6 +3,7 @@
 #include "common/Clock.h"
 #include "link/CommFailure.h"
 #include "link/Heaters.h"
+#include "link/LastSeen.h"
 #include "link/LinkNewComPort06.h"
 #include "link/LinkObserver.h"
 #include "link/LinkState.h"
@@ -11,6 +12,7 @@
 #include "link/USBFunctions.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 
 namespace ztm {
@@ -90,8 +92,13 @@ void WriteRegister(int32_t address, int32_t data) {
         WaitForSmbus();
         RecordTransfer(TransferKind::WriteRegister, static_cast<uint8_t>(address), {byte}, true);
     }
-    if (linkObserver != nullptr && CommsMedium != MediumNone) {
-        linkObserver->RegisterWritten(address, data);
+    if (CommsMedium != MediumNone) {
+        if (address == Configuration2 && (data & ResetBit) != 0) {
+            ResetLastSeen(); // every register has its default again
+        }
+        if (linkObserver != nullptr) {
+            linkObserver->RegisterWritten(address, data);
+        }
     }
     AfterRegisterWrite(address);
 }

@@ -9,6 +9,7 @@
 #include "monitor/Events.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace ztm {
@@ -40,7 +41,9 @@ constexpr std::array<AlertBits, ChannelCount> alertBits{{
 constexpr Extremes noExtremes{std::numeric_limits<float>::infinity(),
                               -std::numeric_limits<float>::infinity()};
 
-std::array<bool, ChannelCount> isMeasured{};
+constexpr double never = std::numeric_limits<double>::quiet_NaN();
+
+std::array<double, ChannelCount> measuredTimes{never, never, never, never, never, never};
 std::array<Extremes, ChannelCount> extremes = [] {
     std::array<Extremes, ChannelCount> none{};
     none.fill(noExtremes);
@@ -73,7 +76,7 @@ std::string_view UnitOf(Quantity quantity) {
 
 void ResetMeasurements() {
     Measurements.fill(0);
-    isMeasured.fill(false);
+    measuredTimes.fill(never);
     ResetExtremes();
     LastAlerts.reset();
 }
@@ -87,7 +90,11 @@ void ResetExtremes() {
 }
 
 bool IsMeasured(int channel) {
-    return At(isMeasured, channel);
+    return !std::isnan(MeasuredTime(channel));
+}
+
+double MeasuredTime(int channel) {
+    return At(measuredTimes, channel);
 }
 
 bool HasChannel(int channel) {
@@ -104,7 +111,7 @@ void ReadMeasurement(int channel) {
         const auto slot = static_cast<size_t>(channel);
         const auto value = static_cast<float>(Read(Channels[slot]));
         Measurements[slot] = value;
-        isMeasured[slot] = true;
+        measuredTimes[slot] = RunningSeconds();
         extremes[slot] = {std::min(extremes[slot].least, value),
                           std::max(extremes[slot].greatest, value)};
     }

@@ -51,6 +51,9 @@ extern std::array<float, ChannelCount> Measurements;
 /// Whether a channel has been read since the start; before that its slot is 0.
 bool IsMeasured(int channel);
 
+/// When a channel was read last (RunningSeconds); NaN if it has not been read.
+double MeasuredTime(int channel);
+
 /// The least and the greatest value of a channel since the start or the last ResetExtremes; least
 /// is above greatest if it has not been measured since.
 struct Extremes {

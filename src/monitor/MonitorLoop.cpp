@@ -9,6 +9,7 @@
 #include "monitor/MeasurementHistory.h"
 #include "monitor/MeasurementLog.h"
 #include "monitor/MonitorSettings.h"
+#include "monitor/RecentMeasurements.h"
 
 namespace ztm {
 namespace {
@@ -49,6 +50,7 @@ void MonitorLoop::Monitor() {
     if (MonitoringEnabled) {
         ReadMeasurement(NextChannel);
         NextChannel = NextChannel >= ChannelCount - 1 ? 0 : NextChannel + 1;
+        KeepRecentMeasurements();
     }
     if (now - LastStatusRead > statusReadSpacingSeconds && displayShown && LimitMonitorEnabled) {
         LastStatusRead = now;

@@ -54,7 +54,10 @@ TEST(LogFileTest, ReadsCompleteRowsAndSaysWhichLineIsNoneOfALog) {
             EXPECT_EQ(reader.Problem(), problem) << text;
             EXPECT_EQ(reader.Contents().IsCutOff, isCutOff) << text;
             std::vector<double> read;
-            rows.Visit(-10, 10, [&](double time, auto &, auto &) { read.push_back(time); });
+            rows.Visit(-10, 10, [&](double time, auto &, auto &) {
+                read.push_back(time);
+                return true;
+            });
             EXPECT_EQ(read, times) << text;
         }
     }

@@ -65,9 +65,13 @@ TEST_F(Traffic, HasEachTransferWithItsRequesterAndWhatWasSeenBefore) {
     for (const int address : {0x0C, -1, 0x100}) {
         EXPECT_FALSE(LastSeen(address)) << address;
     }
+    Adapter().script = {};
+    WriteRegister(Configuration2, 0x85);
+    EXPECT_FALSE(LastSeen(0x0B)) << "the chip was reset";
+    EXPECT_TRUE(LastSeen(Configuration2));
     ResetTraffic();
     EXPECT_EQ(TransferCount(), 0);
-    EXPECT_FALSE(LastSeen(0x0B));
+    EXPECT_FALSE(LastSeen(Configuration2));
 }
 
 TEST_F(Traffic, KeepsTheNewest) {

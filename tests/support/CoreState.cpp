@@ -14,6 +14,7 @@
 #include "monitor/MeasurementHistory.h"
 #include "monitor/MeasurementLog.h"
 #include "monitor/MonitorSettings.h"
+#include "monitor/RecentMeasurements.h"
 #include "regmap/RegMapStuff.h"
 #include "regmap/RegisterTree.h"
 
@@ -29,6 +30,7 @@ void ResetCoreState() {
     ResetSelectedRegister();
     ResetMonitorSettings();
     ResetMeasurements();
+    ResetRecentMeasurements();
     ResetMeasurementHistory();
     ResetMeasurementLog();
     ResetEvents();

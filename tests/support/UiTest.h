@@ -52,6 +52,8 @@ protected:
             const char *button;
             const char *window;
         } dialogs[] = {
+            {"Register Access", "cmdCompare", "frmCompare"},
+            {"Register Access", "cmdTraffic", "frmTraffic"},
             {"Visual Display", "cmdSetUpLog", "frmSetupLog"},
             {"Visual Display", "cmdGraphOptions", "frmGraphOptions"},
             {"Control", "cmdLogData", "frmLogging"},

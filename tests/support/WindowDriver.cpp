@@ -99,13 +99,15 @@ void Press(const QString &name, Qt::Key key) {
     QTest::keyClick(&widget, key);
 }
 
-ShownMessage AnswerMessageOf(const std::function<void()> &action) {
+ShownMessage AnswerMessageOf(const std::function<void()> &action, bool yes) {
     std::optional<ShownMessage> shown;
     QTimer answer;
-    QObject::connect(&answer, &QTimer::timeout, [&shown] {
+    QObject::connect(&answer, &QTimer::timeout, [&shown, yes] {
         if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
             shown = ShownMessage{box->text(), box->windowTitle(), box->icon()};
-            QTest::mouseClick(box->button(QMessageBox::Ok), Qt::LeftButton);
+            auto *ok = box->button(QMessageBox::Ok);
+            auto *chosen = box->button(yes ? QMessageBox::Yes : QMessageBox::No);
+            QTest::mouseClick(ok != nullptr ? ok : chosen, Qt::LeftButton);
         }
     });
     answer.start(0);

@@ -51,14 +51,14 @@ void Type(QLineEdit &box, const QString &text);
 /// A key press on a control, which gets the focus first.
 void Press(const QString &name, Qt::Key key);
 
-/// Runs `action` and answers the message box that it raises with OK; returns what the box
-/// showed. Throws when there was none.
+/// Runs `action` and answers the message box that it raises, a question by that button; returns
+/// what the box showed. Throws when there was none.
 struct ShownMessage {
     QString text;
     QString title;
     int icon = 0;
 };
-ShownMessage AnswerMessageOf(const std::function<void()> &action);
+ShownMessage AnswerMessageOf(const std::function<void()> &action, bool yes = true);
 
 /// Runs `action` and answers the file dialog that it opens: types `path` and accepts it, also
 /// where that asks to replace an existing file, or cancels when `path` is empty. Returns what the

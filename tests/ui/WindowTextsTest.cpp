@@ -2,6 +2,7 @@
 #include "support/UiTest.h"
 #include "ui/display/frmBigGraph.h"
 #include "ui/display/frmEvents.h"
+#include "ui/display/frmLogView.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemModel>
@@ -125,6 +126,8 @@ protected:
         texts += TextsOf("frmBigGraph");
         ShowForm<frmEvents>();
         texts += TextsOf("frmEvents");
+        ShowForm<frmLogView>();
+        texts += TextsOf("frmLogView");
         ForEveryDialog([&](const char *window) {
             texts += TextsOf(window);
             for (auto *box : Find(window).findChildren<QLineEdit *>()) {

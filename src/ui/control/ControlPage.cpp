@@ -210,6 +210,18 @@ void ControlPage::TickDone() {
     }
 }
 
+void ControlPage::ShowMeasured() {
+    if (auto *config = LoadedForm<frmConfig>()) {
+        config->ShowMeasured();
+    }
+    if (auto *curve = LoadedForm<frmAutoControl>()) {
+        curve->ShowMeasured();
+    }
+    if (auto *points = LoadedForm<frmLookup>()) {
+        points->ShowMeasured();
+    }
+}
+
 void ControlPage::cmdConParam_Click() {
     connect(&ShowForm<frmConfig>(this), &frmConfig::ControlTypeApplied, this,
             &ControlPage::ShowControlType, Qt::UniqueConnection);
@@ -285,10 +297,6 @@ void ControlPage::RecallMore() {
         lblFileResult->setText(count == 0 ? problem : tr("%1; %2").arg(written, problem));
         TellProblem(tr("The setup was not recalled as a whole: %1").arg(problem));
     }
-}
-
-void ControlPage::StopRecall() {
-    tmrRecall->stop();
 }
 
 } // namespace ztm

@@ -33,9 +33,6 @@ public:
     /// Opens the dialog of the heaters.
     void ShowHeaters();
 
-    /// Writes nothing more of a setup that is being recalled.
-    void StopRecall();
-
     // Monitor tick updates for the dialogs that this page opens; no effect on one that is not open.
 
     /// Shows the measured speed of fan 0 or 1.
@@ -44,6 +41,8 @@ public:
     void ShowHeaterDuty(int heater, int duty);
     /// A tick has passed.
     void TickDone();
+    /// Whatever is measured or no longer measured: call after a tick, and now and then without one.
+    void ShowMeasured();
 
 private:
     void SetupUi();

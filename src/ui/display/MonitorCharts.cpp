@@ -78,6 +78,19 @@ StripChartSetup FanSetup(double rowHeight) {
     return setup;
 }
 
+/// Those of the session's history in the chart that is shown.
+std::vector<MeasuredTrace> ShownTraces() {
+    std::vector<MeasuredTrace> traces;
+    for (int channel = 0; channel < ChannelCount; ++channel) {
+        const bool isFan = At(Channels, channel).Measures == Quantity::FanSpeed;
+        const bool isInChart = GraphType == 1 || (GraphType == 2) == isFan;
+        if (isInChart && MeasurementHistory().HasValues(channel)) {
+            traces.push_back({&MeasurementHistory(), channel, NameOfChannel(channel)});
+        }
+    }
+    return traces;
+}
+
 /// The cursors of all charts of the session.
 ChartCursors &SharedCursors() {
     static ChartCursors cursors;
@@ -131,7 +144,7 @@ MonitorCharts::MonitorCharts(const LabelRows &rows, QWidget *parent)
         connect(chart, &StripChart::ClearWanted, this, &MonitorCharts::ClearHistory);
         connect(chart, &StripChart::OpenLogRequested, this, &MonitorCharts::OpenLogRequested);
     }
-    measurement = new MeasurementPanel(SharedCursors(), this);
+    measurement = new MeasurementPanel(SharedCursors(), ShownTraces, this);
     layout->addWidget(measurement);
     ShowGraphType();
 }

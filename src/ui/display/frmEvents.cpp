@@ -12,6 +12,7 @@
 #include <QDateTime>
 #include <QFile>
 #include <QHeaderView>
+#include <QItemSelectionModel>
 #include <QScrollBar>
 #include <QTableView>
 #include <QVBoxLayout>
@@ -140,6 +141,10 @@ frmEvents::frmEvents()
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(tblEvents);
     layout->addLayout(NewButtonRow({cmdSave, cmdClose}));
+    resize(sizeHint()); // by itself a window takes at most two thirds of its screen
+    connect(tblEvents->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            &frmEvents::Remember);
+    connect(table, &EventTable::modelReset, this, &frmEvents::SelectAgain);
     connect(tblEvents, &QTableView::clicked, this, &frmEvents::Choose);
     connect(tblEvents, &QTableView::activated, this, &frmEvents::Choose);
     connect(cmdSave, &QPushButton::clicked, this, &frmEvents::cmdSave_Click);
@@ -154,17 +159,38 @@ void frmEvents::Follow() {
     if (table->IsUpToDate()) {
         return;
     }
-    const QScrollBar &bar = *tblEvents->verticalScrollBar();
-    const bool wasAtEnd = bar.value() == bar.maximum();
+    QScrollBar &bar = *tblEvents->verticalScrollBar();
+    const int place = bar.value();
+    const bool wasAtEnd = place == bar.maximum();
     table->Follow();
     if (wasAtEnd) {
         tblEvents->scrollToBottom();
+    } else {
+        bar.setValue(place);
     }
 }
 
 void frmEvents::Choose(const QModelIndex &index) {
     if (const auto row = static_cast<size_t>(index.row()); row < Events().Size()) {
         emit Chosen(Events()[row].time);
+    }
+}
+
+void frmEvents::Remember(const QModelIndex &index) {
+    const auto row = static_cast<size_t>(index.row());
+    if (index.isValid() && row < Events().Size()) {
+        selectedTime = Events()[row].time;
+        selectedNumber = Events()[row].number;
+    }
+}
+
+/// Rows that are replaced lose their selection.
+void frmEvents::SelectAgain() {
+    for (size_t row = Events().FirstFrom(selectedTime);
+         row < Events().Size() && Events()[row].time == selectedTime; ++row) {
+        if (Events()[row].number == selectedNumber) {
+            tblEvents->setCurrentIndex(table->index(static_cast<int>(row), 0));
+        }
     }
 }
 

@@ -2,6 +2,8 @@
 
 #include "ui/kit/Form.h"
 
+#include <cstdint>
+
 class QModelIndex;
 class QPushButton;
 class QTableView;
@@ -32,11 +34,15 @@ protected:
 
 private:
     void Choose(const QModelIndex &index);
+    void Remember(const QModelIndex &index);
+    void SelectAgain();
     void cmdSave_Click();
 
     QTableView *tblEvents;
     EventTable *table;
     QPushButton *cmdSave;
+    double selectedTime = 0; // of the row that is selected
+    uint64_t selectedNumber = 0;
 };
 
 } // namespace ztm

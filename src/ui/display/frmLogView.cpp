@@ -1,7 +1,10 @@
 #include "ui/display/frmLogView.h"
 
 #include "common/At.h"
+#include "common/Clock.h"
+#include "common/Numbers.h"
 #include "files/LogFile.h"
+#include "ui/display/MeasurementPanel.h"
 #include "ui/display/MonitorCharts.h"
 #include "ui/instruments/StripChart.h"
 #include "ui/kit/Controls.h"
@@ -10,7 +13,6 @@
 #include "ui/kit/Messages.h"
 #include "ui/kit/Text.h"
 
-#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QLabel>
@@ -27,10 +29,11 @@ namespace ztm {
 namespace {
 
 constexpr double stepSeconds = 0.005;
-constexpr qint64 millisecondsWithoutProgress = 1000;
+constexpr double secondsWithoutProgress = 1;
 constexpr int wholeProgress = 1000;
-constexpr double rowHeight = 0.04; // of the chart's labels
+constexpr double rowHeight = 0.08; // of the chart's labels
 constexpr double farthestShift = 1e6;
+constexpr int decimalsOfShift = 3; // as the times in a log
 
 } // namespace
 
@@ -65,7 +68,7 @@ struct frmLogView::Opening {
     const bool isSecond;
     std::unique_ptr<RecordedLog> log = std::make_unique<RecordedLog>();
     LogFile file{log->history};
-    QElapsedTimer since{};
+    const double start = RunningSeconds();
 };
 
 frmLogView::frmLogView() : Form(QStringLiteral("frmLogView")) {
@@ -92,54 +95,74 @@ void frmLogView::SetupUi() {
     openingLayout->addWidget(cmdCancelOpen);
     openingRow->hide();
 
+    measurement = new MeasurementPanel(
+        cursors, [this] { return ShownTraces(); }, this);
     lblLog = Named(new QLabel(this), "lblLog");
-    lblSecondLog = Named(new QLabel(this), "lblSecondLog");
+    cmdOpenLog = NewButton("cmdOpenLog", tr("&Open Log..."), this);
+    cmdLayOver = NewButton("cmdLayOver", tr("&Lay Over..."), this);
+    cmdLayOver->setToolTip(tr("Draws a second log over the first one, dashed"));
+    auto *firstLayout = new QHBoxLayout;
+    firstLayout->addWidget(lblLog, 1);
+    firstLayout->addWidget(cmdOpenLog);
+    firstLayout->addWidget(cmdLayOver);
+    SetupSecondRow();
     for (QLabel *label : {lblLog, lblSecondLog}) {
         label->setTextFormat(Qt::PlainText);
         label->setWordWrap(true);
     }
-    cmdOpenLog = NewButton("cmdOpenLog", tr("Open Log..."), this);
-    cmdLayOver = NewButton("cmdLayOver", tr("Lay Over..."), this);
-    cmdRemove = NewButton("cmdRemove", tr("Remove"), this);
-    cmdLayOver->setToolTip(tr("Draws a second log over the first one, dashed"));
-    txtShift = Named(new QLineEdit(this), "txtShift");
-    txtShift->setToolTip(tr("Moves the second log, to the left if negative"));
-    lblShift = new QLabel(tr("Shift (s)"), this);
-    lblShift->setBuddy(txtShift);
-    WatchRange(*txtShift, -farthestShift, farthestShift, tr("s"));
-    auto *buttons = new QHBoxLayout;
-    for (auto *button : {cmdOpenLog, cmdLayOver, cmdRemove}) {
-        buttons->addWidget(button);
-    }
-    buttons->addWidget(lblShift);
-    buttons->addWidget(txtShift);
-    buttons->addStretch();
 
     auto *layout = new QVBoxLayout(this);
     chartPlace = new QVBoxLayout;
     layout->addLayout(chartPlace, 1);
+    layout->addWidget(measurement);
     layout->addWidget(openingRow);
-    layout->addWidget(lblLog);
-    layout->addWidget(lblSecondLog);
-    layout->addLayout(buttons);
+    layout->addLayout(firstLayout);
+    layout->addWidget(secondRow);
     resize(sizeHint());
+}
+
+void frmLogView::SetupSecondRow() {
+    secondRow = new QWidget(this);
+    lblSecondLog = Named(new QLabel(secondRow), "lblSecondLog");
+    txtShift = Named(new QLineEdit(secondRow), "txtShift");
+    txtShift->setMaximumWidth(fontMetrics().averageCharWidth() * 14);
+    WatchRange(*txtShift, -farthestShift, farthestShift, tr("s"));
+    auto *lblShift = new QLabel(tr("&Shift (s)"), secondRow);
+    lblShift->setBuddy(txtShift);
+    lblShift->setToolTip(tr("Moves the second log, to the left if negative"));
+    cmdAlignStarts = NewButton("cmdAlignStarts", tr("Align S&tarts"), secondRow);
+    cmdAlignCursors = NewButton("cmdAlignCursors", tr("Align &B at A"), secondRow);
+    cmdRemove = NewButton("cmdRemove", tr("&Remove"), secondRow);
+    auto *layout = new QHBoxLayout(secondRow);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(lblSecondLog, 1);
+    for (QWidget *control :
+         {static_cast<QWidget *>(lblShift), static_cast<QWidget *>(txtShift),
+          static_cast<QWidget *>(cmdAlignStarts), static_cast<QWidget *>(cmdAlignCursors),
+          static_cast<QWidget *>(cmdRemove)}) {
+        layout->addWidget(control);
+    }
 }
 
 void frmLogView::ConnectSignals() {
     reading.setObjectName(QStringLiteral("reading"));
     connect(&reading, &QTimer::timeout, this, &frmLogView::ReadOn);
+    connect(&cursors, &ChartCursors::Changed, this, &frmLogView::ShowButtons);
     connect(cmdCancelOpen, &QPushButton::clicked, this, &frmLogView::EscapePressed);
     connect(cmdOpenLog, &QPushButton::clicked, this, [this] { AskAndOpen(false); });
     connect(cmdLayOver, &QPushButton::clicked, this, [this] { AskAndOpen(true); });
-    connect(cmdRemove, &QPushButton::clicked, this, [this] {
-        second.reset();
-        ShowSecond();
-    });
     connect(txtShift, &QLineEdit::textChanged, this, [this] {
         const double seconds = NumberIn(*txtShift);
         if (std::abs(seconds) <= farthestShift) {
             ShiftSecond(seconds);
         }
+    });
+    connect(cmdAlignStarts, &QPushButton::clicked, this, [this] { EnterNumber(*txtShift, 0); });
+    connect(cmdAlignCursors, &QPushButton::clicked, this, &frmLogView::cmdAlignCursors_Click);
+    connect(cmdRemove, &QPushButton::clicked, this, [this] {
+        second.reset();
+        ShowSecond();
+        stpLog->setFocus();
     });
 }
 
@@ -156,7 +179,6 @@ void frmLogView::AskAndOpen(bool isSecond) {
 
 void frmLogView::Open(const QString &path, bool isSecond) {
     opening = std::make_unique<Opening>(path, isSecond);
-    opening->since.start();
     opening->log->name = QFileInfo(path).fileName();
     opening->file.Open(QFile::encodeName(path).toStdString());
     openingRow->hide();
@@ -165,9 +187,12 @@ void frmLogView::Open(const QString &path, bool isSecond) {
 
 /// Between two steps the event loop serves what is due, the monitor's tick for one.
 void frmLogView::ReadOn() {
+    if (stpLog != nullptr && stpLog->IsSaving()) {
+        return; // what it saves must stay
+    }
     const auto state = opening->file.Step(stepSeconds);
     if (state == LogFile::State::Reading) {
-        if (opening->since.hasExpired(millisecondsWithoutProgress)) {
+        if (RunningSeconds() - opening->start >= secondsWithoutProgress) {
             prgbarOpen->setValue(static_cast<int>(opening->file.Progress() * wholeProgress));
             openingRow->show();
         }
@@ -193,6 +218,7 @@ void frmLogView::ReadOn() {
         stpLog->ShowWholeHistory();
     } else {
         delete stpLog;
+        cursors.Remove();
         second.reset();
         first = std::move(done->log);
         ShowFirst();
@@ -215,7 +241,7 @@ void frmLogView::EscapePressed() {
 
 void frmLogView::ShowFirst() {
     StripChartSetup setup = CombinedChartSetup(rowHeight);
-    setup.elapsed = true;
+    setup.recorded = true;
     setup.title = tr("Recorded log");
     setup.emptyNotice = tr("This log has no values");
     const ChannelHistory &history = first->history;
@@ -224,6 +250,7 @@ void frmLogView::ShowFirst() {
         history.IsEmpty() ? 1 : std::max(1.0, (history.LastTime() - history.FirstTime()) * 1.01);
     stpLog = Named(new StripChart(history, std::move(setup), this), "stpLog");
     stpLog->setAccessibleName(tr("Temperatures and fan speeds over elapsed seconds"));
+    stpLog->ShareCursors(cursors);
     connect(stpLog, &StripChart::OpenLogRequested, this, [this] { AskAndOpen(false); });
     chartPlace->addWidget(stpLog);
     stpLog->show();
@@ -240,23 +267,53 @@ void frmLogView::ShowSecond() {
 }
 
 void frmLogView::ShiftSecond(double seconds) {
+    shift = seconds;
     if (first) {
-        const double start = second ? first->history.FirstTime() - second->history.FirstTime() : 0;
-        stpLog->LayOver(second ? &second->history : nullptr,
-                        (std::isnan(start) ? 0 : start) + seconds);
+        stpLog->LayOver(second ? &second->history : nullptr, ShiftOfSecond());
+        measurement->ShowMeasurement();
+        ShowButtons();
     }
+}
+
+/// How much later the times of the second log come, on those of the first.
+double frmLogView::ShiftOfSecond() const {
+    if (!second) {
+        return 0;
+    }
+    const double start = first->history.FirstTime() - second->history.FirstTime();
+    return (std::isnan(start) ? 0 : start) + shift;
+}
+
+/// What is at B in the second log comes to where A is in the first.
+void frmLogView::cmdAlignCursors_Click() {
+    const double change = *cursors.Time(0) - *cursors.Time(1);
+    EnterNumber(*txtShift, RoundToDecimals(shift + change, decimalsOfShift));
+    cursors.Unset(1);
+}
+
+/// Those of both logs, in the order of the chart.
+std::vector<MeasuredTrace> frmLogView::ShownTraces() const {
+    std::vector<MeasuredTrace> traces;
+    for (const auto *log : {first.get(), second.get()}) {
+        for (int channel = 0; log != nullptr && channel < ChannelCount; ++channel) {
+            if (log->history.HasValues(channel)) {
+                const QString name = ToQString(At(log->contents.Names, channel));
+                const bool isDashed = log == second.get();
+                traces.push_back({&log->history, channel,
+                                  isDashed ? tr("%1 dashed").arg(name) : name,
+                                  isDashed ? ShiftOfSecond() : 0});
+            }
+        }
+    }
+    return traces;
 }
 
 /// Names what is drawn, and enables what can be done.
 void frmLogView::ShowTexts() {
     lblLog->setText(first ? tr("Line: %1").arg(first->Text()) : tr("Reading..."));
     lblSecondLog->setText(second ? tr("Dashed: %1").arg(second->Text()) : QString());
-    lblSecondLog->setVisible(second != nullptr);
-    Enable(*cmdLayOver, first != nullptr, tr("There is no log to lay it over"));
-    for (QWidget *control : {static_cast<QWidget *>(cmdRemove), static_cast<QWidget *>(lblShift),
-                             static_cast<QWidget *>(txtShift)}) {
-        control->setVisible(second != nullptr);
-    }
+    secondRow->setVisible(second != nullptr);
+    ShowButtons();
     if (!first) {
         return;
     }
@@ -267,6 +324,14 @@ void frmLogView::ShowTexts() {
         stpLog->SetLabel(trace.label, ToQString(ours.empty() ? other : ours));
     }
     stpLog->SetDevice(second ? tr("%1, dashed %2").arg(first->name, second->name) : first->name);
+}
+
+void frmLogView::ShowButtons() {
+    cmdLayOver->setEnabled(first != nullptr);
+    cmdAlignStarts->setEnabled(shift != 0);
+    cmdAlignCursors->setEnabled(cursors.Between().has_value());
+    cmdAlignCursors->setToolTip(
+        tr("Moves the second log: what is in it at cursor B comes to cursor A"));
 }
 
 } // namespace ztm

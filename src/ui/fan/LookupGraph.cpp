@@ -1,89 +1,61 @@
 #include "ui/fan/LookupGraph.h"
 
 #include "common/At.h"
-#include "fan/LookupGraphScale.h"
-#include "link/LinkState.h"
 #include "monitor/Channels.h"
+#include "ui/fan/FanTexts.h"
+#include "ui/fan/LookupGraphParts.h"
 #include "ui/instruments/InstrumentAccess.h"
 #include "ui/kit/Twips.h"
 
 #include <QApplication>
+#include <QHelpEvent>
 #include <QKeyEvent>
+#include <QLineF>
 #include <QMouseEvent>
+#include <QToolTip>
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace ztm {
 namespace {
-
-constexpr QColor ground(255, 255, 255);
-constexpr QColor gridColour(216, 216, 216); // lighter than the preview
-constexpr QColor readingColour(96, 96, 96);
-constexpr QColor firstCurveColour(0, 0, 255);
-constexpr QColor secondCurveColour(0, 192, 0);
-constexpr QColor highlightColour(255, 0, 0);
-constexpr QColor previewColour(192, 192, 192);
-constexpr int curvePixels = 3;
-constexpr int thinPixels = 1;
-
-constexpr double baselineHeight = 60; // twips above the bottom edge
-constexpr int celsiusPerGridLine = 10;
-constexpr int verticalGridLines = 15;
-constexpr int horizontalGridLines = 10;
 
 constexpr int largeCelsius = 10;
 constexpr int smallRpm = 50;
 constexpr int largeRpm = 500;
 
-/// Where a point of the table in use is drawn.
-QPointF PlaceOf(int point) {
-    const LookupPoint &drawn = At(TableInUse(), point);
-    return {TempX(drawn.Temperature), RPMY(drawn.RPM)};
+constexpr double markFontShare = 0.85;
+constexpr double hintReach = 8; // pixels
+
+/// Whether a place is within reach of a level, an upright or an inclined line.
+bool IsNearLine(const QPointF &from, const QPointF &to, const QPointF &place) {
+    const QPointF way = to - from;
+    const double length = QPointF::dotProduct(way, way);
+    const double share =
+        length > 0 ? std::clamp(QPointF::dotProduct(place - from, way) / length, 0.0, 1.0) : 0;
+    return QLineF(from + share * way, place).length() < hintReach;
 }
 
-/// The part of a line (or, with equal ends, of a point) within one graph width and height around
-/// the graph. A point may be hundreds of widths away, and a painter is slow with lines far outside
-/// its device.
-std::optional<QLineF> NearPart(const QLineF &line) {
-    const std::pair<double, double> bounds[] = {// speed towards an edge, and the room up to it
-                                                {-line.dx(), line.x1() + GraphWidth},
-                                                {line.dx(), 2 * GraphWidth - line.x1()},
-                                                {-line.dy(), line.y1() + GraphHeight},
-                                                {line.dy(), 2 * GraphHeight - line.y1()}};
-    double from = 0;
-    double to = 1;
-    for (const auto &[speed, room] : bounds) {
-        if (speed > 0) {
-            to = std::min(to, room / speed);
-        } else if (speed < 0) {
-            from = std::max(from, room / speed);
-        } else if (room < 0) {
-            return std::nullopt;
-        }
-    }
-    return from <= to ? std::optional(QLineF(line.pointAt(from), line.pointAt(to))) : std::nullopt;
+QString FaultText(int point, SegmentFault fault) {
+    return (fault == SegmentFault::Fold
+                ? LookupGraph::tr("From point %1 to point %2 the temperature falls back.")
+                : LookupGraph::tr("From point %1 to point %2 the speed falls while the temperature "
+                                  "rises."))
+        .arg(point)
+        .arg(point + 1);
 }
 
-void DrawLine(QPainter &painter, const QPointF &from, const QPointF &to) {
-    if (const auto line = NearPart({from, to})) {
-        painter.drawLine(*line);
-    }
+QString NumberOf(double number) {
+    return QString::number(number, 'f', 0);
 }
 
-void DrawCircle(QPainter &painter, const QPointF &centre) {
-    if (NearPart({centre, centre})) {
-        painter.drawEllipse(centre, LookupGraph::HitRadius, LookupGraph::HitRadius);
-    }
-}
-
-/// The first and the last point of the curve that a point is on.
-std::pair<int, int> CurveOf(int point) {
-    if (EightPointMode) {
-        return {0, LookupPoints - 1};
-    }
-    return point < PointsPerFan ? std::pair{0, PointsPerFan - 1}
-                                : std::pair{PointsPerFan, LookupPoints - 1};
+/// A point as it is shown and read out.
+QString PointText(int point, const SpeedPoint &values, const PointFate &fate) {
+    const QString text = LookupGraph::tr("Point %1: %2 °C, %3 RPM.")
+                             .arg(point + 1)
+                             .arg(NumberOf(values.Celsius), NumberOf(values.Rpm));
+    return fate.IsAsEntered() ? text : text + ' ' + FateText(values, fate) + '.';
 }
 
 } // namespace
@@ -101,39 +73,66 @@ QSize LookupGraph::sizeHint() const {
     return {Twips(GraphWidth, *this), Twips(GraphHeight, *this)};
 }
 
+void LookupGraph::ShowLive(const std::array<std::optional<LivePoint>, 2> &fans) {
+    live = fans;
+    QRectF area;
+    for (int fan = 0; fan < 2; ++fan) {
+        if (const auto &shown = At(live, fan)) {
+            area |= LiveArea(
+                [this](double celsius, double rpm) {
+                    return InPixels(PlaceOf({celsius, rpm}));
+                },
+                *shown, fan);
+        }
+    }
+    const QRect before = std::exchange(liveArea, area.toAlignedRect());
+    update(before | liveArea); // the way fades also where a fan stands still
+}
+
 bool LookupGraph::IsOnSelectedPoint(QPointF place) const {
-    const QPointF point = PlaceOf(selectedPoint);
+    const QPointF point = PlaceOf(PointInUse(selectedPoint, SeenPoints()));
     return std::abs(place.x() - point.x()) < 2 * HitRadius &&
            std::abs(place.y() - point.y()) < 2 * HitRadius;
 }
 
 void LookupGraph::DescribePoints() {
-    QString text = tr("Selected: point %1.").arg(selectedPoint + 1);
-    const LookupTable &table = TableInUse();
-    for (size_t point = 0; point < table.size(); ++point) {
-        text += tr(" Point %1: %2 °C, %3 RPM.")
-                    .arg(point + 1)
-                    .arg(table[point].Temperature)
-                    .arg(table[point].RPM);
+    const auto held = SeenPoints();
+    const SpeedPoints points = PointsInUse(held);
+    const auto fates = FatesOf(points, held);
+    QStringList texts{tr("Selected: point %1.").arg(selectedPoint + 1)};
+    for (int point = 0; point < LookupPoints; ++point) {
+        texts += PointText(point, At(points, point), At(fates, point));
     }
-    setAccessibleDescription(text);
+    VisitFaults(points, [&](int point, SegmentFault fault) { texts += FaultText(point, fault); });
+    setAccessibleDescription(texts.join(' '));
 }
 
 AccessiblePart LookupGraph::PartAt(int part) const {
     const int point = part / 2;
     const bool isSpeed = part % 2 != 0;
-    const auto &[celsius, rpm] = At(TableInUse(), point);
-    const int value = isSpeed ? rpm : celsius;
-    const QPointF middle(PlaceOf(point).x() * PixelsPerTwip().x(),
-                         PlaceOf(point).y() * PixelsPerTwip().y());
-    const QPointF reach = 2 * HitRadius * PixelsPerTwip();
+    const auto held = SeenPoints();
+    const SpeedPoints points = PointsInUse(held);
+    const SpeedPoint &values = At(points, point);
+    const PointFate fate = At(FatesOf(points, held), point);
+    const double value = isSpeed ? values.Rpm : values.Celsius;
+    QString text = (isSpeed ? tr("%1 RPM") : tr("%1 °C")).arg(NumberOf(value));
+    const LookupMarks marks = Marks(points);
+    const auto mark = std::find_if(marks.begin(), marks.end(), [point](const LookupMark &one) {
+        return one.points.contains(point);
+    });
+    if (!rect().contains(InPixels(PlaceOf(values)).toPoint())) {
+        text += tr(", off the graph");
+    }
+    if (!fate.IsAsEntered()) {
+        text += QStringLiteral(", ") + FateText(values, fate);
+    }
     return {.name = (isSpeed ? tr("Point %1, speed") : tr("Point %1, temperature")).arg(point + 1),
-            .valueText = (isSpeed ? tr("%1 RPM") : tr("%1 °C")).arg(value),
-            .value = static_cast<double>(value),
+            .valueText = text,
+            .value = value,
             .minimum = isSpeed ? 0.0 : lowestCelsius,
             .maximum = isSpeed ? static_cast<double>(LargestPointRpm) : highestCelsius,
             .step = isSpeed ? smallRpm : 1.0,
-            .place = QRectF(middle - reach, middle + reach).toRect(),
+            .place = mark->Extent().toRect() & rect(),
             .hasFocus = point == selectedPoint && isSpeed};
 }
 
@@ -152,6 +151,70 @@ QPointF LookupGraph::PixelsPerTwip() const {
 QPointF LookupGraph::InTwips(QPointF pixels) const {
     return {std::clamp(pixels.x() * GraphWidth / (width() - 1), 0.0, GraphWidth),
             std::clamp(pixels.y() * GraphHeight / (height() - 1), 0.0, GraphHeight)};
+}
+
+/// In pixels, at most a graph away.
+QPointF LookupGraph::InPixels(QPointF place) const {
+    return {std::clamp(place.x(), -GraphWidth, 2 * GraphWidth) * PixelsPerTwip().x(),
+            std::clamp(place.y(), -GraphHeight, 2 * GraphHeight) * PixelsPerTwip().y()};
+}
+
+QFont LookupGraph::MarkFont() const {
+    QFont small = font();
+    small.setPointSizeF(small.pointSizeF() * markFontShare);
+    return small;
+}
+
+LookupMarks LookupGraph::Marks(const SpeedPoints &points) const {
+    std::array<QPointF, LookupPoints> places;
+    std::transform(points.begin(), points.end(), places.begin(),
+                   [this](const SpeedPoint &point) { return InPixels(PlaceOf(point)); });
+    return LayOutMarks(places, linear, QRectF(rect()).adjusted(0, 0, -1, -1),
+                       QFontMetricsF(MarkFont()));
+}
+
+QString LookupGraph::HintAt(QPointF pixels) const {
+    const auto held = SeenPoints();
+    const SpeedPoints points = PointsInUse(held);
+    const auto fates = FatesOf(points, held);
+    QStringList texts;
+    for (const LookupMark &mark : Marks(points)) {
+        if (mark.Extent().contains(pixels)) {
+            for (const int point : mark.points) {
+                texts += PointText(point, At(points, point), At(fates, point));
+            }
+        }
+    }
+    for (int fan = 0; fan < 2; ++fan) {
+        const auto &shown = At(live, fan);
+        const auto placeOf = [&] { return InPixels(PlaceOf({shown->Celsius, shown->Rpm})); };
+        if (shown && QLineF(placeOf(), pixels).length() < hintReach) {
+            texts += OnCurveText(fan, shown->Celsius, shown->Rpm, shown->DemandedRpm);
+        }
+    }
+    const auto isNear = [&](const QPointF &from, const QPointF &to) {
+        return IsNearLine(InPixels(from), InPixels(to), pixels);
+    };
+    VisitFaults(points, [&](int point, SegmentFault fault) {
+        bool isHere = false;
+        VisitLines(
+            At(points, point - 1), At(points, point), linear,
+            [&](const QPointF &from, const QPointF &to) { isHere = isHere || isNear(from, to); });
+        if (isHere) {
+            texts += FaultText(point, fault);
+        }
+    });
+    return texts.join('\n');
+}
+
+bool LookupGraph::event(QEvent *event) {
+    if (event->type() != QEvent::ToolTip) {
+        return QWidget::event(event);
+    }
+    const auto *help = static_cast<QHelpEvent *>(event);
+    const QString hint = HintAt(help->pos());
+    QToolTip::showText(help->globalPos(), hint, this);
+    return true;
 }
 
 void LookupGraph::mousePressEvent(QMouseEvent *event) {
@@ -174,132 +237,31 @@ void LookupGraph::mouseReleaseEvent(QMouseEvent *event) {
 }
 
 void LookupGraph::keyPressEvent(QKeyEvent *event) {
+    if (event->key() >= Qt::Key_1 && event->key() < Qt::Key_1 + LookupPoints &&
+        (event->modifiers() & ~Qt::KeypadModifier) == 0) {
+        emit PointWanted(event->key() - Qt::Key_1);
+        return;
+    }
     const bool large = event->modifiers().testFlag(Qt::ShiftModifier);
+    const bool isRepeated = event->isAutoRepeat();
     const int celsius = large ? largeCelsius : 1;
     const int rpm = large ? largeRpm : smallRpm;
     switch (event->key()) {
     case Qt::Key_Left:
-        emit MoveWanted(-celsius, 0);
+        emit MoveWanted(-celsius, 0, isRepeated);
         break;
     case Qt::Key_Right:
-        emit MoveWanted(celsius, 0);
+        emit MoveWanted(celsius, 0, isRepeated);
         break;
     case Qt::Key_Up:
-        emit MoveWanted(0, rpm);
+        emit MoveWanted(0, rpm, isRepeated);
         break;
     case Qt::Key_Down:
-        emit MoveWanted(0, -rpm);
+        emit MoveWanted(0, -rpm, isRepeated);
         break;
     default:
         QWidget::keyPressEvent(event);
     }
-}
-
-/// A pen of that many pixels at any scale of the painter.
-QPen LookupGraph::Pen(const QColor &colour, int pixels, Qt::PenCapStyle cap) const {
-    QPen pen(colour, pixels * devicePixelRatioF(), Qt::SolidLine, cap);
-    pen.setCosmetic(true);
-    return pen;
-}
-
-void LookupGraph::paintEvent(QPaintEvent * /*event*/) {
-    QPainter painter(this);
-    painter.fillRect(rect(), ground);
-    painter.scale(PixelsPerTwip().x(), PixelsPerTwip().y());
-    DrawGrid(painter);
-    if (EightPointMode) {
-        DrawCurve(painter, 0, LookupPoints - 1, firstCurveColour);
-    } else {
-        DrawCurve(painter, 0, PointsPerFan - 1, firstCurveColour);
-        DrawCurve(painter, PointsPerFan, LookupPoints - 1, secondCurveColour);
-    }
-    HiLightPoints(painter);
-    if (carriedAt) {
-        GrayLines(painter, carriedAt->x(), carriedAt->y());
-        painter.setPen(Pen(highlightColour, thinPixels));
-        DrawCircle(painter, *carriedAt);
-        DrawReading(painter);
-    }
-    if (hasFocus()) {
-        painter.resetTransform();
-        painter.setPen(palette().color(QPalette::Highlight));
-        painter.setBrush(Qt::NoBrush);
-        painter.drawRect(rect().adjusted(0, 0, -1, -1));
-    }
-}
-
-void LookupGraph::DrawGrid(QPainter &painter) {
-    painter.setPen(Pen(gridColour, thinPixels));
-    for (int line = 1; line <= verticalGridLines; ++line) {
-        const double x = TempX(celsiusPerGridLine * line);
-        painter.drawLine(QPointF(x, 0), QPointF(x, GraphHeight));
-    }
-    for (int line = 1; line <= horizontalGridLines; ++line) {
-        const double y = RPMY(line * static_cast<double>(GraphRpmRange) / horizontalGridLines);
-        painter.drawLine(QPointF(0, y), QPointF(GraphWidth, y));
-    }
-}
-
-/// Baseline, rise, the line from point to point, and tail.
-void LookupGraph::DrawCurve(QPainter &painter, int first, int last, const QColor &colour) {
-    painter.setRenderHint(QPainter::Antialiasing, linear);
-    // Caps that close the corners.
-    painter.setPen(Pen(colour, curvePixels, linear ? Qt::RoundCap : Qt::SquareCap));
-    QPointF place(0, GraphHeight - baselineHeight);
-    const auto drawTo = [&](const QPointF &next) {
-        DrawLine(painter, place, next);
-        place = next;
-    };
-    const QPointF start = PlaceOf(first);
-    drawTo({start.x(), place.y()});
-    drawTo(start);
-    for (int point = first + 1; point <= last; ++point) {
-        const QPointF next = PlaceOf(point);
-        if (!linear) {
-            drawTo({next.x(), place.y()});
-        }
-        drawTo(next);
-    }
-    drawTo({TempX(GraphCelsius), place.y()});
-    painter.setRenderHint(QPainter::Antialiasing, false);
-}
-
-void LookupGraph::HiLightPoints(QPainter &painter) {
-    painter.setPen(Pen(highlightColour, curvePixels));
-    painter.setRenderHint(QPainter::Antialiasing);
-    DrawCircle(painter, PlaceOf(selectedPoint));
-    painter.setRenderHint(QPainter::Antialiasing, false);
-}
-
-/// The lines that the selected point would have at that place.
-void LookupGraph::GrayLines(QPainter &painter, double xVal, double yVal) {
-    const auto [first, last] = CurveOf(selectedPoint);
-    const QPointF mouse(xVal, yVal);
-    painter.setPen(Pen(previewColour, thinPixels));
-    DrawLine(painter, selectedPoint == first ? QPointF(xVal, RPMY(0)) : PlaceOf(selectedPoint - 1),
-             mouse);
-    DrawLine(painter, mouse,
-             selectedPoint == last ? QPointF(TempX(GraphCelsius), yVal)
-                                   : PlaceOf(selectedPoint + 1));
-}
-
-/// The values of the carried point, beside it and within the graph.
-void LookupGraph::DrawReading(QPainter &painter) {
-    const QString text = tr("%1 °C, %2 RPM")
-                             .arg(std::floor(X2Temp(carriedAt->x())))
-                             .arg(std::floor(Y2RPM(carriedAt->y())));
-    const QPointF place(carriedAt->x() * PixelsPerTwip().x(), carriedAt->y() * PixelsPerTwip().y());
-    painter.resetTransform();
-    const double space = fontMetrics().height() / 2.0;
-    QRectF box(place.x() + space, place.y() - 3 * space,
-               fontMetrics().horizontalAdvance(text) + space, 2.5 * space);
-    box.moveRight(std::min(box.right(), width() - 1.0));
-    box.moveTop(std::max(box.top(), 0.0));
-    painter.setPen(readingColour);
-    painter.setBrush(ground);
-    painter.drawRect(box);
-    painter.setPen(Qt::black);
-    painter.drawText(box, Qt::AlignCenter, text);
 }
 
 } // namespace ztm

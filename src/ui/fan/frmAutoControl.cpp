@@ -12,6 +12,7 @@
 #include "monitor/Channels.h"
 #include "monitor/Events.h"
 #include "ui/fan/ControlSourceBoxes.h"
+#include "ui/fan/FanTexts.h"
 #include "ui/fan/LookupGraph.h"
 #include "ui/fan/LookupGraphPanel.h"
 #include "ui/instruments/ValueSlider.h"
@@ -29,7 +30,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace ztm {
 namespace {
@@ -50,10 +50,11 @@ constexpr char requester[] = "Auto-Control Response"; // of its requests
 } // namespace
 
 frmAutoControl::frmAutoControl()
-    : Dialog(QStringLiteral("frmAutoControl"), tr("Auto-Control Response")) {
+    : PointsDialog(QStringLiteral("frmAutoControl"), tr("Auto-Control Response")) {
     SetupUi();
     ConnectSignals();
     Form_Load();
+    StartEditing();
 }
 
 void frmAutoControl::SetupUi() {
@@ -74,9 +75,25 @@ void frmAutoControl::SetupUi() {
     layout->addWidget(graphPanel, 0, 0);
     layout->addWidget(sldRange, 0, 1);
     layout->addLayout(settings, 0, 2);
-    layout->addLayout(NewOkApplyCancelRow(), 1, 0, 1, 3);
+    auto *buttons = new QHBoxLayout;
+    AddPointButtons(*buttons);
+    layout->addLayout(NewLines(), 1, 0, 1, 3);
+    buttons->addLayout(NewOkApplyCancelRow());
+    layout->addLayout(buttons, 2, 0, 1, 3);
     layout->setColumnStretch(0, 1);
     layout->setRowStretch(0, 1);
+}
+
+QLayout *frmAutoControl::NewLines() {
+    lblOperatingPoint = Named(new QLabel(this), "lblOperatingPoint");
+    lblOperatingPoint->setWordWrap(true);
+    lblFileResult = NewResultLabel(this);
+    auto *lines = new QVBoxLayout;
+    lines->addWidget(lblOperatingPoint);
+    AddLines(*lines);
+    lines->addWidget(lblFileResult);
+    lblFileResult->hide();
+    return lines;
 }
 
 QGroupBox *frmAutoControl::NewSourceFrame() {
@@ -138,6 +155,10 @@ void frmAutoControl::ConnectSignals() {
     }
     for (auto *option : {optDiscrete, optLinear}) {
         connect(option, &QRadioButton::toggled, this, &frmAutoControl::PlotData);
+        connect(option, &QRadioButton::toggled, this, &frmAutoControl::EditedAlone);
+    }
+    for (auto *box : {cmbControl[0], cmbControl[1], cmbSource33}) {
+        connect(box, &QComboBox::currentTextChanged, this, &frmAutoControl::EditedAlone);
     }
     connect(txtTLookUp, &QLineEdit::textChanged, this, &frmAutoControl::txtTLookUp_Change);
     connect(txtRPMLookup, &QLineEdit::textChanged, this, &frmAutoControl::txtRPMLookup_Change);
@@ -147,6 +168,8 @@ void frmAutoControl::ConnectSignals() {
     connect(pctGraph, &LookupGraph::MoveWanted, this, &frmAutoControl::MovePoint);
     connect(pctGraph, &LookupGraph::TemperatureWanted, this,
             [this](int point, double celsius) { SetNumber(point, *txtTLookUp, celsius); });
+    connect(pctGraph, &LookupGraph::PointWanted, this,
+            [this](int point) { At(optControl, point)->setChecked(true); });
     connect(pctGraph, &LookupGraph::SpeedWanted, this,
             [this](int point, double rpm) { SetNumber(point, *txtRPMLookup, rpm); });
     connect(sldRange, &ValueSlider::ValueChanged, this, &frmAutoControl::sldRange_Change);
@@ -169,8 +192,7 @@ void frmAutoControl::Form_Load() {
     LookupTable points;
     for (int point = 0; point < LookupPoints; ++point) {
         const int32_t celsius = ReadPointTemperature(point);
-        At(chipRpm, point) = ReadRPM(SpeedRegister(point));
-        At(points, point) = {celsius, PointRpm(At(chipRpm, point))};
+        At(points, point) = {celsius, PointRpm(ReadRPM(SpeedRegister(point)))};
     }
     LoadTableInUse(points);
     ShowSelectedPoint();
@@ -189,38 +211,33 @@ void frmAutoControl::PlotData() {
 
 void frmAutoControl::ShowSelectedPoint() {
     shownEightPointMode = EightPointMode;
-    const int32_t rpm = RpmOf(SelectedPoint);
-    ShowNumber(*txtTLookUp, PointAt(SelectedPoint).Temperature);
-    ShowNumber(*txtRPMLookup, rpm);
+    const SpeedPoint shown = PointInUse(SelectedPoint, SeenPoints());
+    ShowNumber(*txtTLookUp, shown.Celsius);
+    ShowNumber(*txtRPMLookup, shown.Rpm);
+    BeginStep();
     MarkPoints();
     PlotData();
 }
 
-/// The speed of a point: that of the chip while the table holds as much of it as it can.
-int32_t frmAutoControl::RpmOf(int point) const {
-    const int32_t held = At(chipRpm, point);
-    const int32_t rpm = PointAt(point).RPM;
-    return rpm == PointRpm(held) ? held : rpm;
-}
-
-/// Says why Apply cannot write a speed at a point; empty if it can, or if the chip holds it: the
-/// slowest count reads as 75 RPM, which cannot be written.
-QString frmAutoControl::RpmProblem(int point, double rpm) const {
-    const bool held = (IsLookupRpm(rpm) && rpm <= LargestPointRpm) || rpm == At(chipRpm, point);
-    return held ? QString() : tr("0, or %1 to %2 RPM").arg(SlowestLookupRpm).arg(LargestPointRpm);
-}
-
 /// Marks the points whose numbers Apply cannot write, selected or not, and the speed in its box.
 void frmAutoControl::MarkPoints() {
+    const auto held = SeenPoints();
+    const SpeedPoints points = PointsInUse(held);
+    const auto fates = FatesOf(points, held);
     for (int point = 0; point < LookupPoints; ++point) {
-        const int32_t celsius = PointAt(point).Temperature;
-        const bool tooFar = celsius < lowestCelsius || celsius > highestCelsius;
-        MarkField(*At(optControl, point),
-                  tooFar ? tr("%1 to %2 °C").arg(lowestCelsius).arg(highestCelsius)
-                         : RpmProblem(point, RpmOf(point)));
+        MarkField(*At(optControl, point), FateText(At(points, point), At(fates, point)));
     }
-    const QString problem = RpmProblem(SelectedPoint, RoundHalfToEven(NumberIn(*txtRPMLookup)));
-    MarkField(*txtRPMLookup, problem.isEmpty() ? HowRead(*txtRPMLookup) : problem);
+    const double entered = RoundHalfToEven(NumberIn(*txtRPMLookup));
+    const bool isHeld = held && entered == At(*held, SelectedPoint).Rpm;
+    const bool canBe = IsLookupRpm(entered) && entered <= LargestPointRpm;
+    MarkField(*txtRPMLookup,
+              canBe || isHeld
+                  ? HowRead(*txtRPMLookup)
+                  : tr("0, or %1 to %2 RPM").arg(SlowestLookupRpm).arg(LargestPointRpm));
+}
+
+void frmAutoControl::EditedAlone() {
+    AsOneStep([] {});
 }
 
 void frmAutoControl::optControl_Click(int point) {
@@ -232,12 +249,14 @@ void frmAutoControl::txtTLookUp_Change() {
     PointAt(SelectedPoint).Temperature = ToInt32(NumberIn(*txtTLookUp));
     MarkPoints();
     PlotData();
+    TellPartChanged(*pctGraph, 2 * SelectedPoint);
 }
 
 void frmAutoControl::txtRPMLookup_Change() {
     PointAt(SelectedPoint).RPM = PointRpm(NumberIn(*txtRPMLookup));
     MarkPoints();
     PlotData();
+    TellPartChanged(*pctGraph, 2 * SelectedPoint + 1);
 }
 
 void frmAutoControl::pctGraph_MouseDown(QPointF place) {
@@ -276,15 +295,21 @@ void frmAutoControl::pctGraph_MouseUp(QPointF place) {
 void frmAutoControl::PutDown(QPointF place) {
     pctGraph->carriedAt.reset();
     pctGraph->unsetCursor();
-    EnterNumber(*txtTLookUp, std::floor(X2Temp(place.x())));
-    EnterNumber(*txtRPMLookup, std::floor(Y2RPM(place.y())));
+    AsOneStep([&] {
+        EnterNumber(*txtTLookUp, std::floor(X2Temp(place.x())));
+        EnterNumber(*txtRPMLookup, std::floor(Y2RPM(place.y())));
+    });
     PlotData();
 }
 
-/// Moves the selected point by keyboard, within the ranges of its spin buttons.
-void frmAutoControl::MovePoint(int celsius, int rpm) {
+/// Moves the selected point by keyboard, within the ranges of its spin buttons. A key that is held
+/// makes one step.
+void frmAutoControl::MovePoint(int celsius, int rpm, bool isRepeated) {
     if (pctGraph->carriedAt) {
         return;
+    }
+    if (!isRepeated) {
+        BeginStep();
     }
     const auto move = [](QLineEdit &box, const SpinRange &range, int32_t value, int change) {
         if (change != 0) {
@@ -292,12 +317,12 @@ void frmAutoControl::MovePoint(int celsius, int rpm) {
         }
     };
     move(*txtTLookUp, temperatureSpin, PointAt(SelectedPoint).Temperature, celsius);
-    move(*txtRPMLookup, rpmSpin, RpmOf(SelectedPoint), rpm);
+    move(*txtRPMLookup, rpmSpin, ToInt32(PointInUse(SelectedPoint, SeenPoints()).Rpm), rpm);
 }
 
 void frmAutoControl::SetNumber(int point, QLineEdit &box, double number) {
     At(optControl, point)->setChecked(true);
-    EnterNumber(box, RoundHalfToEven(number));
+    AsOneStep([&] { EnterNumber(box, RoundHalfToEven(number)); });
 }
 
 /// Escape returns a carried point to where it was, whichever control has the focus.
@@ -306,6 +331,10 @@ void frmAutoControl::keyPressEvent(QKeyEvent *event) {
         Dialog::keyPressEvent(event);
         return;
     }
+    PutBack();
+}
+
+void frmAutoControl::PutBack() {
     pctGraph->carriedAt.reset();
     pctGraph->unsetCursor();
     pctGraph->update();
@@ -319,6 +348,21 @@ void frmAutoControl::sldRange_Change(double value) {
     PlotData();
 }
 
+/// On the curve as it is edited, but with the control sources that the chip has.
+void frmAutoControl::ShowFans() {
+    FanPlan plan = Plan();
+    plan.Behaviour = SeenBehaviour();
+    std::array<std::optional<LivePoint>, 2> live;
+    for (int fan = 0; fan < FanCount(); ++fan) {
+        const FanOutlook outlook = OutlookOf(plan, fan);
+        if (const auto rpm = OperatingRpm(outlook, fan)) {
+            At(live, fan) = LivePoint{outlook.Channel, outlook.Celsius, *rpm, outlook.DemandedRpm};
+        }
+    }
+    pctGraph->ShowLive(live);
+    ShowText(*lblOperatingPoint, OperatingText(plan));
+}
+
 bool frmAutoControl::Apply() {
     const Requester apply(requester);
     WriteField(TransitionField, optLinear->isChecked());
@@ -326,15 +370,12 @@ bool frmAutoControl::Apply() {
         WritePointTemperature(point, PointAt(point).Temperature);
     }
     for (int point = 0; point < LookupPoints; ++point) {
-        const int32_t rpm = std::max(RpmOf(point), 0);
-        WritePointRpm(point, rpm);
-        if (IsLookupRpm(rpm)) {
-            At(chipRpm, point) = rpm == 0 ? StoppedLookupRpm : rpm;
-        }
+        WritePointRpm(point, PointInUse(point, SeenPoints()).Rpm);
     }
     AddEvent("Lookup table applied");
-    MarkPoints();
     WriteRegister(FanBehaviour, ChosenBehaviour(cmbControl, *cmbSource33));
+    MarkPoints();
+    PointsApplied();
     return true;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "fan/LookupTable.h"
-#include "ui/kit/Dialog.h"
+#include "ui/fan/PointsDialog.h"
 
 #include <array>
 
@@ -23,12 +23,15 @@ class ValueSlider;
 /// Loading reads the table in use from the chip; nothing is written before Apply or OK. Numbers
 /// that the chip cannot hold are marked in place and at the option of their point; writing limits
 /// them, but does not write 1 to 75 RPM. A speed of the chip beyond the 16 bits of the table is
-/// shown and kept until the point gets another.
-class frmAutoControl final : public Dialog {
+/// shown and kept until the point gets another. While the monitor measures, the graph shows where
+/// each fan is on its curve.
+class frmAutoControl final : public PointsDialog {
     Q_OBJECT
 
 public:
     frmAutoControl();
+
+    SpeedPoints Points() const override;
 
 protected:
     void changeEvent(QEvent *event) override;
@@ -39,15 +42,15 @@ private:
     QGroupBox *NewSourceFrame();
     QGroupBox *NewTransitionFrame();
     QGroupBox *NewPointFrame();
+    QLayout *NewLines();
     void ConnectSignals();
     void Form_Load();
     void LayoutOneFan();
 
     void PlotData();
     void ShowSelectedPoint();
-    int32_t RpmOf(int point) const;
-    QString RpmProblem(int point, double rpm) const;
     void MarkPoints();
+    void EditedAlone();
 
     void optControl_Click(int point);
     void txtTLookUp_Change();
@@ -56,14 +59,21 @@ private:
     void pctGraph_MouseMove(QPointF place);
     void pctGraph_MouseUp(QPointF place);
     void PutDown(QPointF place);
-    void MovePoint(int celsius, int rpm);
+    void PutBack();
+    void MovePoint(int celsius, int rpm, bool isRepeated);
     void SetNumber(int point, QLineEdit &box, double number);
     void sldRange_Change(double value);
+    FanPlan Plan() const override;
+    QVariantList State() const override;
+    void Restore(const QVariantList &state) override;
+    QStringList EnterPoints(const std::vector<SpeedPoint> &points) override;
+    void TellResult(const QString &text) override;
+    QStringList OtherChanges() const override;
+    void ShowFans() override;
     bool Apply() override;
 
     int SelectedPoint = 0;
-    bool shownEightPointMode = false;            // the table whose point the boxes show
-    std::array<int32_t, LookupPoints> chipRpm{}; // as the chip holds them since Load or Apply
+    bool shownEightPointMode = false; // the table whose point the boxes show
 
     LookupGraphPanel *graphPanel;
     LookupGraph *pctGraph;
@@ -77,6 +87,8 @@ private:
     std::array<QRadioButton *, LookupPoints> optControl;
     QLineEdit *txtTLookUp;
     QLineEdit *txtRPMLookup;
+    QLabel *lblOperatingPoint;
+    QLabel *lblFileResult;
 };
 
 } // namespace ztm

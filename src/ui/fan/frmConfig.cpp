@@ -1,11 +1,14 @@
 #include "ui/fan/frmConfig.h"
 
+#include "common/Clock.h"
 #include "fan/FanCodes.h"
+#include "fan/FanOutlook.h"
 #include "link/LinkState.h"
 #include "link/Registers.h"
 #include "link/Traffic.h"
 #include "link/USBComms.h"
 #include "ui/fan/ControlSourceBoxes.h"
+#include "ui/fan/FanTexts.h"
 #include "ui/kit/Controls.h"
 #include "ui/kit/Frame.h"
 #include "ui/kit/Text.h"
@@ -13,6 +16,7 @@
 
 #include <QComboBox>
 #include <QGridLayout>
+#include <QLabel>
 #include <QTabWidget>
 
 namespace ztm {
@@ -53,6 +57,13 @@ frmConfig::frmConfig() : Dialog(QStringLiteral("frmConfig"), tr("Fan Configurati
     SetupUi();
     connect(SSTab1, &QTabWidget::currentChanged, this, &frmConfig::SSTab1_Click);
     Form_Load();
+    for (auto *option : {optAuto, opt8Points}) {
+        connect(option, &QRadioButton::toggled, this, &frmConfig::ShowWarning);
+    }
+    for (auto *box : {cmbSource[0], cmbSource[1], cmbSource33}) {
+        connect(box, &QComboBox::currentTextChanged, this, &frmConfig::ShowWarning);
+    }
+    ShowWarning();
 }
 
 void frmConfig::SetupUi() {
@@ -81,9 +92,16 @@ QWidget *frmConfig::NewGeneralPage() {
     };
     fill(Frame5, optAuto, optManual);
     fill(Frame1, opt4Points, opt8Points);
-    auto *layout = new QHBoxLayout(page);
-    layout->addWidget(Frame5, 0, Qt::AlignTop);
-    layout->addWidget(Frame1, 0, Qt::AlignTop);
+    lblWarning = Named(new QLabel(page), "lblWarning");
+    lblWarning->setTextFormat(Qt::PlainText);
+    lblWarning->setWordWrap(true);
+    auto *frames = new QHBoxLayout;
+    frames->addWidget(Frame5, 0, Qt::AlignTop);
+    frames->addWidget(Frame1, 0, Qt::AlignTop);
+    frames->addStretch();
+    auto *layout = new QVBoxLayout(page);
+    layout->addLayout(frames);
+    layout->addWidget(lblWarning);
     layout->addStretch();
     return page;
 }
@@ -119,10 +137,9 @@ void frmConfig::LayoutOneFan() {
     SSTab1->setTabVisible(2, false);
     SSTab1->setTabText(1, tr("Fan"));
     Frame1->hide();
-    QLayout &general = *Frame5->parentWidget()->layout();
-    QMargins margins = general.contentsMargins();
-    margins.setLeft(Twips(oneFanFrameLeft, *this));
-    general.setContentsMargins(margins);
+    QLayout &page = *Frame5->parentWidget()->layout();
+    const int left = Twips(oneFanFrameLeft, *this) - page.contentsMargins().left();
+    page.itemAt(0)->layout()->setContentsMargins(left, 0, 0, 0);
     cmbSource[0]->hide();
     cmbSource33->show();
 }
@@ -167,6 +184,34 @@ void frmConfig::SSTab1_Click() {
     OkButton().setFocus();
 }
 
+/// What the lookup table would make the fans do, when they have been under manual control.
+QString frmConfig::Warning() const {
+    if (!optAuto->isChecked() || !IsManualSeen()) {
+        return {};
+    }
+    const auto points = SeenPoints();
+    if (!points) {
+        return tr("Lookup table not read in this session: a fan below its first point may stop.");
+    }
+    return AsSentence(OutlookTexts({.Points = *points,
+                                    .IsOneTable = HasOneFan() || opt8Points->isChecked(),
+                                    .IsLinear = IsLinearSeen(),
+                                    .Behaviour = ChosenBehaviour(cmbSource, *cmbSource33)}));
+}
+
+void frmConfig::ShowWarning() {
+    lblWarning->setText(Warning());
+}
+
+void frmConfig::ShowMeasured() {
+    constexpr double shownEverySeconds = 0.5;
+    const double now = RunningSeconds();
+    if (now - lastShown >= shownEverySeconds) {
+        lastShown = now;
+        ShowWarning();
+    }
+}
+
 bool frmConfig::Apply() {
     const Requester apply(requester);
     WriteField(ControlTypeField, optAuto->isChecked());
@@ -176,6 +221,7 @@ bool frmConfig::Apply() {
     WriteRegister(FanResponse, BothFans(FanResponseFields, cmbRPMResponse, SetFanResponse));
     WriteRegister(EnhanceAcoustics, BothFans(RampRateFields, cmbRamp, SetRampRate));
     WriteRegister(FanBehaviour, ChosenBehaviour(cmbSource, *cmbSource33));
+    ShowWarning();
     return true;
 }
 

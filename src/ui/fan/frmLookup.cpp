@@ -21,12 +21,15 @@
 #include <QLabel>
 #include <QLineEdit>
 
+#include <algorithm>
 #include <cmath>
 
 namespace ztm {
 namespace {
 
 static_assert(LutPoints == LookupPoints);
+
+constexpr double largestNumber = 1e9; // far beyond what is limited when it is written
 
 constexpr SpinRange temperatureSpin{0, 140};
 constexpr SpinRange rpmSpin{0, 15000, 50};
@@ -77,19 +80,23 @@ constexpr char requester[] = "Set Lookup Points"; // of its requests
 
 } // namespace
 
-frmLookup::frmLookup() : Dialog(QStringLiteral("frmLookup"), tr("Set Lookup Points")) {
+frmLookup::frmLookup() : PointsDialog(QStringLiteral("frmLookup"), tr("Set Lookup Points")) {
     SetupUi();
     ConnectSignals();
     Form_Load();
     WatchNumbers();
+    StartEditing();
 }
 
 void frmLookup::SetupUi() {
     auto *layout = new QGridLayout(this);
     layout->addWidget(NewTableFrame(), 0, 0);
     layout->addLayout(NewButtonColumn(), 0, 1);
+    auto *lines = new QVBoxLayout;
     lblFileResult = NewResultLabel(this);
-    layout->addWidget(lblFileResult, 1, 0, 1, 2);
+    lines->addWidget(lblFileResult);
+    AddLines(*lines);
+    layout->addLayout(lines, 1, 0, 1, 2);
     layout->setColumnStretch(0, 1);
     layout->setRowStretch(0, 1);
 }
@@ -131,6 +138,7 @@ QLayout *frmLookup::NewButtonColumn() {
     for (auto *button : {cmdTestData, cmdSaveLUT, cmdLoadLUT}) {
         column->addWidget(button);
     }
+    AddPointButtons(*column);
     column->addStretch();
     AddOkApplyCancel(*column);
     return column;
@@ -172,25 +180,29 @@ void frmLookup::Form_Load() {
     }
 }
 
-/// Values just read from the chip need no mark: the slowest count reads as 75 RPM, which cannot be
+/// A speed that the chip holds needs no mark: the slowest count reads as 75 RPM, which cannot be
 /// written.
 void frmLookup::WatchNumbers() {
-    for (auto *box : txtTemp) {
-        WatchRange(*box, lowestCelsius, highestCelsius, tr("°C"));
-    }
-    for (auto *box : txtRPM) {
+    for (int point = 0; point < LookupPoints; ++point) {
+        WatchRange(*At(txtTemp, point), lowestCelsius, highestCelsius, tr("°C"));
         WatchNumber(
-            *box, [](double rpm) { return IsLookupRpm(rpm); },
+            *At(txtRPM, point),
+            [point](double rpm) {
+                const auto held = SeenPoints();
+                return IsLookupRpm(rpm) || (held && At(*held, point).Rpm == rpm);
+            },
             tr("0, or %1 to %2 RPM").arg(SlowestLookupRpm).arg(FastestLookupRpm));
     }
 }
 
 void frmLookup::cmdTestData_Click() {
     const TestPoints &points = EightPointMode ? eightTestPoints : fourTestPoints;
-    for (size_t point = 0; point < points.size(); ++point) {
-        EnterText(*txtTemp[point], QLatin1String(points[point].first));
-        EnterText(*txtRPM[point], QLatin1String(points[point].second));
-    }
+    AsOneStep([&] {
+        for (size_t point = 0; point < points.size(); ++point) {
+            EnterText(*txtTemp[point], QLatin1String(points[point].first));
+            EnterText(*txtRPM[point], QLatin1String(points[point].second));
+        }
+    });
 }
 
 void frmLookup::cmdSaveLUT_Click() {
@@ -217,7 +229,11 @@ void frmLookup::cmdLoadLUT_Click() {
     }
     std::string problem;
     const auto points = ReadLut(QFile::encodeName(path).toStdString(), problem);
-    lblFileResult->setText(points ? ShowPoints(*points) : QString::fromLocal8Bit(problem.c_str()));
+    QString result = QString::fromLocal8Bit(problem.c_str());
+    if (points) {
+        AsOneStep([&] { result = ShowFile(*points); });
+    }
+    lblFileResult->setText(result);
     if (!points) {
         TellProblem(tr("The table was not loaded: %1").arg(lblFileResult->text()));
     }
@@ -225,7 +241,7 @@ void frmLookup::cmdLoadLUT_Click() {
 
 /// Shows the numeric values of a file's points as far as they go. Returns what lblFileResult says
 /// of it: the first fault, if there is one.
-QString frmLookup::ShowPoints(const std::array<std::string, LookupPoints> &points) {
+QString frmLookup::ShowFile(const std::array<std::string, LookupPoints> &points) {
     QString fault;
     for (size_t point = 0; point < points.size(); ++point) {
         const auto note = [&](const QString &what) {
@@ -252,14 +268,63 @@ QString frmLookup::ShowPoints(const std::array<std::string, LookupPoints> &point
     return fault.isEmpty() ? tr("%1 points loaded").arg(LookupPoints) : fault;
 }
 
+SpeedPoints frmLookup::Points() const {
+    SpeedPoints points;
+    for (int point = 0; point < LookupPoints; ++point) {
+        const auto number = [](const QLineEdit *box) {
+            return std::clamp(NumberIn(*box), -largestNumber, largestNumber);
+        };
+        At(points, point) = {number(At(txtTemp, point)), number(At(txtRPM, point))};
+    }
+    return points;
+}
+
+FanPlan frmLookup::Plan() const {
+    return {.Points = AsWritten(Points(), SeenPoints()),
+            .IsOneTable = EightPointMode,
+            .IsLinear = IsLinearSeen(),
+            .Behaviour = SeenBehaviour()};
+}
+
+QVariantList frmLookup::State() const {
+    QVariantList texts;
+    for (int point = 0; point < LookupPoints; ++point) {
+        texts << At(txtTemp, point)->text() << At(txtRPM, point)->text();
+    }
+    return texts;
+}
+
+void frmLookup::Restore(const QVariantList &state) {
+    auto text = state.begin();
+    for (int point = 0; point < LookupPoints; ++point) {
+        for (auto *box : {At(txtTemp, point), At(txtRPM, point)}) {
+            EnterText(*box, text->toString());
+            ++text;
+        }
+    }
+}
+
+QStringList frmLookup::EnterPoints(const std::vector<SpeedPoint> &points) {
+    for (size_t point = 0; point < points.size(); ++point) {
+        EnterNumber(*txtTemp[point], points[point].Celsius);
+        EnterNumber(*txtRPM[point], points[point].Rpm);
+    }
+    return {};
+}
+
+void frmLookup::TellResult(const QString &text) {
+    lblFileResult->setText(text);
+}
+
 bool frmLookup::Apply() {
     const Requester apply(requester);
-    PointNumbers points;
+    SpeedPoints points;
     for (size_t point = 0; point < points.size(); ++point) {
         points[point] = {NumberIn(*txtTemp[point]), NumberIn(*txtRPM[point])};
     }
     WritePoints(points);
     AddEvent("Lookup table applied");
+    PointsApplied();
     return true;
 }
 

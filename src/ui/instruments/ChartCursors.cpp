@@ -24,6 +24,13 @@ void ChartCursors::Remove() {
     }
 }
 
+void ChartCursors::Unset(int cursor) {
+    if (At(times, cursor)) {
+        At(times, cursor).reset();
+        emit Changed();
+    }
+}
+
 std::optional<ChartCursors::Span> ChartCursors::Between() const {
     if (!times[0] || !times[1]) {
         return std::nullopt;

@@ -18,6 +18,7 @@ public:
     std::optional<double> Time(int cursor) const;
     void Set(int cursor, double time);
     void Remove();
+    void Unset(int cursor);
 
     /// The times in order if both are set.
     struct Span {

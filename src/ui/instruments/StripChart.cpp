@@ -66,7 +66,8 @@ void StripChart::SetupAxes() {
     plot->yAxis2->setRange(range(setup.right.value_or(setup.left)));
     plot->yAxis2->setVisible(setup.right.has_value());
     plot->xAxis->setTicker(QSharedPointer<QCPAxisTicker>(
-        setup.elapsed ? new ElapsedTicker : static_cast<QCPAxisTicker *>(new TimeOfDayTicker)));
+        setup.recorded ? new ElapsedTicker : static_cast<QCPAxisTicker *>(new TimeOfDayTicker)));
+    plot->xAxis->setLabel(setup.recorded ? tr("Elapsed time [s]") : QString());
     const QCPLineEnding arrow(QCPLineEnding::esFlatArrow, 9, 9);
     for (QCPAxis *axis : {plot->xAxis, plot->yAxis, plot->yAxis2}) {
         axis->setNumberFormat(QStringLiteral("g"));
@@ -236,7 +237,7 @@ bool StripChart::ShowNotice() {
         return plot->Overlay().SetNotice({Place::Middle, setup.emptyNotice});
     }
     return plot->Overlay().SetNotice(
-        {Place::Top, IsLive() || setup.elapsed ? QString() : notLiveNotice});
+        {Place::Top, IsLive() || setup.recorded ? QString() : notLiveNotice});
 }
 
 /// Marks the traces whose newest value is beyond its axis. Returns whether others are than before;

@@ -35,9 +35,10 @@ struct PictureTexts;
 /// click returns to the newest sample. A trace whose newest value is beyond its axis has an arrow
 /// with its name at that edge: a click on it fits the axis. Keys: arrows and Page Up and Down move,
 /// + and - zoom time, with Ctrl the values; Home fits the values, End returns to the newest sample,
-/// Ctrl and left or right move the read-out, Escape removes it. 1 and 2 set the measuring cursors A
-/// and B at the read-out, to be dragged by the mouse; Delete or Escape removes both. M asks for a
-/// mark at the read-out, or at this moment where there is none.
+/// Ctrl and left or right move the read-out, Shift and left or right from sample to sample, Escape
+/// removes it. 1 and 2 set the measuring cursors A and B at the read-out, to be dragged by the
+/// mouse; they catch a sample that is near. Delete or Escape removes both. M asks for a mark at the
+/// read-out, or at this moment where there is none.
 class StripChart : public QWidget {
     Q_OBJECT
     Q_PROPERTY(QStringList labels READ Labels)
@@ -77,7 +78,7 @@ public:
 
     /// Draws another history over this one, dashed and in the same colours, with its times moved by
     /// so many seconds, in place of the last one; nullptr for none. It must outlive that and is not
-    /// followed while it grows. What is exported as text stays without it.
+    /// followed while it grows.
     void LayOver(const ChannelHistory *other, double shiftSeconds = 0);
 
     /// Call after each Append() to, or Clear() of, the history.
@@ -112,10 +113,13 @@ public:
     /// and units; false on failure.
     bool SavePicture(const QString &path) const;
     /// Writes what is kept of the visible time as tab-separated text: a line with device and date,
-    /// a header with units, and one line per sample; false on failure.
+    /// a header with units, and one line per sample; false on failure. Timers and other events, but
+    /// none of the user, are served meanwhile.
     bool SaveVisibleRange(const QString &path) const;
     /// The same of the time between the cursors, which must both be set.
     bool SaveMeasuredSpan(const QString &path) const;
+    /// Whether one of them is at work. The chart and what it shows must stay until it has ended.
+    bool IsSaving() const { return saving; }
 
     QSize sizeHint() const override { return {560, 320}; }
     QSize minimumSizeHint() const override { return {200, 140}; }
@@ -162,6 +166,7 @@ private:
     void ShowLimits();
     bool ShowMeasuringCursors();
     double TimeAt(double x) const;
+    double CatchTimeAt(double x) const;
     void PutCursor(int cursor);
     std::optional<int> MeasuringCursorAt(QPointF point) const;
     bool HasMeasuringCursor() const;
@@ -173,6 +178,8 @@ private:
     void PanValues(double fraction);
     void ShowPointer(QPointF point);
     void MoveCursor(double pixels);
+    void StepCursor(bool forward);
+    void PutReadout(std::optional<double> x);
     bool MoveByKey(const QKeyEvent &event);
 
     bool UpdateCursor();
@@ -180,8 +187,8 @@ private:
     bool ShowTicks(bool anew);
     QStringList EventsAt(double x) const;
     void AskForMark();
-    static QString ReadingOf(const StripChartColumns &source, const StripChartSetup::Trace &trace,
-                             int column);
+    QString ReadingOf(const StripChartColumns &source, const StripChartSetup::Trace &trace,
+                      int column) const;
     QString TimeText(double time, int decimals) const;
 
     PictureTexts TextsOfPicture() const;
@@ -208,9 +215,11 @@ private:
     QPointer<QMenu> menu;
     std::optional<StripChartDrag> drag;
     ChartCursors *cursors = nullptr;
-    std::optional<int> heldCursor; // A or B, by the mouse
-    double heldFrom = 0;           // where it was grabbed
-    std::optional<double> cursorX; // pixels from the left of the plot
+    std::optional<int> heldCursor;    // A or B, by the mouse
+    double heldFrom = 0;              // where it was grabbed
+    std::optional<double> cursorX;    // pixels from the left of the plot
+    std::optional<double> cursorTime; // of the sample that it has been put on
+    mutable bool saving = false;
     QElapsedTimer sinceDescribed;
 };
 

@@ -8,6 +8,10 @@
 
 namespace ztm {
 
+/// A time of a chart is the same as that of a sample if they are as near as that, in seconds: times
+/// are rounded when a history is moved on the chart.
+inline constexpr double sameMoment = 1e-6;
+
 /// The pixel columns of a strip chart: column k covers the time from k to k + 1 column widths after
 /// the time origin, so a column keeps its samples while the chart scrolls. Columns that stay
 /// visible are not read again.
@@ -30,6 +34,7 @@ public:
     int64_t ColumnOf(double time) const;
     /// The start of column `index`, 0 being the leftmost one.
     double TimeOf(int index) const { return static_cast<double>(first + index) * seconds; }
+    double Shift() const { return shift; }
     /// The same as a time of the history.
     double HistoryTimeOf(int index) const { return TimeOf(index) - shift; }
 

@@ -140,14 +140,11 @@ void StripChart::AskForMark() {
 
 void StripChart::ShowTime(double time) {
     // A live chart would run away under the cursor.
-    const double latest = std::nextafter(history.LastTime(), 0.0);
+    const double latest = std::nextafter(timeWindow.LiveEnd(), 0.0);
     timeWindow.MoveTo(std::min(time + timeWindow.Span() / 2, latest), timeWindow.Span());
     const double fraction = 1 - (timeWindow.End() - time) / timeWindow.Span();
-    if (fraction >= 0 && fraction <= 1) {
-        cursorX = fraction * PlotRect().width();
-    } else {
-        cursorX.reset();
-    }
+    PutReadout(fraction >= 0 && fraction <= 1 ? std::optional(fraction * PlotRect().width())
+                                              : std::nullopt);
     Redraw();
 }
 

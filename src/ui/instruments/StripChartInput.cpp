@@ -80,7 +80,7 @@ void StripChart::mouseMoveEvent(QMouseEvent *event) {
     if (heldCursor && event->buttons().testFlag(Qt::LeftButton)) {
         const QRectF rect = PlotRect();
         cursors->Set(*heldCursor,
-                     TimeAt(std::clamp(event->position().x(), rect.left(), rect.right())));
+                     CatchTimeAt(std::clamp(event->position().x(), rect.left(), rect.right())));
         return;
     }
     heldCursor.reset();
@@ -92,11 +92,9 @@ void StripChart::mouseMoveEvent(QMouseEvent *event) {
     }
     drag.reset();
     ShowPointer(event->position());
-    if (PlotRect().contains(event->position())) {
-        cursorX = event->position().x() - PlotRect().left();
-    } else {
-        cursorX.reset();
-    }
+    PutReadout(PlotRect().contains(event->position())
+                   ? std::optional(event->position().x() - PlotRect().left())
+                   : std::nullopt);
     RedrawCursor();
 }
 
@@ -110,7 +108,7 @@ void StripChart::mouseReleaseEvent(QMouseEvent *event) {
 
 void StripChart::leaveEvent(QEvent *event) {
     QWidget::leaveEvent(event);
-    cursorX.reset();
+    PutReadout({});
     RedrawCursor();
 }
 
@@ -179,13 +177,17 @@ void StripChart::keyPressEvent(QKeyEvent *event) {
 
 bool StripChart::MoveByKey(const QKeyEvent &event) {
     const bool control = event.modifiers().testFlag(Qt::ControlModifier);
+    const bool shift = event.modifiers().testFlag(Qt::ShiftModifier);
     switch (event.key()) {
     case Qt::Key_Left:
-        control ? MoveCursor(-cursorStep) : timeWindow.Pan(-panStep * timeWindow.Span());
+    case Qt::Key_Right: {
+        const bool forward = event.key() == Qt::Key_Right;
+        const double sign = forward ? 1 : -1;
+        control ? MoveCursor(sign * cursorStep)
+        : shift ? StepCursor(forward)
+                : timeWindow.Pan(sign * panStep * timeWindow.Span());
         return true;
-    case Qt::Key_Right:
-        control ? MoveCursor(cursorStep) : timeWindow.Pan(panStep * timeWindow.Span());
-        return true;
+    }
     case Qt::Key_PageUp:
         timeWindow.Pan(-timeWindow.Span());
         return true;
@@ -206,7 +208,7 @@ bool StripChart::MoveByKey(const QKeyEvent &event) {
             cursors->Set(*heldCursor, heldFrom);
             heldCursor.reset();
         } else if (cursorX) {
-            cursorX.reset();
+            PutReadout({});
         } else if (HasMeasuringCursor()) {
             cursors->Remove();
         } else {
@@ -220,7 +222,7 @@ bool StripChart::MoveByKey(const QKeyEvent &event) {
         AskForMark();
         return true;
     case Qt::Key_F10:
-        if (!event.modifiers().testFlag(Qt::ShiftModifier)) {
+        if (!shift) {
             return false;
         }
         [[fallthrough]];
@@ -237,7 +239,7 @@ bool StripChart::MoveByKey(const QKeyEvent &event) {
 
 void StripChart::MoveCursor(double pixels) {
     const double width = PlotRect().width();
-    cursorX = std::clamp(cursorX.value_or(width / 2) + pixels, 0.0, std::max(0.0, width - 1));
+    PutReadout(std::clamp(cursorX.value_or(width / 2) + pixels, 0.0, std::max(0.0, width - 1)));
 }
 
 /// The tooltip explains the axes; over the plot it would cover the traces.
@@ -288,7 +290,7 @@ void StripChart::FillMenu(QMenu &target) {
     target.addAction(tr("Show &Whole History"), this, &StripChart::ShowWholeHistory)
         ->setEnabled(any);
     target.addAction(tr("&Original Scales"), this, &StripChart::RestoreScales);
-    add(setup.elapsed ? tr("Go to &End") : tr("Back to &Live"), Qt::Key_End,
+    add(setup.recorded ? tr("Go to &End") : tr("Back to &Live"), Qt::Key_End,
         &StripChart::BackToLive)
         ->setEnabled(!IsLive());
     target.addSeparator();
@@ -315,6 +317,8 @@ void StripChart::FillMenu(QMenu &target) {
                                            &StripChart::SaveMeasuredSpan);
                        })
             ->setEnabled(any && cursors->Between());
+    }
+    if (!setup.recorded) {
         target.addSeparator();
         target.addAction(tr("Clear &History..."), this, &StripChart::ClearWanted)->setEnabled(any);
     }

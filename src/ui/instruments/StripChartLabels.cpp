@@ -1,8 +1,11 @@
 #include "ui/instruments/StripChartLabels.h"
 
 #include "ui/instruments/Colours.h"
+#include "ui/instruments/StripChartPlottable.h"
 
 #include <qcustomplot.h>
+
+#include <QStaticText>
 
 #include <algorithm>
 
@@ -10,13 +13,47 @@ namespace ztm {
 
 using Label = StripChartSetup::Label;
 
+namespace {
+
+/// A text that is laid out once, however often the chart is drawn.
+class LabelItem final : public QCPItemText {
+public:
+    using QCPItemText::QCPItemText;
+
+protected:
+    void draw(QCPPainter *painter) override {
+        if (IsExport(*painter)) {
+            QCPItemText::draw(painter); // as text, not as glyphs
+            return;
+        }
+        if (laidOut.text() != text() || laidOutFont != font()) {
+            laidOutFont = font();
+            laidOut.setTextFormat(Qt::PlainText);
+            laidOut.setText(text());
+            laidOut.prepare({}, laidOutFont);
+        }
+        const QPointF corner = position->pixelPosition();
+        const QSizeF space(padding().left() + padding().right(), 0);
+        painter->fillRect(QRectF(corner, laidOut.size() + space), brush());
+        painter->setFont(laidOutFont);
+        painter->setPen(color());
+        painter->drawStaticText(corner + QPointF(padding().left(), 0), laidOut);
+    }
+
+private:
+    QStaticText laidOut;
+    QFont laidOutFont;
+};
+
+} // namespace
+
 StripChartLabels::StripChartLabels(QCustomPlot &chart, const StripChartSetup &shown)
     : plot(chart), setup(shown) {
     plot.addLayer(QStringLiteral("labels"), plot.layer(QStringLiteral("grid")));
     for (const Label &label : setup.labels) {
         QCPItemText *item = nullptr;
         if (label.place == Label::Place::AtPosition) {
-            item = new QCPItemText(&plot);
+            item = new LabelItem(&plot);
             item->setClipToAxisRect(false);
             item->setPadding(QMargins(3, 0, 3, 0));
             item->setLayer(QStringLiteral("labels"));

@@ -37,6 +37,9 @@ bool StripChartOverlay::SetNotice(const Notice &shown) {
 void StripChartOverlay::SetPalette(const QPalette &colours, const QFont &textFont) {
     palette = colours;
     font = textFont;
+    for (QStaticText &letter : letters) {
+        letter.prepare({}, font);
+    }
 }
 
 void StripChartOverlay::applyDefaultAntialiasingHint(QCPPainter *painter) const {
@@ -83,7 +86,9 @@ void StripChartOverlay::PaintMeasuringCursors(QPainter &painter) const {
             QPointF(std::min(plot.left() + x, plot.right() - letter.width()), plot.bottom()));
         painter.fillRect(letter, colour);
         painter.setPen(palette.color(QPalette::HighlightedText));
-        painter.drawText(letter, Qt::AlignCenter, QString(QLatin1Char(cursor == 0 ? 'A' : 'B')));
+        const QSizeF size = letters[cursor].size();
+        painter.drawStaticText(letter.center() - QPointF(size.width(), size.height()) / 2,
+                               letters[cursor]);
     }
 }
 
@@ -137,11 +142,14 @@ void StripChartOverlay::PaintTicks(QPainter &painter, const QRect &part) const {
         return;
     }
     const auto end = std::upper_bound(ticks.begin(), ticks.end(), shown.right() - band.left());
+    QVarLengthArray<QRect, 256> rects;
     for (auto tick = std::lower_bound(ticks.begin(), end, shown.left() - band.left() - tickWidth);
          tick != end; ++tick) {
-        painter.fillRect(band.left() + *tick, band.top(), tickWidth, tickHeight,
-                         palette.color(QPalette::Text));
+        rects.append({band.left() + *tick, band.top(), tickWidth, tickHeight});
     }
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(palette.color(QPalette::Text));
+    painter.drawRects(rects.constData(), static_cast<int>(rects.size()));
 }
 
 void StripChartOverlay::PaintCursor(QPainter &painter) const {

@@ -2,6 +2,10 @@
 
 #include <qcustomplot.h>
 
+#include <QStaticText>
+
+#include <array>
+
 namespace ztm {
 
 /// What is drawn above the traces: the cursor (a line at a time and a box with the readings) and a
@@ -78,6 +82,8 @@ private:
     Notice notice;
     std::vector<Mark> marks;
     std::array<double, 2> measuringCursors{-1, -1};
+    std::array<QStaticText, 2> letters{QStaticText(QStringLiteral("A")),
+                                       QStaticText(QStringLiteral("B"))};
     std::vector<int> ticks;
 };
 

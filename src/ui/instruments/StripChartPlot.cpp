@@ -3,12 +3,48 @@
 #include <algorithm>
 
 namespace ztm {
+namespace {
+
+/// The grid at the ticks of the time axis and the left one, in the pens of their own grids, which
+/// draw their lines point by point and are many times slower.
+class Grid final : public QCPLayerable {
+public:
+    explicit Grid(QCustomPlot *plot) : QCPLayerable(plot, QStringLiteral("grid")) {
+        plot->xAxis->grid()->setVisible(false);
+        plot->yAxis->grid()->setVisible(false);
+    }
+
+protected:
+    void applyDefaultAntialiasingHint(QCPPainter *painter) const override {
+        painter->setAntialiasing(false);
+    }
+
+    void draw(QCPPainter *painter) override {
+        const QRect plot = mParentPlot->axisRect()->rect();
+        const auto pixelOf = [](const QCPAxis &axis, double tick) {
+            return static_cast<int>(axis.coordToPixel(tick));
+        };
+        const QCPAxis &time = *mParentPlot->xAxis;
+        for (const double tick : time.tickVector()) {
+            painter->fillRect(pixelOf(time, tick), plot.top(), 1, plot.height(),
+                              time.grid()->pen().color());
+        }
+        const QCPAxis &value = *mParentPlot->yAxis;
+        for (const double tick : value.tickVector()) {
+            painter->fillRect(plot.left(), pixelOf(value, tick), plot.width(), 1,
+                              value.grid()->pen().color());
+        }
+    }
+};
+
+} // namespace
 
 StripChartPlot::StripChartPlot(const StripChartColumns &source, QWidget *parent)
     : QCustomPlot(parent), columns(source), picture(source) {
     // No layer has a buffer of its own: a replot paints only what is below the traces.
     layer(QStringLiteral("overlay"))->setMode(QCPLayer::lmLogical);
     overlay = new StripChartOverlay(this);
+    new Grid(this); // the base class owns it
 }
 
 StripChartPlottable &StripChartPlot::AddTrace(QCPAxis *valueAxis, int channel,

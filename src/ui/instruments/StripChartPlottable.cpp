@@ -175,11 +175,27 @@ double StripChartPlottable::Join(int from, double fromValue, int to, double toVa
     return endOf(to - 1);
 }
 
-/// Dashes keep their places while the chart scrolls.
-bool StripChartPlottable::IsInDash(int column) const {
+/// Dashes keep their places while the chart scrolls. A steep part is dashed along its height, each
+/// column a little further, so that no part disappears as a whole.
+void StripChartPlottable::AddDashes(const QRect &segment, int column) {
     const int64_t period = int64_t{dashPeriod} * scale.thickness;
-    const int64_t place = (columns.Begin() + column) % period;
-    return (place + period) % period < int64_t{dashLength} * scale.thickness;
+    const int64_t length = int64_t{dashLength} * scale.thickness;
+    const int64_t place = columns.Begin() + column;
+    const bool isSteep = segment.height() > 2 * scale.thickness;
+    int64_t phase = ((place + (isSteep ? segment.top() : 0)) % period + period) % period;
+    if (!isSteep) {
+        if (phase < length) {
+            segments.append(segment);
+        }
+        return;
+    }
+    for (int y = segment.top(); y <= segment.bottom(); phase = 0) {
+        const int64_t on = std::min<int64_t>(length - phase, segment.bottom() + 1 - y);
+        if (on > 0) {
+            segments.append(QRect(segment.left(), y, 1, static_cast<int>(on)));
+        }
+        y += static_cast<int>(period - phase);
+    }
 }
 
 /// Segments stay within the plot, even in file formats that cannot clip; neighbours of the same
@@ -196,15 +212,8 @@ void StripChartPlottable::AddSegment(int column, double low, double high) {
         return;
     }
     const QRect segment((originColumn + column) % columns.Count(), top, 1, bottom - top);
-    if (const int period = dashPeriod * scale.thickness; dashed && bottom - top > period) {
-        // A steep part of the line is dashed along its height.
-        for (int y = top; y < bottom; y += period) {
-            const int length = std::min(dashLength * scale.thickness, bottom - y);
-            segments.append(QRect(segment.left(), y, 1, length));
-        }
-        return;
-    }
-    if (dashed && !IsInDash(column)) {
+    if (dashed) {
+        AddDashes(segment, column);
         return;
     }
     if (!segments.isEmpty()) {

@@ -72,7 +72,7 @@ private:
     int IndexOf(double time) const;
     void CollectSegments(int from);
     double Join(int from, double fromValue, int to, double toValue);
-    bool IsInDash(int column) const;
+    void AddDashes(const QRect &segment, int column);
     void AddSegment(int column, double low, double high);
 
     const StripChartColumns &columns;

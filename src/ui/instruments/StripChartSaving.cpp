@@ -5,16 +5,22 @@
 #include "ui/instruments/StripChartPlottable.h"
 
 #include <QBuffer>
+#include <QElapsedTimer>
 #include <QPdfWriter>
 
 #ifdef QT_SVG_LIB
 #include <QSvgGenerator>
 #endif
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace ztm {
 namespace {
+
+constexpr qint64 millisecondsBetween = 3;
+constexpr double sameTime = 0.0005; // seconds
 
 /// A plot with a title and units instead of handles, until it goes.
 class Picture {
@@ -121,6 +127,105 @@ QByteArray Number(float value) {
     return std::isnan(value) ? QByteArray() : QByteArray::number(value, 'g', 7);
 }
 
+/// Reads the samples of a history in a time span, some at a time: it may grow meanwhile.
+class SampleReader {
+public:
+    SampleReader(const SavedHistory &source, const SavedRange &range)
+        : saved(source)
+        , from(range.from - source.shift - sameMoment)
+        , to(range.to - source.shift + sameMoment)
+        , isSingle(source.history.IsRawFrom(from)) {
+        Fill();
+    }
+
+    bool IsAtEnd() const { return at == samples.size(); }
+    /// Of the next sample, infinite at the end.
+    double Time() const {
+        return IsAtEnd() ? std::numeric_limits<double>::infinity() : samples[at].time + saved.shift;
+    }
+
+    QString Header() const {
+        QString header;
+        for (const SavedTrace &trace : saved.traces) {
+            for (const char *which : isSingle ? std::vector{""} : std::vector{" low", " high"}) {
+                header +=
+                    QStringLiteral("\t%1%2 [%3]").arg(trace.name, QLatin1String(which), trace.unit);
+            }
+        }
+        return header;
+    }
+
+    /// Adds the values of the next sample, if it is before a time, or else empty cells.
+    void AddCells(QByteArray &line, double before) {
+        const bool isNow = Time() < before;
+        for (const SavedTrace &trace : saved.traces) {
+            line += '\t' + (isNow ? Number(At(samples[at].lows, trace.channel)) : QByteArray());
+            if (!isSingle) {
+                line +=
+                    '\t' + (isNow ? Number(At(samples[at].highs, trace.channel)) : QByteArray());
+            }
+        }
+        if (isNow && ++at == samples.size()) {
+            Fill();
+        }
+    }
+
+private:
+    struct Sample {
+        double time;
+        ChannelHistory::Values lows;
+        ChannelHistory::Values highs;
+    };
+
+    /// Samples of the same time are kept together.
+    void Fill() {
+        constexpr size_t enough = 512;
+        samples.clear();
+        at = 0;
+        const double begin = from;
+        from = to;
+        saved.history.Visit(begin, to, [&](double time, const auto &lows, const auto &highs) {
+            if (samples.size() >= enough && time > samples.back().time) {
+                from = time;
+                return false;
+            }
+            // A bin may have begun earlier than it is asked for: only at the start it is new.
+            if (isStarted && time < begin) {
+                return true;
+            }
+            samples.push_back({time, lows, highs});
+            return true;
+        });
+        isStarted = true;
+    }
+
+    const SavedHistory &saved;
+    double from; // what has not been read yet
+    double to;
+    bool isSingle;
+    bool isStarted = false;
+    std::vector<Sample> samples;
+    size_t at = 0;
+};
+
+QString HeaderOf(const std::vector<SampleReader> &readers, const SavedRange &range) {
+    QString header = range.source + QStringLiteral("\nSeconds") +
+                     (range.elapsed ? QString() : QStringLiteral("\tTime"));
+    for (const SampleReader &reader : readers) {
+        header += reader.Header();
+    }
+    return header;
+}
+
+QByteArray TimeCells(double time, bool isElapsed) {
+    QByteArray cells = QByteArray::number(time, 'f', 3);
+    if (!isElapsed) {
+        cells += '\t' + DateText(time).toLatin1() + ' ' +
+                 TimeOfDayText(time, QLatin1Char(':'), 3).toLatin1();
+    }
+    return cells;
+}
+
 } // namespace
 
 QString PictureKinds() {
@@ -154,19 +259,14 @@ bool SavePicture(QCustomPlot &plot, const PictureTexts &texts, const QString &pa
     return isDrawn && Save(bytes.data(), path);
 }
 
-bool SaveRange(const ChannelHistory &history, const SavedRange &range,
-               const std::vector<SavedTrace> &traces, const QString &path) {
-    const bool single = history.IsRawFrom(range.from);
-    QString header = range.source + QStringLiteral("\nSeconds") +
-                     (range.elapsed ? QString() : QStringLiteral("\tTime"));
-    for (const SavedTrace &trace : traces) {
-        for (const char *which : single ? std::vector{""} : std::vector{" low", " high"}) {
-            header +=
-                QStringLiteral("\t%1%2 [%3]").arg(trace.name, QLatin1String(which), trace.unit);
-        }
+bool SaveRange(const std::vector<SavedHistory> &histories, const SavedRange &range,
+               const QString &path, const std::function<void()> &between) {
+    std::vector<SampleReader> readers;
+    for (const SavedHistory &saved : histories) {
+        readers.emplace_back(saved, range);
     }
     const bool hasEvents = range.events.history != nullptr;
-    QByteArray text = header.toUtf8() + (hasEvents ? "\tEvent\n" : "\n");
+    QByteArray text = HeaderOf(readers, range).toUtf8() + (hasEvents ? "\tEvent\n" : "\n");
     QByteArray line;
     double since = range.from;
     const auto addLine = [&](double until) {
@@ -180,20 +280,23 @@ bool SaveRange(const ChannelHistory &history, const SavedRange &range,
         text += line + '\n';
         since = until;
     };
-    history.Visit(range.from, range.to, [&](double time, const auto &lows, const auto &highs) {
+    QElapsedTimer working;
+    working.start();
+    while (std::any_of(readers.begin(), readers.end(), [](auto &one) { return !one.IsAtEnd(); })) {
+        const double time =
+            std::min_element(readers.begin(), readers.end(), [](auto &one, auto &other) {
+                return one.Time() < other.Time();
+            })->Time();
         addLine(time);
-        line = QByteArray::number(time, 'f', 3);
-        if (!range.elapsed) {
-            line += '\t' + DateText(time).toLatin1() + ' ' +
-                    TimeOfDayText(time, QLatin1Char(':'), 3).toLatin1();
+        line = TimeCells(time, range.elapsed);
+        for (SampleReader &reader : readers) {
+            reader.AddCells(line, time + sameTime);
         }
-        for (const SavedTrace &trace : traces) {
-            line += '\t' + Number(At(lows, trace.channel));
-            if (!single) {
-                line += '\t' + Number(At(highs, trace.channel));
-            }
+        if (working.hasExpired(millisecondsBetween)) {
+            between();
+            working.start();
         }
-    });
+    }
     addLine(range.to);
     return Save(text, path);
 }

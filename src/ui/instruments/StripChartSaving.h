@@ -6,6 +6,7 @@
 #include <QPixmap>
 #include <QString>
 
+#include <functional>
 #include <vector>
 
 class QCustomPlot;
@@ -37,7 +38,14 @@ struct SavedTrace {
     QString unit;
 };
 
-/// The time span of a history to save.
+/// A history of which some channels are saved, and by how many seconds its times come later.
+struct SavedHistory {
+    const ChannelHistory &history;
+    double shift;
+    std::vector<SavedTrace> traces;
+};
+
+/// The time span to save.
 struct SavedRange {
     double from;
     double to;
@@ -46,11 +54,13 @@ struct SavedRange {
     bool elapsed = false; ///< without a column for the time of day
 };
 
-/// Writes what is kept of from <= time < to as tab-separated text, one line per sample; false on
-/// failure. If only extremes are kept of a part, each trace has two columns. The last column, if
-/// the range has events, says those from its sample to the next one; the first sample has the
-/// earlier ones too.
-bool SaveRange(const ChannelHistory &history, const SavedRange &range,
-               const std::vector<SavedTrace> &traces, const QString &path);
+/// Writes what is kept of from <= time <= to as tab-separated text, one line per sample, in order
+/// of time; false on failure. Samples of two histories at the same millisecond share a line. If
+/// only extremes are kept of a part of a history, each of its traces has two columns. The last
+/// column, if the range has events, says those from its sample to the next one; the first sample
+/// has the earlier ones too. `between` is called every few milliseconds; a history may grow
+/// meanwhile.
+bool SaveRange(const std::vector<SavedHistory> &histories, const SavedRange &range,
+               const QString &path, const std::function<void()> &between);
 
 } // namespace ztm

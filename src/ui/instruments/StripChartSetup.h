@@ -49,9 +49,10 @@ struct StripChartSetup {
     std::optional<ValueAxis> right;
     std::vector<Label> labels;
     double visibleSeconds = 60;
-    bool elapsed = false; ///< times are seconds since a start, not since a midnight
-    QString title;        ///< of saved pictures
-    QString emptyNotice;  ///< shown while no trace has a value
+    /// A recording: times are seconds since its start, not since a midnight, and nothing follows.
+    bool recorded = false;
+    QString title;       ///< of saved pictures
+    QString emptyNotice; ///< shown while no trace has a value
 
     /// The units of the traces on an axis, as in "°C, %".
     QString UnitsOf(bool rightAxis) const {

@@ -6,6 +6,7 @@
 #include "ui/instruments/StripChartSaving.h"
 
 #include <QClipboard>
+#include <QCoreApplication>
 #include <QGuiApplication>
 
 #include <algorithm>
@@ -15,6 +16,11 @@ namespace ztm {
 namespace {
 
 constexpr double fitMargin = 0.05;
+
+/// The name of a trace of what is laid over.
+QString Dashed(const QString &name) {
+    return StripChart::tr("%1 dashed").arg(name);
+}
 
 } // namespace
 
@@ -92,19 +98,22 @@ void StripChart::BackToLive() {
 }
 
 QString StripChart::TimeText(double time, int decimals) const {
-    return setup.elapsed ? tr("%1 s").arg(ToQString(NumberText(RoundToDecimals(time, decimals))))
-                         : TimeOfDayText(time, QLatin1Char(':'), decimals);
+    return setup.recorded ? tr("%1 s").arg(ToQString(NumberText(RoundToDecimals(time, decimals))))
+                          : TimeOfDayText(time, QLatin1Char(':'), decimals);
 }
 
+/// What the read-out says of a trace: the value of the sample that it has been put on, or what is
+/// in the column.
 QString StripChart::ReadingOf(const StripChartColumns &source, const StripChartSetup::Trace &trace,
-                              int column) {
-    const ChannelHistory &history = source.History();
+                              int column) const {
+    const ChannelHistory &read = source.History();
     const Extent &extent = source.At(trace.channel, column);
-    const double time = source.HistoryTimeOf(column + 1);
-    if (!extent.any) {
+    if (!extent.any || cursorTime) {
+        const double time = cursorTime ? *cursorTime - source.Shift() + sameMoment
+                                       : source.HistoryTimeOf(column + 1);
         // Between two samples the older one counts; before the first and after the last, none.
-        const float held =
-            time > history.LastTime() ? Extent::gap : history.ValueAt(trace.channel, time);
+        const bool isAfter = time > read.LastTime() + sameMoment;
+        const float held = isAfter ? Extent::gap : read.ValueAt(trace.channel, time);
         return std::isnan(held) ? QStringLiteral("–") : trace.TextOf(held) + trace.unit;
     }
     if (std::isnan(extent.low)) {
@@ -117,16 +126,22 @@ QString StripChart::ReadingOf(const StripChartColumns &source, const StripChartS
 
 /// Whether what the cursor shows has changed.
 bool StripChart::UpdateCursor() {
+    if (cursorTime) {
+        cursorX = PointOf(*cursorTime, 0).x() - PlotRect().left();
+        if (*cursorX < 0 || *cursorX > PlotRect().width()) {
+            PutReadout({}); // it has gone out of sight
+        }
+    }
     if (!cursorX || columns->Count() == 0) {
         return plot->Overlay().ShowCursor(0, {});
     }
     const double x = std::clamp(*cursorX, 0.0, PlotRect().width() - 1);
     const int column =
         std::clamp(static_cast<int>(x * plot->bufferDevicePixelRatio()), 0, columns->Count() - 1);
-    const double time = columns->TimeOf(column);
+    const double time = cursorTime.value_or(columns->TimeOf(column));
     std::vector<StripChartOverlay::Row> rows;
     const double width = columns->Width();
-    const int decimals = width >= 1 ? 0 : width > 0.05 ? 1 : 3;
+    const int decimals = cursorTime ? 3 : width >= 1 ? 0 : width > 0.05 ? 1 : 3;
     rows.push_back({TimeText(time, decimals), QString(), QColor()});
     for (size_t index = 0; index < setup.traces.size(); ++index) {
         const auto &trace = setup.traces[index];
@@ -138,8 +153,7 @@ bool StripChart::UpdateCursor() {
     for (size_t index = 0; overlaid && index < setup.traces.size(); ++index) {
         const auto &trace = setup.traces[index];
         if (overlaid->History().HasValues(trace.channel)) {
-            rows.push_back({tr("%1 dashed").arg(setup.NameOf(trace)),
-                            ReadingOf(*overlaid, trace, column),
+            rows.push_back({Dashed(setup.NameOf(trace)), ReadingOf(*overlaid, trace, column),
                             plot->Traces()[index]->pen().color()});
         }
     }
@@ -184,7 +198,7 @@ void StripChart::LayOver(const ChannelHistory *other, double shiftSeconds) {
 /// As in "ZTM7720, 2026-11-23 14:05:09 to 14:06:09".
 QString StripChart::SourceText(double from, double to) const {
     const QLatin1Char colon(':');
-    if (setup.elapsed) {
+    if (setup.recorded) {
         return tr("%1, %2 to %3").arg(device, TimeText(from, 3), TimeText(to, 3));
     }
     const QString firstDay = DateText(from);
@@ -218,13 +232,25 @@ bool StripChart::SaveMeasuredSpan(const QString &path) const {
 }
 
 bool StripChart::SaveBetween(double from, double to, const QString &path) const {
-    std::vector<SavedTrace> shown;
-    for (const auto &trace : setup.traces) {
-        if (history.HasValues(trace.channel)) {
-            shown.push_back({trace.channel, setup.NameOf(trace), trace.unit});
+    std::vector<SavedHistory> shown{{history, 0, {}}};
+    if (overlaid) {
+        shown.push_back({overlaid->History(), overlaid->Shift(), {}});
+    }
+    for (SavedHistory &saved : shown) {
+        for (const auto &trace : setup.traces) {
+            const QString name = setup.NameOf(trace);
+            if (saved.history.HasValues(trace.channel)) {
+                saved.traces.push_back(
+                    {trace.channel, &saved == &shown.front() ? name : Dashed(name), trace.unit});
+            }
         }
     }
-    return SaveRange(history, {from, to, SourceText(from, to), events, setup.elapsed}, shown, path);
+    saving = true;
+    const bool isSaved =
+        SaveRange(shown, {from, to, SourceText(from, to), events, setup.recorded}, path,
+                  [] { QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); });
+    saving = false;
+    return isSaved;
 }
 
 } // namespace ztm

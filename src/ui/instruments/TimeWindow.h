@@ -18,6 +18,8 @@ public:
     double Span() const { return span; }
     /// The time at the right edge; the span itself if there is no sample.
     double End() const { return live ? LiveEnd() : end; }
+    /// The same while live: the newest time that there is.
+    double LiveEnd() const { return history->IsEmpty() ? span : Latest(); }
 
     void GoLive() { live = true; }
     void SetSpan(double seconds) { Set(End(), seconds); }
@@ -50,7 +52,6 @@ private:
     double Limited(double seconds) const;
     double Earliest() const { return std::fmin(history->FirstTime(), otherFirst); }
     double Latest() const { return std::fmax(history->LastTime(), otherLast); }
-    double LiveEnd() const { return history->IsEmpty() ? span : Latest(); }
 
     const ChannelHistory *history;
     double otherFirst = std::numeric_limits<double>::quiet_NaN();

@@ -1,6 +1,7 @@
 #include "ui/registers/RegisterAccessPage.h"
 
 #include "common/At.h"
+#include "common/Clock.h"
 #include "common/NumberText.h"
 #include "common/Numbers.h"
 #include "link/Traffic.h"
@@ -8,12 +9,12 @@
 #include "regmap/RegMapStuff.h"
 #include "regmap/RegisterTree.h"
 #include "ui/instruments/BitLabel.h"
-#include "ui/instruments/ToggleIndicator.h"
 #include "ui/kit/Controls.h"
 #include "ui/kit/Fields.h"
 #include "ui/kit/Frame.h"
 #include "ui/kit/Text.h"
 #include "ui/kit/Twips.h"
+#include "ui/registers/RegisterMapFrame.h"
 #include "ui/registers/RegisterTreeView.h"
 
 #include <QCheckBox>
@@ -31,6 +32,8 @@ namespace {
 constexpr int bits = 8;
 constexpr double bitTopTwips = 240;
 constexpr double bitMarginTwips = 100;
+
+constexpr double secondsBetweenSeen = 0.1;
 
 /// Texts that are blank or a number as a whole, including the "h" after an address.
 const QRegularExpression
@@ -77,9 +80,10 @@ void RegisterAccessPage::SetupUi() {
     lblBitTarget->setAlignment(Qt::AlignCenter);
     lblBitTarget->setWordWrap(true);
     layout->addWidget(lblBitTarget, 3, 0);
-    layout->addWidget(NewRegisterMapFrame(), 0, 1, 5, 1);
+    map = new RegisterMapFrame(this);
+    layout->addWidget(map, 0, 1, 5, 1);
     layout->setColumnStretch(0, 1);
-    layout->setColumnStretch(1, 1);
+    layout->setColumnStretch(1, 4); // the tree has use for all there is
     layout->setRowStretch(4, 1);
 }
 
@@ -149,25 +153,6 @@ QGroupBox *RegisterAccessPage::NewBitFrame() {
     return fraBits;
 }
 
-QGroupBox *RegisterAccessPage::NewRegisterMapFrame() {
-    auto *frame = Named(new Frame(tr("Register Map "), this), "fraRegMap");
-    TreeView1 = Named(new RegisterTreeView(frame), "TreeView1");
-    TreeView1->setAccessibleName(tr("Registers by function"));
-    Shape1 = Named(new ToggleIndicator(frame), "Shape1");
-    lampCaption = new QLabel(tr("USB adapter"), frame);
-    Shape1->setAccessibleName(lampCaption->text());
-    Shape1->hide();
-    lampCaption->hide();
-
-    auto *lamp = new QHBoxLayout;
-    lamp->addWidget(Shape1);
-    lamp->addWidget(lampCaption, 1);
-    auto *layout = new QVBoxLayout(frame);
-    layout->addWidget(TreeView1);
-    layout->addLayout(lamp);
-    return frame;
-}
-
 void RegisterAccessPage::ConnectSignals() {
     connect(txtReadAddr, &QLineEdit::textChanged, this, &RegisterAccessPage::txtReadAddr_Change);
     connect(cmdRead, &QPushButton::clicked, this, &RegisterAccessPage::cmdRead_Click);
@@ -183,7 +168,7 @@ void RegisterAccessPage::ConnectSignals() {
         connect(label, &BitLabel::Click, this, [this, bit] { lblBit_Click(bit); });
         connect(label, &BitLabel::MouseMove, this, [this, bit] { lblBit_MouseMove(bit); });
     }
-    connect(TreeView1, &RegisterTreeView::RegisterChosen, this,
+    connect(&map->Tree(), &RegisterTreeView::RegisterChosen, this,
             &RegisterAccessPage::TreeView1_NodeClick);
 }
 
@@ -281,11 +266,11 @@ void RegisterAccessPage::LayoutBitLabels() {
 }
 
 void RegisterAccessPage::BuildRegisterTree() {
-    TreeView1->BuildRegisterTree();
+    map->Tree().BuildRegisterTree();
 }
 
 void RegisterAccessPage::ExpandFirstNode() {
-    TreeView1->ExpandFirstNode();
+    map->Tree().ExpandFirstNode();
 }
 
 bool RegisterAccessPage::ContinuousReadChecked() const {
@@ -406,21 +391,19 @@ void RegisterAccessPage::TreeView1_NodeClick(int index) {
     ShowRegister(index);
 }
 
-void RegisterAccessPage::SetRed() {
-    Shape1->SetAlarm(true);
-    Shape1->setToolTip(tr("The USB adapter has no firmware"));
-    Shape1->setAccessibleDescription(Shape1->toolTip());
+void RegisterAccessPage::ShowSeen() {
+    const double now = RunningSeconds();
+    if (isVisible() && now - seenShown >= secondsBetweenSeen) {
+        seenShown = now;
+        map->Tree().ShowSeen();
+    }
 }
 
-void RegisterAccessPage::SetGreen() {
-    Shape1->SetAlarm(false);
-    Shape1->setToolTip(tr("The USB adapter is running"));
-    Shape1->setAccessibleDescription(Shape1->toolTip());
-}
-
-void RegisterAccessPage::Show() {
-    Shape1->show();
-    lampCaption->show();
+/// Escape stops Read All.
+void RegisterAccessPage::keyPressEvent(QKeyEvent *event) {
+    if (event->key() != Qt::Key_Escape || !map->StopReading()) {
+        QWidget::keyPressEvent(event);
+    }
 }
 
 bool RegisterAccessPage::eventFilter(QObject *watched, QEvent *event) {

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "link/AdapterStartUp.h"
-
 #include <QWidget>
 
 #include <array>
@@ -15,12 +13,11 @@ class QPushButton;
 namespace ztm {
 
 class BitLabel;
-class RegisterTreeView;
-class ToggleIndicator;
+class RegisterMapFrame;
 
 /// The tab "Register Access": reads and writes any register by its address, shows its name,
 /// value and bits, flips single bits, and lists the chip's registers in a tree.
-class RegisterAccessPage final : public QWidget, public AdapterLamp {
+class RegisterAccessPage final : public QWidget {
     Q_OBJECT
 
 public:
@@ -36,24 +33,27 @@ public:
     void BuildRegisterTree();
     void ExpandFirstNode();
 
+    /// Shows in the tree what was last seen of each register. At most ten times a second, and only
+    /// while the page is shown.
+    void ShowSeen();
+
+    /// The frame with the tree and the lamp of the adapter.
+    RegisterMapFrame &Map() { return *map; }
+
     bool ContinuousReadChecked() const;
 
     /// Reads the register whose address is in the address box and shows it.
     void ReadAddress();
 
-    void SetRed() override;
-    void SetGreen() override;
-    void Show() override;
-
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     void SetupUi();
     QGroupBox *NewReadWriteFrame();
     QGroupBox *NewDetailsFrame();
     QGroupBox *NewBitFrame();
-    QGroupBox *NewRegisterMapFrame();
     void ConnectSignals();
 
     void ShowAddress(int32_t address);
@@ -92,9 +92,8 @@ private:
     std::array<QLabel *, 8> lblInfo;  // the name of bit 7 first
     QLabel *lblBitTarget;
 
-    RegisterTreeView *TreeView1;
-    ToggleIndicator *Shape1;
-    QLabel *lampCaption;
+    RegisterMapFrame *map;
+    double seenShown = 0; // RunningSeconds
 };
 
 } // namespace ztm

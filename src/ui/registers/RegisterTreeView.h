@@ -4,8 +4,8 @@
 
 namespace ztm {
 
-/// The tree `TreeView1` that groups the registers of the chip by function. It keeps a light
-/// background in every palette, because its level colours need one.
+/// The tree `TreeView1` that groups the registers of the chip by function and shows what was last
+/// seen of each. It keeps a light background in every palette, because its level colours need one.
 class RegisterTreeView final : public QTreeWidget {
     Q_OBJECT
 
@@ -17,6 +17,10 @@ public:
 
     void ExpandFirstNode();
 
+    /// Shows the values last seen of the registers that are in sight, bold where they differ from
+    /// the default.
+    void ShowSeen();
+
 signals:
     /// A register was chosen by mouse or keyboard; `index` is its index in the register map. Not
     /// emitted for roots and groups.
@@ -24,6 +28,8 @@ signals:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
+    bool viewportEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     void NodeClick(const QTreeWidgetItem *node);

@@ -1,6 +1,7 @@
 #include "ui/session/frmMain.h"
 
 #include "fan/LookupGraphScale.h"
+#include "files/RegisterComparison.h"
 #include "link/Heaters.h"
 #include "link/LinkState.h"
 #include "link/Traffic.h"
@@ -14,6 +15,8 @@
 #include "ui/kit/Problems.h"
 #include "ui/kit/Text.h"
 #include "ui/registers/RegisterAccessPage.h"
+#include "ui/registers/RegisterMapFrame.h"
+#include "ui/registers/frmTraffic.h"
 #include "ui/session/AboutPage.h"
 #include "ui/session/StatusBar.h"
 
@@ -48,7 +51,7 @@ frmMain::frmMain(bool usbChosen)
     resize(sizeHint().boundedTo(screen()->availableSize() - QSize(titleBar, 2 * titleBar)));
     ResetTraffic();
     const Requester sessionStart("Session Start");
-    StartAdapter(usbChosen, *registerAccess);
+    StartAdapter(usbChosen, registerAccess->Map());
 }
 
 void frmMain::SetupUi() {
@@ -94,6 +97,7 @@ void frmMain::InitMainWindow() {
     ResetMonitorSettings();
     ResetMeasurementLog();
     ResetEvents();
+    ResetKeptStates();
     SmbusDelayMs = DefaultSmbusDelayMs;
     SmbusDelayEnabled = true;
     ResetLookupGraphScale();
@@ -110,9 +114,11 @@ void frmMain::InitMainWindow() {
 }
 
 void frmMain::StopMonitor() {
-    tmrMain->stop();
-    tmrStatus->stop();
-    control->StopRecall();
+    for (Form *form : LoadedForms()) {
+        for (auto *timer : form->findChildren<QTimer *>()) {
+            timer->stop();
+        }
+    }
 }
 
 void frmMain::SSTab1_Click(int tab) {
@@ -135,6 +141,11 @@ void frmMain::tmrMain_Timer() {
 
 void frmMain::tmrStatus_Timer() {
     stbMain->ShowState(ShownTab());
+    registerAccess->ShowSeen();
+    if (auto *traffic = LoadedForm<frmTraffic>()) {
+        traffic->Follow();
+    }
+    control->ShowMeasured();
 }
 
 void frmMain::SetTimerPeriod(int milliseconds) {

@@ -29,7 +29,7 @@ public:
 
     RegisterAccessPage &RegisterAccess() { return *registerAccess; }
 
-    /// Stops the monitor ticks.
+    /// Stops the monitor ticks and everything else that a timer drives, in every window.
     void StopMonitor();
 
     QSize sizeHint() const override;

@@ -50,6 +50,15 @@ protected:
         return *shown.at(0);
     }
 
+    /// A row of a table with the name of its trace.
+    static std::string RowOf(const QTableWidget &table, int row) {
+        QStringList cells{table.verticalHeaderItem(row)->text()};
+        for (int column = 0; column < table.columnCount(); ++column) {
+            cells += table.item(row, column)->text();
+        }
+        return cells.join('|').toStdString();
+    }
+
     /// Up to where in time a window's chart shows.
     static double ShownTo(const char *form) {
         Settle();
@@ -131,30 +140,21 @@ TEST_F(MonitorChartsTest, TwoCursorsMeasureBetweenThemInEveryWindow) {
         QTest::keyClick(&chart, key);
         Settle();
     };
-    put(start + 2.5, Qt::Key_1);
+    put(start + 2.2, Qt::Key_1); // they catch the samples at 2 and 8
     EXPECT_FALSE(Find("frmMain").findChild<QTableWidget *>()->isVisible());
-    put(start + 8.5, Qt::Key_2);
+    put(start + 7.8, Qt::Key_2);
     const auto &table = *Find("frmMain").findChild<QTableWidget *>();
-    const auto row = [&](int index) {
-        QStringList cells{table.verticalHeaderItem(index)->text()};
-        for (int column = 0; column < table.columnCount(); ++column) {
-            cells += table.item(index, column)->text();
-        }
-        return cells.join('|').toStdString();
-    };
-    EXPECT_THAT(row(0), testing::MatchesRegex("Local.22°C.28°C.6°C.(0.99.*|1.0.*|1)°C/s"
-                                              ".23°C.25.5°C.28°C"));
-    EXPECT_THAT(row(4), testing::MatchesRegex("Fan2.1980RPM.1920RPM.-60RPM.-.*RPM/s"
-                                              ".1920RPM.1945RPM.1970RPM"));
-    EXPECT_THAT(TextOf("lblSpan").toStdString(),
-                testing::MatchesRegex("Δt (5.9|6.0).* s; Local: 63 % of the change after 3.* s"));
+    EXPECT_EQ(RowOf(table, 0), "Local [°C]|22|28|6|1|22|25|28");
+    EXPECT_EQ(RowOf(table, 4), "Fan2 [RPM]|1980|1920|-60|-10|1920|1950|1980");
+    EXPECT_EQ(TextOf("lblSpan"), "Δt 6.000 s; Local: 63 % of the change after 4.000 s");
     EXPECT_TRUE(Find("frmBigGraph").findChild<QTableWidget *>()->isVisible());
     Click("cmdCopyMeasurement");
     EXPECT_THAT(QGuiApplication::clipboard()->text().toStdString(),
-                testing::HasSubstr("\nRemote1\t30°C\t30°C\t0°C\t"));
-    QTest::mousePress(&chart, Qt::LeftButton, {}, chart.PointOf(start + 8.5, 50).toPoint());
-    MoveAndRelease(chart, {}, {chart.PointOf(start + 4.5, 50).toPoint()});
-    EXPECT_THAT(row(0), testing::StartsWith("Local|22°C|24°C|2°C|"));
+                testing::HasSubstr("\nRemote1 [°C]\t30\t30\t0\t"));
+    QTest::mousePress(&chart, Qt::LeftButton, {}, chart.PointOf(start + 8, 50).toPoint());
+    MoveAndRelease(chart, {}, {chart.PointOf(start + 1.1, 50).toPoint()});
+    EXPECT_EQ(RowOf(table, 0), "Local [°C]|22|21|-1|1|21|21.5|22") << "B before A";
+    EXPECT_EQ(TextOf("lblSpan"), "Δt -1.000 s");
     QTest::keyClick(&chart, Qt::Key_Escape); // the read-out
     QTest::keyClick(&chart, Qt::Key_Escape);
     EXPECT_FALSE(table.isVisible());
@@ -270,15 +270,35 @@ TEST_F(MonitorChartsTest, EventsAreReadOutListedSavedAndGoneTo) {
                                testing::HasSubstr("\t6\tRemote1: Alarm on\n"),
                                testing::Not(testing::HasSubstr("blocked"))));
 
+    const auto put = [&](double time, Qt::Key key) {
+        SendMouse(chart, QEvent::MouseMove, chart.PointOf(time, 50), Qt::NoButton);
+        QTest::keyClick(&chart, key);
+    };
+    put(alarm - 2, Qt::Key_1);
+    put(alarm + 1, Qt::Key_2);
+    const QString span =
+        QString::fromStdString(saved("span.txt", [&] { choose("Save Span between Cursors..."); }));
+    EXPECT_EQ(span.count('\n'), 6) << "two lines above those of four samples";
+    EXPECT_TRUE(span.split('\n').at(4).endsWith("\t6\tRemote1: Alarm on"));
+
     AddEvent("late", NoChannel);
     AddEvent("early", NoChannel, alarm - 1);
     Tick();
     EXPECT_EQ(rows(), "early|Alarm on|Remote1|fan blocked|late");
+    EXPECT_EQ(table.currentIndex().row(), 1) << "still the alarm";
     for (size_t more = 0; more < EventHistory::capacity; ++more) {
         AddEvent("x");
     }
     Tick();
     EXPECT_EQ(table.model()->rowCount(), static_cast<int>(EventHistory::capacity));
+
+    for (const bool sure : {false, true}) {
+        EXPECT_EQ(AnswerMessageOf([&] { choose("Clear History..."); }, sure).title,
+                  "Clear History");
+        Tick(); // measuring goes on
+        EXPECT_EQ(MeasurementHistory().FirstTime() == RunningSeconds(), sure);
+        EXPECT_EQ(Find("frmBigGraph").findChild<QTableWidget *>()->isVisible(), !sure);
+    }
 }
 
 TEST_F(MonitorChartsTest, ARecordedLogIsShownWithASecondOneOverItAndNoneIsLostToABadFile) {
@@ -307,6 +327,35 @@ TEST_F(MonitorChartsTest, ARecordedLogIsShownWithASecondOneOverItAndNoneIsLostTo
     AnswerFileDialogOf([] { Click("cmdLayOver"); }, two);
     read();
     EXPECT_NEAR(chart().VisibleTo(), 20.5, 0.1);
+
+    const auto press = [&](std::initializer_list<QKeyCombination> keys) {
+        for (const QKeyCombination key : keys) {
+            QTest::keyClick(&chart(), key.key(), key.keyboardModifiers());
+            Settle();
+        }
+    };
+    const auto forward = Qt::ShiftModifier | Qt::Key_Right;
+    const auto back = Qt::ShiftModifier | Qt::Key_Left;
+    press({back, back, back, Qt::Key_1, forward});
+    EXPECT_EQ(chart().CursorText().join('|'), "10.5 s|Local 40°C|Fan1 2000RPM|"
+                                              "Local dashed 5°C|Fan1 dashed 1RPM");
+    press({forward, forward, Qt::Key_2});
+    const auto &table = *Find("frmLogView").findChild<QTableWidget *>();
+    EXPECT_EQ(RowOf(table, 0), "Local [°C]|20|–|–|–|20|30|40") << "it has ended before B";
+    EXPECT_EQ(RowOf(table, 2), "Local dashed [°C]|5|6|1|.05|5|5.5|6");
+    const QString saved = QString::fromStdString(folder.Path("saved"));
+    for (const bool isSpan : {false, true}) {
+        EXPECT_TRUE(isSpan ? chart().SaveMeasuredSpan(saved) : chart().SaveVisibleRange(saved));
+        EXPECT_THAT(BytesOf(folder.Path("saved")),
+                    testing::EndsWith("\nSeconds\tLocal [°C]\tFan1 [RPM]"
+                                      "\tLocal dashed [°C]\tFan1 dashed [RPM]\n"
+                                      "0.500\t20\t1000\t5\t1\n10.500\t40\t2000\t\t\n"
+                                      "20.500\t\t\t6\t2\n"));
+    }
+    Click("cmdAlignCursors");
+    EXPECT_EQ(TextOf("txtShift"), "-20");
+    press({back, Qt::Key_Escape});
+    EXPECT_FALSE(table.isVisible());
     Type("txtShift", "-5");
     chart().Fit();
     Settle();
@@ -326,6 +375,33 @@ TEST_F(MonitorChartsTest, ARecordedLogIsShownWithASecondOneOverItAndNoneIsLostTo
     EXPECT_FALSE(Find<QWidget>("txtShift").isVisible());
     Press("frmLogView", Qt::Key_Escape);
     EXPECT_EQ(LoadedForm<frmLogView>(), nullptr);
+}
+
+TEST_F(MonitorChartsTest, OpeningALogForLongerThanASecondShowsItsProgressAndCanBeCancelled) {
+    std::string rows;
+    for (int row = 0; row < 300'000; ++row) {
+        rows += " 1\t20\xB0\x43\t\r\n";
+    }
+    const TemporaryFolder folder;
+    StartSessionOf(ZTM7720);
+    auto &view = ShowForm<frmLogView>();
+    view.OpenLog(
+        QString::fromStdString(folder.Put("long", "Started At: now\r\n\tLocal\t\r\n" + rows)));
+    const auto &progress = Find("prgbarOpen");
+    const auto readAPiece = [&] {
+        const bool wasShown = progress.isVisible();
+        for (int turn = 0; turn < 3 && progress.isVisible() == wasShown; ++turn) {
+            QCoreApplication::processEvents();
+        }
+    };
+    readAPiece();
+    EXPECT_FALSE(progress.isVisible());
+    clock.Advance(1);
+    readAPiece();
+    EXPECT_TRUE(progress.isVisible());
+    EXPECT_TRUE(Find<QTimer>("reading").isActive());
+    Click("cmdCancelOpen");
+    EXPECT_EQ(LoadedForm<frmLogView>(), nullptr) << "there is nothing else to show";
 }
 
 } // namespace

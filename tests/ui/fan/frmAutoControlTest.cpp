@@ -1,10 +1,16 @@
 #include "support/DialogTest.h"
 
 #include "fan/LookupGraphScale.h"
+#include "monitor/Events.h"
+#include "monitor/MonitorSettings.h"
 #include "ui/fan/LookupGraph.h"
 #include "ui/instruments/ValueSlider.h"
 #include "ui/kit/Twips.h"
 
+#include <QAccessible>
+#include <QClipboard>
+#include <QLabel>
+#include <QLineEdit>
 #include <QMouseEvent>
 #include <QPicture>
 #include <QRadioButton>
@@ -100,6 +106,7 @@ TEST_F(AutoControlTest, ShowsThePointsAndApplyWritesTheTableInUse) {
           "02? 02=00 02? " + std::string(written).replace(written.find("24=72"), 5, "24=00") +
               "07=03",
           "", ZTM7710}});
+    EXPECT_EQ(Events()[0].text, "Lookup table applied");
 }
 
 TEST_F(AutoControlTest, TypingChangesTheSelectedPointAndNothingElse) {
@@ -158,6 +165,10 @@ TEST_F(AutoControlTest, TwoClicksMoveAPoint) {
         EXPECT_FALSE(Graph().carriedAt) << "wherever the focus is";
         EXPECT_EQ(Selected(), "8: 100|6400");
     }
+    ClickAt(At(100, 6400));
+    Do("pctGraph+Ctrl+Z");
+    EXPECT_FALSE(Graph().carriedAt) << "taking back an edit puts it back";
+    EXPECT_EQ(Selected(), "4: 60|4096") << "both numbers in one step";
     const QPoint corner = Graph().rect().bottomRight();
     for (const QPoint end : {At(120, 3000), corner + QPoint(200, 200)}) {
         MoveTo(At(100, 6400));
@@ -167,8 +178,8 @@ TEST_F(AutoControlTest, TwoClicksMoveAPoint) {
         QTest::mouseRelease(&Graph(), Qt::LeftButton, {}, end);
         EXPECT_FALSE(Graph().carriedAt) << "a drag ends with the release";
         if (end.x() < corner.x()) {
-            Do("txtTLookUp+Ctrl+Z; txtRPMLookup+Ctrl+Z");
-            EXPECT_EQ(Selected(), "8: 100|6400");
+            Do("txtTLookUp+Ctrl+Z");
+            EXPECT_EQ(Selected(), "8: 100|6400") << "one step";
         }
     }
     EXPECT_EQ(Selected(), "8: 150|0") << "the corner is within reach, and what is beyond is not";
@@ -335,6 +346,200 @@ TEST_F(AutoControlTest, LaidOutWithPointsFarOff) {
                 << text << ": a painter is slow with what is " << drawn.width() << " wide";
         }
     }
+}
+
+TEST_F(AutoControlTest, ShowsWhereTheFansAreWhileMeasuringAndAsksNothing) {
+    // Remote1 drives fan 1: 45.5 °C and 2048 RPM. Fan 2 runs at full speed.
+    Open(ZTM7720, eightPoints + " 07=0D 42=80 43=6D 4A=60 4B=09");
+    const QString round = "tick; tick; tick; tick; tick; tick; ?";
+    const QColor dot = QColor(0, 0, 255).darker().rgb();
+    EXPECT_EQ(Do(round, "lblOperatingPoint"), "Not measuring: where the fans are now is not shown");
+    ExpectDrawn({{45.5, 2048, dot, "not measuring", false}});
+    EXPECT_EQ(Asked(), "");
+    MonitoringEnabled = true;
+    MonitorInterval = 600;
+    EXPECT_EQ(Do("tick; ?", "lblOperatingPoint"),
+              "Fan1: not shown, Remote1 is not measured; Fan2: at full speed, on no curve");
+    EXPECT_EQ(Do(round, "lblOperatingPoint"),
+              "Fan1: 2048 RPM at 45.5 °C, curve 2400 RPM; Fan2: at full speed, on no curve");
+    ExpectDrawn({{45.5, 2048, dot, "where fan 1 is"}, {45.5, 2200, dot, "line to the curve"}});
+    EXPECT_THAT(Graph().HintAt(PixelAt(TempX(45.5), RPMY(2048))).toStdString(),
+                testing::HasSubstr("Fan1: 2048 RPM at 45.5 °C"));
+    Do("chip 43=7B; " + round);
+    const auto isWayDrawn = [] {
+        Settle();
+        const QImage picture =
+            Graph().grab(QRect(At(54, 2048) - QPoint(1, 1), QSize(3, 3))).toImage();
+        QImage white(picture);
+        white.fill(Qt::white);
+        return picture != white;
+    };
+    EXPECT_TRUE(isWayDrawn());
+    for (int tick = 0; tick < 102; ++tick) {
+        Do("tick");
+    }
+    EXPECT_FALSE(isWayDrawn()) << "only that of the last minute";
+    Asked();
+    EXPECT_EQ(Do("cmbControl(0)=Local; " + round, "lblOperatingPoint lblWhatWillHappen"),
+              "Fan1: 2048 RPM at 59.5 °C, curve 3200 RPM; Fan2: at full speed, on no curve|"
+              "Control source changed; fan 1 will stop at the present -64 °C; fan 2 will run at "
+              "full speed");
+    EXPECT_EQ(Asked(), "42? 43? 44? 45? 4A? 4B? 4C? 4D? 4E? 40? 41?") << "the monitor";
+    MonitoringEnabled = false;
+    Do("tick");
+    ExpectDrawn({{59.5, 2048, dot, "no longer measuring", false}});
+}
+
+TEST_F(AutoControlTest, EveryPointHasAMarkThatSaysWhatIsOddAboutIt) {
+    const QColor red(255, 0, 0);
+    const QColor amber(255, 191, 0);
+    const auto hintAt = [](double celsius, double rpm) {
+        return Graph().HintAt(PixelAt(TempX(celsius), RPMY(rpm))).toStdString();
+    };
+    Open(ZTM7720, eightPoints);
+    Do("optControl(3); txtRPMLookup=2000; optControl(4); txtTLookUp=55; optControl(6); "
+       "txtTLookUp=50; txtRPMLookup=3200; optControl(7); txtTLookUp=200; txtRPMLookup=40");
+    ExpectDrawn({{53, 3067, amber, "the speed falls behind point 3"},
+                 {57, 1867, amber, "the temperature falls behind point 4"},
+                 {45, 2267, amber, "nothing odd behind point 2", false},
+                 {149, 40, red, "arrow"}});
+    EXPECT_EQ(hintAt(40, 2400), "Point 2: 40 °C, 2400 RPM.");
+    EXPECT_THAT(hintAt(50, 3200), testing::HasSubstr("Point 3: 50 °C, 3200 RPM.\nPoint 7: 50 °C"));
+    EXPECT_THAT(hintAt(55, 3200), testing::HasSubstr("point 3 to point 4 the speed falls"));
+    EXPECT_THAT(hintAt(57, 2000), testing::HasSubstr("point 4 to point 5 the temperature falls"));
+    EXPECT_THAT(hintAt(149, 40), testing::HasSubstr("Point 8: 200 °C, 40 RPM. Apply writes 191 °C, "
+                                                    "Apply does not write 40 RPM."));
+    EXPECT_EQ(hintAt(100, 1000), "");
+    Open(ZTM7720, "01=80 22=FF 23=FF 24=FF 25=FF 26=FF 27=FF 28=FF 29=FF"); // off, all at one place
+    EXPECT_THAT(hintAt(149, 0), testing::ContainsRegex("Point 1: 191 °C, 0 RPM.(.|\n)*Point 8: "));
+}
+
+TEST_F(AutoControlTest, AScreenReaderTellsAndMovesEveryPoint) {
+    Open(ZTM7720, eightPoints);
+    Do("optControl(1); txtTLookUp=-70; txtRPMLookup=40; optControl(7); txtRPMLookup=9000");
+    auto *graph = QAccessible::queryAccessibleInterface(&Graph());
+    const char *told[] = {"Point 1, temperature: 30 °C",
+                          "Point 1, speed: 1200 RPM",
+                          "Point 2, temperature: -70 °C, off the graph, Apply writes -64 °C, Apply "
+                          "does not write 40 RPM",
+                          "Point 2, speed: 40 RPM, off the graph, Apply writes -64 °C, Apply does "
+                          "not write 40 RPM",
+                          "Point 3, temperature: 50 °C",
+                          "Point 3, speed: 3200 RPM",
+                          "Point 4, temperature: 60 °C",
+                          "Point 4, speed: 4096 RPM",
+                          "Point 5, temperature: 70 °C",
+                          "Point 5, speed: 4800 RPM",
+                          "Point 6, temperature: 80 °C",
+                          "Point 6, speed: 5120 RPM",
+                          "Point 7, temperature: 90 °C",
+                          "Point 7, speed: 6144 RPM",
+                          "Point 8, temperature: 100 °C, off the graph",
+                          "Point 8, speed: 9000 RPM, off the graph"};
+    ASSERT_EQ(graph->childCount(), static_cast<int>(std::size(told)));
+    const QRect onScreen(Graph().mapToGlobal(QPoint()), Graph().size());
+    for (int part = 0; part < graph->childCount(); ++part) {
+        auto *child = graph->child(part);
+        const QString text =
+            child->text(QAccessible::Name) + ": " + child->text(QAccessible::Value);
+        EXPECT_EQ(text.toStdString(), told[part]);
+        EXPECT_TRUE(onScreen.contains(child->rect()) && !child->rect().isEmpty()) << part;
+    }
+    for (int part = 0; part < graph->childCount(); ++part) {
+        auto *child = graph->child(part);
+        child->valueInterface()->setCurrentValue(10 * part + 100);
+        EXPECT_EQ(child->valueInterface()->currentValue(), 10 * part + 100);
+    }
+    EXPECT_EQ(Do("pctGraph+3; pctGraph+Up; pctGraph+Left; ?; pctGraph+Ctrl+Z; pctGraph+Ctrl+Z; ?",
+                 "optControl(2) txtTLookUp txtRPMLookup"),
+              "1|139|200 / 1|140|150");
+    EXPECT_THAT(Graph().accessibleDescription().toStdString(),
+                testing::HasSubstr("Point 8: 240 °C"));
+    EXPECT_EQ(Asked(), "");
+}
+
+TEST_F(AutoControlTest, EveryEditCanBeTakenBackAndDoneAgain) {
+    Open(ZTM7720, eightPoints + " 07=04");
+    const char *names = "txtTLookUp txtRPMLookup optLinear cmbControl(0)";
+    EXPECT_EQ(Do("optControl(2); txtTLookUp=5; txtTLookUp=52; txtRPMLookup=3000; optLinear; "
+                 "cmbControl(0)=Full Speed; optControl(0); pctGraph+Right; ?; "
+                 "pctGraph+Ctrl+Z; ?; txtTLookUp+Ctrl+Z; ?; optControl(5)+Ctrl+Z; ?; "
+                 "txtRPMLookup+Ctrl+Z; ?; txtRPMLookup+Ctrl+Z; ?; txtTLookUp+Ctrl+Z; ?",
+                 names),
+              "31|1200|1|Full Speed / 30|1200|1|Full Speed / 30|1200|1|Local / 30|1200|0|Local / "
+              "52|3200|0|Local / 50|3200|0|Local / 50|3200|0|Local");
+    EXPECT_EQ(Do("txtTLookUp+Ctrl+Shift+Z; txtTLookUp+Ctrl+Y; ?; txtTLookUp=60; txtTLookUp+Ctrl+Y; "
+                 "?; txtTLookUp+Ctrl+Z; ?",
+                 names),
+              "52|3000|0|Local / 60|3000|0|Local / 52|3000|0|Local");
+    for (const bool isRepeated : {false, true, true}) {
+        QKeyEvent held(QEvent::KeyPress, Qt::Key_Up, Qt::ShiftModifier, {}, isRepeated);
+        QCoreApplication::sendEvent(&Graph(), &held);
+    }
+    EXPECT_EQ(Do("?; pctGraph+Ctrl+Z; ?", names), "52|4500|0|Local / 52|3000|0|Local")
+        << "one step";
+    EXPECT_EQ(Asked(), "");
+}
+
+TEST_F(AutoControlTest, SaysWhatApplyWouldChange) {
+    Open(ZTM7720, eightPoints + " 07=04");
+    EXPECT_EQ(
+        Do("?; optControl(0); txtTLookUp=40; txtRPMLookup=40; optLinear; ?; "
+           "cmbControl(0)=Full Speed; ?; cmdApply; ?",
+           "lblWhatWillHappen"),
+        "Nothing changed; fan 1 will stop below 30 °C; fan 2 will stop below 30 °C / "
+        "1 of 8 points changed, transition changed; fan 1 will stop below 40 °C; fan 2 will "
+        "stop below 40 °C / "
+        "1 of 8 points changed, transition changed, control source changed; fan 1 will run at "
+        "full speed; fan 2 will stop below 40 °C / "
+        "Nothing changed; fan 1 will run at full speed; fan 2 will stop below 40 °C");
+    Open(ZTM7710, points);
+    EXPECT_EQ(Shown("lblWhatWillHappen"),
+              "Nothing changed; the chip is under manual control and does not use the table");
+}
+
+TEST_F(AutoControlTest, PointsGoToTheClipboardAndComeBack) {
+    Open(ZTM7720, eightPoints);
+    const char *names = "lblFileResult txtTLookUp txtRPMLookup";
+    EXPECT_EQ(Do("cmdCopyPoints; ?", names), "8 points copied|30|1200");
+    EXPECT_THAT(QApplication::clipboard()->text().toStdString(),
+                testing::StartsWith("30\t1200\n40\t2400\n"));
+    QApplication::clipboard()->setText("25\t900\n35\t40000\n");
+    EXPECT_EQ(Do("pctGraph+Ctrl+V; ?; pctGraph+Ctrl+Z; ?", names),
+              "2 points pasted; 1 limited to 32767 RPM|25|900 / "
+              "2 points pasted; 1 limited to 32767 RPM|30|1200");
+    QApplication::clipboard()->setText("25\t900\n35");
+    EXPECT_EQ(Do("cmdPastePoints; ?", names),
+              "Line 2 is no point (temperature, tab, RPM): nothing was pasted|30|1200");
+    Find<QLineEdit>("txtRPMLookup").selectAll();
+    EXPECT_EQ(Do("txtRPMLookup+Ctrl+C; txtTLookUp+Ctrl+V; ?", "txtTLookUp"), "301200 !")
+        << "the box's own";
+}
+
+TEST_F(AutoControlTest, TwoWindowsWithDifferentPointsSaySo) {
+    Open(ZTM7720, eightPoints);
+    Click("cmdSetLookups");
+    const auto hints = [] {
+        std::string seen;
+        for (const char *window : {"frmAutoControl", "frmLookup"}) {
+            const auto *hint = Find(window).findChild<QLabel *>("lblOtherPoints");
+            seen += hint->isHidden() ? "- " : hint->text().toStdString() + " ";
+        }
+        return seen;
+    };
+    const char *both = "The window \"Set Lookup Points\" holds other points: what is applied last "
+                       "stays in the chip The window \"Auto-Control Response\" holds other points: "
+                       "what is applied last stays in the chip ";
+    EXPECT_EQ(hints(), "- - ");
+    Do("txtTemp(3)=61");
+    EXPECT_EQ(hints(), both);
+    Do("txtTemp(3)=60.4");
+    EXPECT_EQ(hints(), "- - ") << "the same to the chip";
+    Do("optControl(3); txtTLookUp=62");
+    EXPECT_EQ(hints(), both);
+    auto &lookup = Find("frmLookup");
+    lookup.findChild<QAbstractButton *>("cmdCancel")->click();
+    EXPECT_TRUE(Find("frmAutoControl").findChild<QLabel *>("lblOtherPoints")->isHidden());
 }
 
 } // namespace

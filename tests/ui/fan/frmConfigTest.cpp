@@ -1,5 +1,7 @@
 #include "support/DialogTest.h"
 
+#include "monitor/MonitorSettings.h"
+
 namespace ztm::test {
 namespace {
 
@@ -53,6 +55,28 @@ TEST_F(ConfigTest, TheButtonsOfTheMainWindowFollowTheControlType) {
 TEST_F(ConfigTest, AnotherTabLeavesTheFocusOnOk) {
     Check("focus", {{"", "SSTab1=1; ?; SSTab1=2; ?", "", "cmdOK / cmdOK", ZTM7720},
                     {"", "SSTab1=1; ?", "", "cmdOK", ZTM7710}});
+}
+
+TEST_F(ConfigTest, WarnsOfFansThatAutomaticControlWouldStop) {
+    Open(ZTM7720, "02=08 07=0E 22=7C 2A=00 2B=04 44=80 45=6D"); // from 60 °C on; Remote2 at 45.5 °C
+    const char *unread =
+        "Lookup table not read in this session: a fan below its first point may stop.";
+    EXPECT_EQ(Do("?; optAuto; ?; optManual; ?; optAuto", "lblWarning"), std::string(unread) + " / ")
+        << "only while it is chosen";
+    Find("cmdSetLookups").setEnabled(true);
+    Do("cmdSetLookups; cmdCancel"); // reads the table
+    EXPECT_EQ(Do("tick; ?", "lblWarning"),
+              "Fan 1 will stop below 60 °C; fan 2 will run at full speed");
+    MonitoringEnabled = true;
+    MonitorInterval = 600;
+    Asked();
+    EXPECT_EQ(Do("tick; tick; tick; tick; tick; tick; ?; opt4Points; cmbSource(1)=Remote1; ?; "
+                 "cmdApply; ?",
+                 "lblWarning"),
+              "Fan 1 will stop at the present 45.5 °C; fan 2 will run at full speed / "
+              "Fan 1 will stop at the present 45.5 °C; fan 2 will stop at the present -64 °C / ");
+    EXPECT_EQ(Asked(), "40? 41? 42? 43? 44? 45? 4A? 4B? 4C? 4D? 4E? "
+                       "01? 01=80 01? 02? 02=00 02? 03=00 3C=00 3B=00 07=06");
 }
 
 } // namespace

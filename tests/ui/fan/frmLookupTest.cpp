@@ -1,6 +1,8 @@
+#include "monitor/Events.h"
 #include "support/DialogTest.h"
 #include "support/TemporaryFile.h"
 
+#include <QClipboard>
 #include <QLineEdit>
 
 namespace ztm::test {
@@ -62,6 +64,7 @@ TEST_F(LookupTest, ApplyWritesTheTemperaturesAndThenTheSpeeds) {
           {{"02=08 22=FF 29=5E 2A=FF 2B=FF 38=00 39=04",
             (std::string("?; ") + edited + "cmdApply; cmdOK"), written + ' ' + written,
             "191|75|30|4800"}});
+    EXPECT_EQ(Events()[1].text, "Lookup table applied");
 }
 
 TEST_F(LookupTest, NumbersThatTheChipCannotHoldAreMarked) {
@@ -69,7 +72,8 @@ TEST_F(LookupTest, NumbersThatTheChipCannotHoldAreMarked) {
     EXPECT_EQ(Do("?; txtRPM(0)=0; ?; txtRPM(0)=75; ?; txtRPM(0)=76; ?; txtRPM(0)=-1; ?; "
                  "txtRPM(0)=4915200; ?; txtRPM(0)=4915201; ?",
                  "txtRPM(0)"),
-              "75 / 0 / 75 ! / 76 / -1 ! / 4915200 / 4915201 !");
+              "75 / 0 / 75 / 76 / -1 ! / 4915200 / 4915201 !")
+        << "75 RPM is what the chip holds";
     EXPECT_EQ(
         Do("txtTemp(7)=191; txtTemp(7)+Up; ?; txtTemp(7)+Down; ?; txtTemp(7)+Up; ?", "txtTemp(7)"),
         "191 / 140 / 140");
@@ -153,6 +157,34 @@ TEST_F(LookupTest, AnyFileIsReadWithAWordOfWhatItLacks) {
         EXPECT_EQ(Points(), c.points) << c.what;
         EXPECT_EQ(Shown("lblFileResult"), c.result) << c.what;
     }
+}
+
+TEST_F(LookupTest, EveryEditCanBeTakenBackAndSaysWhatItWouldChange) {
+    Open(ZTM7720, "01=80 02=08 22=5E 2A=00 2B=10 2C=FF 2D=FF"); // point 1 at 30 °C, 1200 RPM
+    const char *names = "txtTemp(0) txtRPM(0) txtRPM(1) lblWhatWillHappen";
+    const std::string outlook = "; the control source of fan 1 is not known; the control source of "
+                                "fan 2 is not known";
+    EXPECT_EQ(
+        Do("?; txtTemp(0)=4; txtTemp(0)=41; txtRPM(0)=1300; txtTemp(0)=42; cmdTestData; ?", names),
+        "30|1200|75|Nothing changed" + outlook + " / 30|1000|2300|8 of 8 points changed" + outlook);
+    Answer("cmdLoadLUT",
+           folder.Put("table.lut",
+                      ";\n1, 80;\n2, 80;\n3, 80;\n4, 80;\n5, 80;\n6, 80;\n7, 80;\n8, 80;\n"));
+    Find("frmLookup").activateWindow();
+    QApplication::clipboard()->setText("50\t600\n60\t0\n");
+    EXPECT_EQ(Do("cmdPastePoints; ?; txtTemp(0)+Ctrl+Z; ?; cmdCopyPoints+Ctrl+Z; ?; txtRPM(5)+"
+                 "Ctrl+Z; ?; txtTemp(0)+Ctrl+Z; ?; txtTemp(0)+Ctrl+Z; ?; txtTemp(0)+Ctrl+Z; ?; "
+                 "txtTemp(0)+Ctrl+Z; ?",
+                 "txtTemp(0) txtRPM(0) txtRPM(1) lblFileResult"),
+              "50|600|0|2 points pasted / 1|80|80|2 points pasted / 30|1000|2300|2 points pasted / "
+              "42|1300|75|2 points pasted / 41|1300|75|2 points pasted / "
+              "41|1200|75|2 points pasted / 30|1200|75|2 points pasted / "
+              "30|1200|75|2 points pasted");
+    EXPECT_EQ(Do("txtTemp(0)+Ctrl+Shift+Z; ?; txtRPM(1)=0; ?", names),
+              "41|1200|75|1 of 8 points changed" + outlook + " / 41|1200|0|1 of 8 points changed" +
+                  outlook)
+        << "0 RPM is the same to the chip";
+    EXPECT_EQ(Asked(), "");
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "support/StripChartFixture.h"
 #include "support/TemporaryFile.h"
 #include "support/WindowDriver.h"
+#include "ui/instruments/ChartCursors.h"
 
 #include <QMenu>
 #include <QRegularExpression>
@@ -133,7 +134,8 @@ TEST_F(StripChartTest, TheMenuDoesWhatItSays) {
     choose(1);
     EXPECT_TRUE(chart.VisibleFrom() <= noon && chart.VisibleFrom() > noon - 1);
     EXPECT_EQ(choose(2), "Fit Values|Show Whole History|Original Scales|Back to Live||"
-                         "Copy Picture|Save Picture...|Save Visible Range...||Open Log...");
+                         "Copy Picture|Save Picture...|Save Visible Range...||Clear History...||"
+                         "Open Log...");
     EXPECT_EQ(chart.ValueRange(), QCPRange(0, 100));
     EXPECT_NEAR(Span(), 60, 1e-6);
     Press("Left");
@@ -308,6 +310,22 @@ TEST_F(StripChartSavingTest, APictureIsWhatIsSeenButForTheNotice) {
     Press("Left");
     const QColor notice = chart.palette().color(QPalette::Highlight);
     EXPECT_THAT(PixelsOf(QImage::fromData(Saved("away.png")), notice), IsEmpty());
+    const auto inPicture = [&](QColor colour) {
+        return PixelsOf(QImage::fromData(Saved("more.png")), colour).size();
+    };
+    const QColor ink = chart.palette().color(QPalette::Text);
+    const auto before = inPicture(ink);
+    ChartCursors cursors;
+    chart.ShareCursors(cursors);
+    cursors.Set(0, chart.VisibleFrom() + 10);
+    cursors.Set(1, chart.VisibleFrom() + 20);
+    EXPECT_THAT(inPicture(notice), Gt(2 * 200)) << "two cursors";
+    cursors.Remove();
+    EventHistory happened;
+    happened.Add(chart.VisibleFrom() + 30, -1, "");
+    chart.SetEvents({&happened, {}});
+    Settle();
+    EXPECT_THAT(inPicture(ink), Gt(before + 10)) << "the tick of an event";
     for (const char *name : {"chart.xyz", "none/chart.png"}) {
         EXPECT_FALSE(chart.SavePicture(Path(name)));
     }
