@@ -32,6 +32,7 @@ awk -v folder="$folder" '
     }
     {
         gsub(/\(simulated-board\.md\)/, "(simulated-board.html)")
+        gsub(/\(command\.md\)/, "(command.html)")
         gsub(/\(adapters\.md[^)]*\)/, "(adapters.html)") # anchors of files get lost
         add($0)
     }
@@ -54,7 +55,7 @@ td, th { border: 1px solid gray; padding: .2em .5em; text-align: left; vertical-
 END
         echo "<title>$(sed -n '/^#/{s/^#* *//p;q}' "$page")</title>"
         [ "$page" = "$folder/index.md" ] || echo '<p><a href="index.html">User guide</a></p>'
-        "$markdown" -f nopants "$page"
+        "$markdown" -f nopants,fencedcode "$page"
         echo '</html>'
     } >"${page%.md}.html"
     rm "$page"

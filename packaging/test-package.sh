@@ -67,9 +67,11 @@ inside apt-get satisfy -y -qq --no-install-recommends \
 files >"$root/tmp/before"
 
 inside dpkg -i /tmp/ztm-eval.deb >/dev/null
-if inside ldd /usr/lib/ztm-eval/ztm-eval{,-i2c,-sim} | grep "not found"; then
+if inside ldd /usr/lib/ztm-eval/ztm{,-eval,-eval-i2c,-eval-sim} | grep "not found"; then
     exit 1
 fi
+[ "$(inside ztm --adapter sim scan)" = "$(printf 'ZTM7720\t0x50')" ]
+echo "ztm: found the simulated chip"
 start ztm-eval-sim "Search Wizard"
 start ztm-eval-i2c "I2C Bus"
 start ztm-eval "Search Wizard"

@@ -26,11 +26,6 @@ constexpr int refreshMilliseconds = 500;
 constexpr int stateLines = 4;
 constexpr int widthInCharacters = 62;
 
-/// Memory modules have their chips at these addresses, and a write there can destroy a module.
-bool IsOfMemory(int address) {
-    return (address >= 0x30 && address <= 0x37) || (address >= 0x50 && address <= 0x57);
-}
-
 QString Hex(int number) {
     return QStringLiteral("0x%1")
         .arg(number, 2, 16, QLatin1Char('0'))
@@ -171,7 +166,7 @@ void BusWindow::ListBuses() {
 
 bool BusWindow::IsAddressAccepted() const {
     const int address = Choice().address;
-    return !IsOfMemory(address) ||
+    return !i2c::IsOfMemory(address) ||
            IsWarningAccepted(
                tr("On many buses memory modules live at %1, and a write there can destroy one. The "
                   "program writes nothing before a chip has identified itself by its Device ID, "

@@ -9,15 +9,6 @@ namespace ztm {
 
 /// What the points of the lookup table come to: as curves, and as what Apply makes of them.
 
-/// A point as it is edited, where any number can be entered.
-struct SpeedPoint {
-    double Celsius = 0;
-    double Rpm = 0;
-
-    bool operator==(const SpeedPoint &) const = default;
-};
-using SpeedPoints = std::array<SpeedPoint, LookupPoints>;
-
 /// The first and the last point of a curve.
 struct PointSpan {
     int First;

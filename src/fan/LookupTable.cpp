@@ -1,5 +1,6 @@
 #include "fan/LookupTable.h"
 
+#include "common/At.h"
 #include "common/Numbers.h"
 #include "link/GeneralSubs.h"
 #include "link/LinkState.h"
@@ -58,6 +59,26 @@ void WritePointTemperature(int point, double celsius) {
 
 void WritePointRpm(int point, double rpm) {
     WriteRPM(SpeedRegister(point), std::clamp(ToInt32(rpm), 0, FastestLookupRpm));
+}
+
+void WritePoints(const SpeedPoints &points) {
+    for (int point = 0; point < LookupPoints; ++point) {
+        WritePointTemperature(point, At(points, point).Celsius);
+    }
+    for (int point = 0; point < LookupPoints; ++point) {
+        WritePointRpm(point, At(points, point).Rpm);
+    }
+}
+
+SpeedPoints ReadPoints() {
+    SpeedPoints points;
+    for (int point = 0; point < LookupPoints; ++point) {
+        At(points, point).Celsius = ReadPointTemperature(point);
+    }
+    for (int point = 0; point < LookupPoints; ++point) {
+        At(points, point).Rpm = ReadRPM(SpeedRegister(point));
+    }
+    return points;
 }
 
 } // namespace ztm

@@ -60,11 +60,32 @@ constexpr int32_t SpeedRegister(int point) {
     return 0x2B + 2 * point;
 }
 
+/// The register of the high byte of the speed that a fan (0 or 1) is to have under manual control:
+/// that of the first or the second point.
+constexpr int32_t ManualSpeedRegister(int fan) {
+    return SpeedRegister(fan);
+}
+
 /// Reads a temperature in °C from the chip, or writes the nearest one that can be encoded.
 int32_t ReadPointTemperature(int point);
 void WritePointTemperature(int point, double celsius);
 
 /// Writes a speed, limited to 0 to FastestLookupRpm. 1 to 75 RPM have no count: nothing is written.
 void WritePointRpm(int point, double rpm);
+
+/// A point in °C and RPM as it is edited, where any number can be entered.
+struct SpeedPoint {
+    double Celsius = 0;
+    double Rpm = 0;
+
+    bool operator==(const SpeedPoint &) const = default;
+};
+using SpeedPoints = std::array<SpeedPoint, LookupPoints>;
+
+/// Writes all temperatures and then all speeds.
+void WritePoints(const SpeedPoints &points);
+
+/// Reads all temperatures and then all speeds.
+SpeedPoints ReadPoints();
 
 } // namespace ztm

@@ -3,11 +3,16 @@
 #include "link/Registers.h"
 
 #include <array>
+#include <cstdint>
 #include <string_view>
 
 namespace ztm {
 
 /// The fields of the THERM functions.
+
+/// The registers of the THERM limits of Local, Remote1 and Remote2.
+inline constexpr std::array<int32_t, 3> ThermLimits{LocalThermLimit, Remote1ThermLimit,
+                                                    Remote2ThermLimit};
 
 /// Set: THERM does not bring the fans to full speed.
 inline constexpr RegisterField BoostDisableField{Configuration2, 0x02};

@@ -46,4 +46,13 @@ std::optional<std::array<std::string, LutPoints>> ReadLut(const std::string &pat
     return points;
 }
 
+LutPieces PiecesOf(const std::string &point) {
+    const size_t comma = point.find(',');
+    LutPieces pieces{point.substr(0, comma), {}};
+    if (comma != std::string::npos) {
+        pieces.RPM = point.substr(comma + 1, point.find(',', comma + 1) - comma - 1);
+    }
+    return pieces;
+}
+
 } // namespace ztm

@@ -26,4 +26,11 @@ std::string SaveLut(const std::string &path, const std::array<LutPoint, LutPoint
 std::optional<std::array<std::string, LutPoints>> ReadLut(const std::string &path,
                                                           std::string &whyNot);
 
+/// The pieces of a point's text, which commas separate.
+struct LutPieces {
+    std::string Temperature;
+    std::optional<std::string> RPM; ///< none without a comma
+};
+LutPieces PiecesOf(const std::string &point);
+
 } // namespace ztm

@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 
 namespace ztm {
 namespace {
@@ -107,14 +108,20 @@ void WriteField(const RegisterField &field, int32_t code) {
 }
 
 void AdapterHandshake() {
+    AdapterHandshakeWithin(std::numeric_limits<double>::infinity());
+}
+
+void AdapterHandshakeWithin(double longestSeconds) {
     if (AdapterFailed || CommsMedium != MediumUSB) {
         return;
     }
-    for (int tries = 0; tries < handshakeTries; ++tries) {
+    const double start = RunningSeconds();
+    const auto secondsLeft = [=] { return start + longestSeconds - RunningSeconds(); };
+    for (int tries = 0; tries < handshakeTries && secondsLeft() > 0; ++tries) {
         uint8_t unused = 0;
         const auto result = VendorIORequest(handshakeRequest, 0, 0, noData, 0, &unused);
         RecordTransfer(TransferKind::Handshake, 0, {}, result == 0);
-        Wait(handshakeSpacingSeconds);
+        Wait(std::min(handshakeSpacingSeconds, secondsLeft()));
         if (result == 0) {
             return;
         }

@@ -28,6 +28,9 @@ void WriteRegister(int32_t address, int32_t data);
 /// or after a failed firmware download. Failures are silent.
 void AdapterHandshake();
 
+/// The same, but begins no further try, and cuts a wait short, after `longestSeconds`.
+void AdapterHandshakeWithin(double longestSeconds);
+
 /// Duty value that leaves a heater unchanged.
 inline constexpr int32_t HeaterUnchanged = 255;
 

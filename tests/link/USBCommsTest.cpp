@@ -139,6 +139,12 @@ TEST_F(USBComms, HandshakeRepeatsUntilAcceptedAndIsNotSentInVain) {
         EXPECT_EQ(CallsOf(AdapterHandshake), Calls(tries, Handshake));
         EXPECT_NEAR(clock.TotalSeconds() - start, 0.2 * static_cast<double>(tries), 0.11);
     }
+    CommsMedium = MediumUSB;
+    AdapterFailed = false;
+    Adapter().script = [](const Call &) { return int16_t{-1}; };
+    const double start = clock.TotalSeconds();
+    EXPECT_EQ(CallsOf([] { AdapterHandshakeWithin(0.5); }), Calls(3, Handshake));
+    EXPECT_NEAR(clock.TotalSeconds() - start, 0.5, 1e-6);
 }
 
 TEST_F(USBComms, HeaterRequestsCarryDutiesAndStoreTheReply) {

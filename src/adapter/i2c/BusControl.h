@@ -12,6 +12,11 @@ inline constexpr int none = -1;
 inline constexpr int firstAddress = 0x28;
 inline constexpr int lastAddress = 0x64;
 
+/// Memory modules have their chips at these addresses, and a write there can destroy a module.
+constexpr bool IsOfMemory(int address) {
+    return (address >= 0x30 && address <= 0x37) || (address >= 0x50 && address <= 0x57);
+}
+
 /// A bus as the kernel lists it. Numbers change between starts of the machine, and names need not
 /// be unique.
 struct ListedBus {
@@ -45,8 +50,8 @@ struct BusReport {
 
 } // namespace ztm::i2c
 
-/// Three functions besides those of link/USBFunctions.h. Only the program for I2C buses uses them,
-/// to reach the one adapter of the process. None of them sends anything to a chip. Call them from
+/// Three functions besides those of link/USBFunctions.h. They reach the one adapter of
+/// the process. None of them sends anything to a chip. Call them from
 /// the thread that calls the others.
 extern "C" {
 

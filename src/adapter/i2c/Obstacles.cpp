@@ -83,7 +83,7 @@ std::string NoByteData(int number) {
 std::string CannotClaim(int number, int address, int error) {
     const std::string place = PlaceText(number, address);
     if (error == EAGAIN) {
-        return place + ", is in use by another program: close the other ztm-eval-i2c.";
+        return place + ", is in use by another ztm-eval-i2c or ztm: close it.";
     }
     if (error != EBUSY) {
         return place + ", cannot be used: " + std::strerror(error);

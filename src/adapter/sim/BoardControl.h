@@ -38,8 +38,9 @@ struct BoardState {
 
 } // namespace ztm::sim
 
-/// Two functions besides those of link/USBFunctions.h. Only the simulator's own program uses them,
-/// to reach the one board of the process. Call them from the thread that calls the others.
+/// Three functions besides those of link/USBFunctions.h, for the programs that know the board as
+/// well as its chip. They reach the one board of the process. Call them from the thread that calls
+/// the others.
 extern "C" {
 
 /// Reads the board's settings and its current state.
@@ -47,4 +48,9 @@ void ReadSimulatedBoard(ztm::sim::BoardSettings *settings, ztm::sim::BoardState 
 
 /// Changes the board's settings immediately.
 void ArrangeSimulatedBoard(const ztm::sim::BoardSettings *settings);
+
+/// Lets that much time pass for the board at once, in steps of at most a tick, so that it lives
+/// through all of it. Its time then passes by these calls alone. The first one, which may be of 0
+/// seconds, has to come before any other function is called.
+void MoveSimulatedBoardClock(double seconds);
 }

@@ -1,14 +1,26 @@
 #include "adapter/sim/BoardControl.h"
 #include "adapter/sim/SimulatedBoard.h"
+#include "common/Clock.h"
 #include "link/USBFunctions.h"
 
+#include <algorithm>
 #include <exception>
+#include <optional>
 
 namespace {
 
+/// The board's time while it is moved by hand.
+std::optional<double> movedSeconds;
+
+double BoardSeconds() {
+    return movedSeconds ? *movedSeconds : ztm::EvenSeconds();
+}
+
 /// The only board of the process, created at the first call.
 ztm::sim::SimulatedBoard &Board() {
-    static ztm::sim::SimulatedBoard board;
+    using ztm::sim::SimulatedBoard;
+    static SimulatedBoard board(ztm::sim::Variant::ZTM7720, SimulatedBoard::defaultChipAddress,
+                                BoardSeconds);
     return board;
 }
 
@@ -40,5 +52,16 @@ __attribute__((visibility("default"))) void ReadSimulatedBoard(ztm::sim::BoardSe
 __attribute__((visibility("default"))) void
 ArrangeSimulatedBoard(const ztm::sim::BoardSettings *settings) {
     Board().Arrange(*settings);
+}
+
+__attribute__((visibility("default"))) void MoveSimulatedBoardClock(double seconds) {
+    const double end = movedSeconds.value_or(0) + seconds;
+    if (!movedSeconds) {
+        movedSeconds = 0;
+    }
+    while (*movedSeconds < end) {
+        movedSeconds = std::min(end, *movedSeconds + ztm::sim::Physics::tickSeconds);
+        Board().Look(); // a tick passes
+    }
 }
 }

@@ -18,8 +18,7 @@
 namespace ztm {
 namespace {
 
-/// Under manual control the first two points of the lookup table hold the required speeds.
-constexpr std::array<int32_t, 2> speedRegisters{SpeedRegister(0), SpeedRegister(1)};
+constexpr std::array<int32_t, 2> speedRegisters{ManualSpeedRegister(0), ManualSpeedRegister(1)};
 
 constexpr double slowestRpm = 75;
 constexpr double fastestRpm = 15000;

@@ -252,21 +252,15 @@ QString frmLookup::ShowFile(const std::array<std::string, LookupPoints> &points)
                 fault = tr("%1: %2").arg(name, what);
             }
         };
-        const std::string &text = points[point];
-        const size_t comma = text.find(',');
-        const std::string temperature = text.substr(0, comma);
-        std::string speed;
-        if (comma != std::string::npos) {
-            speed = text.substr(comma + 1, text.find(',', comma + 1) - comma - 1);
-        }
-        if (!HasNumber(temperature)) {
+        const LutPieces pieces = PiecesOf(points[point]);
+        if (!HasNumber(pieces.Temperature)) {
             note(tr("no temperature"));
         }
-        if (!HasNumber(speed)) {
+        if (!HasNumber(pieces.RPM.value_or(""))) {
             note(tr("no speed"));
         }
-        if (!ShowPiece(*txtTemp[point], temperature) || comma == std::string::npos ||
-            !ShowPiece(*txtRPM[point], speed)) {
+        if (!ShowPiece(*txtTemp[point], pieces.Temperature) || !pieces.RPM ||
+            !ShowPiece(*txtRPM[point], *pieces.RPM)) {
             note(tr("number out of range"));
             return tr("%1; the rest was not loaded").arg(fault);
         }
@@ -324,12 +318,11 @@ void frmLookup::TellResult(const QString &text) {
 
 bool frmLookup::Apply() {
     const Requester apply(requester);
-    for (int point = 0; point < LookupPoints; ++point) {
-        WritePointTemperature(point, NumberIn(*At(txtTemp, point)));
+    SpeedPoints points;
+    for (size_t point = 0; point < points.size(); ++point) {
+        points[point] = {NumberIn(*txtTemp[point]), NumberIn(*txtRPM[point])};
     }
-    for (int point = 0; point < LookupPoints; ++point) {
-        WritePointRpm(point, NumberIn(*At(txtRPM, point)));
-    }
+    WritePoints(points);
     AddEvent("Lookup table applied");
     PointsApplied();
     return true;

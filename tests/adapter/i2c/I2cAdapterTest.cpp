@@ -258,8 +258,8 @@ TEST_F(I2cTest, SaysWhatStandsInTheWayAndWhatCuresIt) {
     ASSERT_EQ(chown(node.c_str(), 0, 0), 0);
     I2cAdapter other;
     other.Choose(choice);
-    EXPECT_EQ(ObstacleOf(choice), "i2c-7, address 0x2C, is in use by another program: close the "
-                                  "other ztm-eval-i2c.");
+    EXPECT_EQ(ObstacleOf(choice), "i2c-7, address 0x2C, is in use by another ztm-eval-i2c or "
+                                  "ztm: close it.");
     EXPECT_EQ(ObstacleOf({VirtualI2c::number, anotherAddress}), "");
     other.Choose({});
     EXPECT_EQ(ObstacleOf(choice), "");

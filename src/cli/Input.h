@@ -1,0 +1,33 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace ztm::cli {
+
+/// Where the lines of "run -" come from.
+class LineInput {
+public:
+    virtual ~LineInput() = default;
+    /// The next line; none at the end. Throws Interrupted.
+    virtual std::optional<std::string> Next(bool isWithinBlock) = 0;
+};
+
+/// Standard input as it comes.
+class PipedInput final : public LineInput {
+public:
+    std::optional<std::string> Next(bool isWithinBlock) override;
+
+private:
+    std::string bytes;
+    bool isAtEnd = false;
+};
+
+/// A prompt on the terminal, with line editing and a history. SIGINT gives up the line.
+class TypedInput final : public LineInput {
+public:
+    TypedInput();
+    std::optional<std::string> Next(bool isWithinBlock) override;
+};
+
+} // namespace ztm::cli
