@@ -1,13 +1,14 @@
 #!/usr/bin/env bash
-# Installs the package into a fresh Debian, starts the programs there, and removes it again: they
-# have to come up, and the package has to leave nothing behind. Needs root, debootstrap and a
-# mirror; takes a few minutes, most of them to fetch the distribution.
+# Installs the packages into a fresh Debian, over the one package that release 1.1.0 was, starts the
+# programs there, and removes them again: they have to come up, and the packages have to leave
+# nothing behind. Needs root, debootstrap and a mirror; takes a few minutes, most of them to fetch
+# the distribution.
 #
-#   test-package.sh PACKAGE
+#   test-package.sh FOLDER-OF-THE-PACKAGES
 set -euo pipefail
 export LC_ALL=C
 
-package=$1
+packages=$1
 root=$(mktemp -d)
 finish() {
     ! mountpoint -q "$root/proc" || umount "$root/proc"
@@ -60,13 +61,39 @@ echo "making a fresh Debian"
 debootstrap --variant=minbase bookworm "$root" >/dev/null
 cp -L /etc/resolv.conf "$root/etc/resolv.conf" 2>/dev/null || true
 mount --bind /proc "$root/proc"
-cp "$package" "$root/tmp/ztm-eval.deb"
+cp "$packages"/*.deb "$root/tmp"
+command=$(cd "$packages" && echo ztm_*.deb)
+windows=$(cd "$packages" && echo ztm-eval_*.deb)
+documents=$(cd "$packages" && echo ztm-eval-doc_*.deb)
+version=$(dpkg-deb -f "$packages/$command" Version)
+
+# A package with the name and the files of release 1.1.0; what they hold does not matter.
+old=$root/tmp/old
+mkdir -p "$old/DEBIAN"
+for package in "$command" "$windows" "$documents"; do
+    dpkg-deb -x "$packages/$package" "$old"
+done
+printf '%s\n' "Package: ztm-eval" "Version: 1.1.0" "Architecture: $(dpkg --print-architecture)" \
+    "Maintainer: nobody <nobody@ztm-eval.invalid>" "Description: the release before" \
+    >"$old/DEBIAN/control"
+dpkg-deb -b "$old" "$root/tmp/old.deb" >/dev/null
+
 inside apt-get install -y -qq --no-install-recommends xvfb xauth openbox wmctrl >/dev/null 2>&1
-inside apt-get satisfy -y -qq --no-install-recommends \
-    "$(dpkg-deb -f "$package" Depends)" >/dev/null 2>&1
+for package in "$command" "$windows"; do
+    inside apt-get satisfy -y -qq --no-install-recommends \
+        "$(dpkg-deb -f "$packages/$package" Depends | sed 's/ztm (= [^)]*), *//')" >/dev/null 2>&1
+done
 files >"$root/tmp/before"
 
-inside dpkg -i /tmp/ztm-eval.deb >/dev/null
+inside dpkg -i /tmp/old.deb >/dev/null
+inside dpkg -i "/tmp/$command" >/dev/null 2>&1 && { echo "1.1.0 is not broken"; exit 1; }
+inside dpkg --purge --force-remove-reinstreq ztm >/dev/null 2>&1 || true
+inside apt-get install -y -qq --no-install-recommends "/tmp/$command" "/tmp/$windows" \
+    "/tmp/$documents" >/dev/null 2>&1
+for package in ztm ztm-eval ztm-eval-doc; do
+    [ "$(inside dpkg-query -W -f='${Version}' "$package")" = "$version" ]
+done
+echo "1.1.0 was upgraded to $version"
 if inside ldd /usr/lib/ztm-eval/ztm{,-eval,-eval-i2c,-eval-sim} | grep "not found"; then
     exit 1
 fi
@@ -76,7 +103,11 @@ start ztm-eval-sim "Search Wizard"
 start ztm-eval-i2c "I2C Bus"
 start ztm-eval "Search Wizard"
 
-inside dpkg --purge ztm-eval >/dev/null
+inside dpkg --purge ztm-eval-doc ztm-eval >/dev/null
+[ "$(inside ztm --adapter sim scan)" = "$(printf 'ZTM7720\t0x50')" ]
+! inside ldd /usr/lib/ztm-eval/ztm | grep Qt
+echo "ztm: works without the programs with windows"
+inside dpkg --purge ztm >/dev/null
 files >"$root/tmp/after"
 diff "$root/tmp/before" "$root/tmp/after" || { echo "left behind (>) or lost (<)"; exit 1; }
-echo "the package came, ran and went without a trace"
+echo "the packages came, ran and went without a trace"

@@ -50,9 +50,10 @@ void OpenGuide(const QString &name) {
     const QString path = GuidePage(name);
     const QString title = QObject::tr("User Guide");
     if (!QFileInfo::exists(path)) {
-        ShowMessage(
-            QObject::tr("The user guide is not installed. This page is missing:\n%1").arg(path),
-            title, QMessageBox::Warning);
+        ShowMessage(QObject::tr("The user guide is not installed; on Debian it is the package "
+                                "ztm-eval-doc. This page is missing:\n%1")
+                        .arg(path),
+                    title, QMessageBox::Warning);
     } else if (!QDesktopServices::openUrl(QUrl::fromLocalFile(path))) {
         ShowMessage(
             QObject::tr("There is no program to show this page of the user guide:\n%1").arg(path),
