@@ -23,6 +23,7 @@
 #include <QSignalBlocker>
 #include <QTimer>
 
+#include <algorithm>
 #include <utility>
 
 namespace ztm {
@@ -253,9 +254,19 @@ void frmCompare::OpenSnapshot(Side side) {
                     windowTitle(), QMessageBox::Warning);
         return;
     }
-    const QString note = snapshot.Variant.empty() || snapshot.Variant == DeviceName
-                             ? QString()
-                             : tr("saved from a %1").arg(ToQString(snapshot.Variant));
+    const auto others = std::ranges::count_if(snapshot.Registers, [](const auto &setting) {
+        return std::ranges::none_of(Registers(), [&setting](const RegisterEntry &entry) {
+            return entry.Address == setting.Address;
+        });
+    });
+    QStringList notes;
+    if (!snapshot.Variant.empty() && snapshot.Variant != DeviceName) {
+        notes += tr("saved from a %1").arg(ToQString(snapshot.Variant));
+    }
+    if (others > 0) {
+        notes += tr("registers without a name here: %1").arg(others);
+    }
+    const QString note = notes.join(QStringLiteral("; "));
     KeptStates().push_back({QFileInfo(path).fileName().toStdString(), note.toStdString(),
                             ValuesOf(snapshot.Registers)});
     shownStates[side] = SnapshotEntry() - 1;

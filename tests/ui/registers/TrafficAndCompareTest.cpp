@@ -292,15 +292,16 @@ TEST_F(TrafficAndCompareTest, ComparesAndWritesWhatIsChecked) {
     }
     const TemporaryFolder folder;
     const auto path = QString::fromStdString(folder.Put(
-        "other.sav", "ZTM7710 Evaluation Software\r\n\r\nSaved: now\r\n\r\nAddress, Data\r\n"
-                     "0x01, 0x41\t// \r\n0x02, 0x09\t// \r\n0x0B, 0x05\t// \r\n"
-                     "0x0C, 0x07\t// \r\n0x3D, 0x33\t// \r\n0x3C, 0x00\t// \r\n\r\n"));
+        "other.sav",
+        "ZTM7710 Evaluation Software\r\n\r\nSaved: now\r\n\r\nAddress, Data\r\n"
+        "0x01, 0x41\t// \r\n0x02, 0x09\t// \r\n0x0B, 0x05\t// \r\n"
+        "0x0C, 0x07\t// \r\n0x3D, 0x33\t// \r\n0x3C, 0x00\t// \r\n0x60, 0x01\t// \r\n\r\n"));
     Adapter().calls.clear();
     Click("cmdCompare");
     EXPECT_THAT(Adapter().calls, IsEmpty());
     EXPECT_FALSE(IsEnabled("cmdWriteSelected"));
     AnswerFileDialogOf([] { Choose("cmbRight", "Snapshot File..."); }, path);
-    EXPECT_EQ(TextOf("lblRight"), "saved from a ZTM7710");
+    EXPECT_EQ(TextOf("lblRight"), "saved from a ZTM7710; registers without a name here: 1");
     ReadChip();
     EXPECT_EQ(Adapter().calls.size(), 66U);
     const std::vector<int> columns{0, 2, 3, 4, 5};
