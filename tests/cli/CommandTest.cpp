@@ -83,7 +83,7 @@ TEST_F(SimulatedCommand, PrintsWhatItWasAskedFor) {
         {"ztm alerts", "", 0, "ztm: no alarm is on\n"},
         {"ztm run - <<< $'limits local high 20\\nwait 1\\nalerts'", "Local\talarm\n"},
         {"ztm run - <<< $'limits therm high 50\\nlimits hysteresis 7\\nread 1a\\nlimits' | tail -2",
-         "Remote2\t20\t75\t85\t°C\nTHERM%\t\t50.20\t\t%\n"},
+         "THERM%\t\t50.20\t\t%\nhysteresis\t\t\t7\t°C\n"},
         {"ztm run - <<< $'table set 2 -20 3000\\ntable show' | sed -n 3p", "2\t1\t-20\t3001\n"},
         {"ztm run - <<< $'fan 2 poles 6\\nfan 2 source local\\nfan 2 response 40\\nfan 2 ramp "
          "no limit\\nfan 1 ramp 15'",
