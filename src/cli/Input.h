@@ -23,7 +23,9 @@ private:
     bool isAtEnd = false;
 };
 
-/// A prompt on the terminal, with line editing and a history. SIGINT gives up the line.
+/// A prompt on the terminal, with line editing and a history. SIGINT is the proper end of a line;
+/// when the terminal is gone, that counts as SIGHUP. What is typed is shown on standard error if
+/// standard output is no terminal.
 class TypedInput final : public LineInput {
 public:
     TypedInput();

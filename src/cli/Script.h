@@ -32,6 +32,8 @@ public:
     /// the block goes on. A line that is refused is left out.
     std::optional<ScriptLine> Take(std::string_view line);
     bool IsWithinBlock() const { return !blocks.empty(); }
+    /// Forgets the lines of blocks that are open.
+    void GiveUpBlocks() { blocks.clear(); }
     /// Throws if a block has no end.
     void Finish() const;
 

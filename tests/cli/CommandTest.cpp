@@ -162,8 +162,11 @@ TEST_F(SimulatedCommand, ALogIsWholeAfterCtrlC) {
     EXPECT_THAT(BytesOf(folder.Path("a.xls")), testing::EndsWith("%\r\n"));
 }
 
-/// A user at a terminal: what is refused is told, Ctrl-C gives up a line, Ctrl-D ends the run.
-TEST_F(SimulatedCommand, APromptGoesOnAfterWhatIsRefused) {
+/// A user at a terminal: what is refused is told, Ctrl-C gives up a line or a block, Ctrl-D ends
+/// the run. A terminal that goes away is no such end.
+class PromptCommand : public SimulatedCommand, public testing::WithParamInterface<bool> {};
+TEST_P(PromptCommand, GoesOnAfterWhatIsRefused) {
+    const bool isClosed = GetParam();
     int terminal = -1;
     const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
     if (child == 0) {
@@ -181,19 +184,28 @@ TEST_F(SimulatedCommand, APromptGoesOnAfterWhatIsRefused) {
             seen.append(piece.data(), static_cast<size_t>(std::max<ssize_t>(count, 0)));
         }
     };
-    for (const char *typed : {"nonsense\n", "write 0B 300\n", "rea\x03", "read 3E\n", "\x04"}) {
-        readTo("ztm> ");
+    const std::pair<const char *, const char *> dialogue[] = {
+        {"ztm> ", "nonsense\n"}, {"ztm> ", "write 0B 300\n"}, {"ztm> ", "rea\x03"},
+        {"ztm> ", "repeat 2\n"}, {"...> ", "\x03"},           {"ztm> ", "read 3E\n"}};
+    for (const auto &[prompt, typed] : dialogue) {
+        readTo(prompt);
         ASSERT_GT(write(terminal, typed, std::strlen(typed)), 0);
     }
-    readTo("no more");
+    readTo("ztm> ");
+    if (!isClosed) {
+        ASSERT_GT(write(terminal, "\x04", 1), 0);
+        readTo("no more");
+    }
+    close(terminal);
     int status = 0;
     waitpid(child, &status, 0);
-    close(terminal);
-    EXPECT_EQ(WEXITSTATUS(status), 0);
+    EXPECT_EQ(WEXITSTATUS(status), isClosed ? 129 : 0);
     EXPECT_THAT(seen, testing::AllOf(HasSubstr("\"nonsense\" is no command"),
                                      HasSubstr("\"300\" is no value"),
                                      HasSubstr("0x3E  Company ID                0x41     65")));
 }
+
+INSTANTIATE_TEST_SUITE_P(Ends, PromptCommand, testing::Bool());
 
 TEST_F(SimulatedCommand, TheBinaryHasNoToolkit) {
     EXPECT_THAT(Run("ldd " ZTM_COMMAND, "").out, Not(HasSubstr("Qt")));
