@@ -64,6 +64,11 @@ std::vector<ReadyLine> MakeReady(const std::vector<ScriptLine> &lines, const std
 void CheckVariants(const std::vector<ScriptLine> &lines, const std::string &name,
                    const std::string &variant);
 
+/// Throws for what stands against the lines before anything is sent: a file to be read that is not
+/// there and that no line before makes, one to be made that exists or that a line has made by then.
+void CheckFiles(const std::vector<ScriptLine> &lines, const std::string &name,
+                const Options &settings);
+
 /// Runs the lines in turn. What is thrown names the line; a line in the middle that was interrupted
 /// has not come to its end. An empty name stands for a command that is not from a script.
 void RunLines(Session &session, const std::vector<ReadyLine> &lines, const std::string &name);

@@ -113,9 +113,7 @@ int RunOnChip(const Request &request, Output &out) {
         if (!isFromInput) {
             script = ReadWhole(request);
             CheckVariants(script.lines, script.name, options.Variant);
-        }
-        if (script.name.empty() && !isFromInput) {
-            script.lines.front().Make().Check(options);
+            CheckFiles(script.lines, script.name, options);
         }
         OpenAdapterLibrary(AdapterOf(options));
         clock = NewClock(options.Fast);

@@ -65,7 +65,7 @@ TEST_F(SimulatedCommand, PrintsWhatItWasAskedFor) {
         int status = 0;
         std::string errors{};
     } cases[] = {
-        {"ztm scan", "ZTM7720\t0x50\n"},
+        {"ztm scan --json", "{\"variant\":\"ZTM7720\",\"address\":80}\n"},
         {"ztm --variant ztm7710 scan", "ZTM7710\t0x50\n"},
         {"ztm read 1 0x3d 'LOCAL high'",
          "0x01\tConfiguration1\t0x01\t1\n0x3D\tDevice ID\t0x34\t52\n"
@@ -143,7 +143,8 @@ TEST_F(SimulatedCommand, PrintsWhatItWasAskedFor) {
 }
 
 TEST_F(SimulatedCommand, RunsANightInSecondsAndTwiceAlike) {
-    folder.Put("night", "heater 1 50\nlog night.xls --force -i 1m -n 600\nwatch -n 1\n");
+    folder.Put("night",
+               "\xEF\xBB\xBFheater 1 50\nlog night.xls --force -i 1m -n 600\nwatch -n 1\n");
     std::string before;
     for (int round = 0; round < 2; ++round) {
         const Ran ran = RunFast("ztm run night; tail -n +2 night.xls");
@@ -290,6 +291,8 @@ TEST_F(BusCommand, RefusesInOneLineAndSendsNothing) {
     folder.Put("exists", "");
     folder.Put("open", "read 01\nrepeat 2\nread 02\n");
     folder.Put("bad", "write 0B 70\n\nread 'Local High\n");
+    folder.Put("twice", "log new -n 1\nsnapshot diff ./new\nrepeat 2\nlog newer\nend\n");
+    folder.Put("late", "write 0B 70\nsnapshot recall none\n");
     folder.Put("mixed", "read 'Remote2 Offset'\nread 'Fan Behavior'\n");
     const struct {
         const char *line;
@@ -299,7 +302,7 @@ TEST_F(BusCommand, RefusesInOneLineAndSendsNothing) {
     } cases[] = {
         {"ztm", 64, "A subcommand is required"},
         {"ztm read", 64, "REG is required"},
-        {"ztm nonsense", 64, ""},
+        {"ztm nonsense", 64, "\"nonsense\" is not understood"},
         {"ztm read 100", 64, "\"100\" is no register: 00 to FF"},
         {"ztm read Local", 64, "\"Local\" is ambiguous: Local High Limit, Local Low Limit"},
         {"ztm read ''", 64, "\"\" is no register"},
@@ -331,6 +334,8 @@ TEST_F(BusCommand, RefusesInOneLineAndSendsNothing) {
         {"ztm run none", 74, "none: No such file"},
         {"ztm run open", 64, "open:2: repeat without an end"},
         {"ztm run bad", 64, "bad:3: a quotation mark"},
+        {"ztm run twice", 74, "twice:4: newer is made more than once"},
+        {"ztm run late", 74, "late:2: none: No such file"},
         {"ztm run mixed", 64, "mixed:2: \"Fan Behavior\" is no register"},
         {"ztm scan", 64, "--adapter i2c needs --bus and --address", "i2c --bus 7"},
         {"ztm scan", 64, "\"0x27\" is no 7-bit address", "i2c --bus 7 --address 0x27"},
