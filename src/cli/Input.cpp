@@ -1,5 +1,6 @@
 #include "cli/Input.h"
 
+#include "cli/ExitCodes.h"
 #include "cli/Interruption.h"
 
 #include <array>
@@ -7,6 +8,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <poll.h>
 #include <readline/history.h>
 #include <readline/readline.h>
@@ -54,8 +56,10 @@ std::optional<std::string> PipedInput::Next(bool /*isWithinBlock*/) {
         if (count > 0) {
             bytes.append(piece.data(), static_cast<size_t>(count));
             end = bytes.find('\n');
-        } else {
-            isAtEnd = count == 0 || errno != EINTR;
+        } else if (count == 0) {
+            isAtEnd = true;
+        } else if (errno != EINTR && errno != EAGAIN) {
+            throw Failure(FileFailed, std::string("standard input: ") + std::strerror(errno));
         }
     }
     if (bytes.empty()) {

@@ -13,7 +13,7 @@ public:
     virtual std::optional<std::string> Next(bool isWithinBlock) = 0;
 };
 
-/// Standard input as it comes.
+/// Standard input as it comes. Throws Failure FileFailed if it cannot be read.
 class PipedInput final : public LineInput {
 public:
     std::optional<std::string> Next(bool isWithinBlock) override;

@@ -130,6 +130,7 @@ TEST_F(SimulatedCommand, PrintsWhatItWasAskedFor) {
         {"sed -i 's/191, 0/191, 40/;s/^30/x/' t.lut; ztm table load t.lut", "", 74,
          "ztm: t.lut: point 1: no temperature\n"},
         {"ztm watch | head -2 | tail -1 | cut -f1; exit ${PIPESTATUS[0]}", "0.000\n", 141},
+        {"ztm run - </", "", 74, "ztm: standard input: Is a directory\n"},
         {"ztm watch -n 1 >/dev/full", "", 74, "ztm: standard output: No space left on device\n"},
     };
     for (const auto &c : cases) {
