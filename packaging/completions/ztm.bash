@@ -1,12 +1,18 @@
 # Completion of the command ztm in bash.
 
-# What follows a command; $1 is the command, $2 how many words behind it are complete.
+# What follows a command; $1 is the command, $2 how many words behind it are complete, $3 the last of
+# them.
 _ztm_words() {
     case $1:$2 in
     table:0) echo show save load set ;;
     snapshot:0) echo save recall diff ;;
     fan:0) echo auto manual transition points 1 2 ;;
-    fan:1) echo rpm poles source response ramp steps linear 4 8 ;;
+    fan:1)
+        case $3 in
+        1 | 2) echo rpm poles source response ramp ;;
+        transition) echo steps linear ;;
+        points) echo 4 8 ;;
+        esac ;;
     limits:0) echo local remote1 remote2 therm hysteresis ;;
     limits:1) echo low high therm ;;
     heater:0) echo 1 2 ;;
@@ -54,7 +60,7 @@ _ztm() {
         COMPREPLY=($(compgen -f -- "$current"))
         compopt -o filenames 2>/dev/null
     else
-        COMPREPLY=($(compgen -W "$(_ztm_words "$command" "$behind")" -- "$current"))
+        COMPREPLY=($(compgen -W "$(_ztm_words "$command" "$behind" "$previous")" -- "$current"))
     fi
 }
 

@@ -78,6 +78,7 @@ Request ParseCommandLine(int argumentCount, char *arguments[]) {
     Request request;
     Typed typed;
     CLI::App grammar("Bring up, watch and control a ZTM7710/20 from shells and scripts.", "ztm");
+    grammar.fallthrough(); // the options stand behind a command too
     grammar.set_version_flag("--version", "ztm " ZTM_VERSION);
     AddOptions(grammar, typed, request.Settings);
     for (const Command &command : Commands()) {
@@ -88,7 +89,6 @@ Request ParseCommandLine(int argumentCount, char *arguments[]) {
     std::string script;
     run->add_option("FILE", script, "The script; - for standard input")->required();
     grammar.require_subcommand(1);
-    grammar.fallthrough();
     try {
         grammar.parse(argumentCount, arguments);
     } catch (const CLI::Success &success) {
@@ -97,7 +97,7 @@ Request ParseCommandLine(int argumentCount, char *arguments[]) {
         request.Text = text.str();
         return request;
     } catch (const CLI::ParseError &error) {
-        throw Refused(OneLine(error.what()) + "; ztm --help tells more");
+        throw Refused(ProblemOf(grammar, error) + "; ztm --help tells more");
     }
     request.IsForBuses = buses->parsed();
     if (run->parsed()) {

@@ -1,6 +1,7 @@
 #include "cli/Commands.h"
 
 #include "cli/ExitCodes.h"
+#include "common/WholeFile.h"
 
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
@@ -49,19 +50,30 @@ StepMaker ParseWords(std::vector<std::string> words) {
     } catch (const CLI::CallForHelp &) {
         throw Refused("a script gives no help; see man ztm");
     } catch (const CLI::ParseError &error) {
-        throw Refused(OneLine(error.what()));
+        throw Refused(ProblemOf(grammar, error));
     }
     return made;
 }
 
-void RequireNewFile(const std::string &path, bool isForced) {
+void CheckFile(const FileUse &file) {
     struct stat status {};
-    if (!isForced && stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode)) {
-        throw Failure(FileFailed, path + " exists; --force replaces it");
+    std::string problem;
+    if (file.Path.empty() || file.IsReplaced) {
+        return;
+    }
+    if (!file.IsMade && !ReadFile(file.Path, problem)) {
+        throw Failure(FileFailed, file.Path + ": " + problem);
+    }
+    if (file.IsMade && stat(file.Path.c_str(), &status) == 0 && S_ISREG(status.st_mode)) {
+        throw Failure(FileFailed, file.Path + " exists; --force replaces it");
     }
 }
 
-std::string OneLine(std::string text) {
+std::string ProblemOf(const CLI::App &grammar, const CLI::ParseError &error) {
+    if (const auto words = grammar.remaining(true); !words.empty()) {
+        return '"' + words.front() + "\" is not understood";
+    }
+    std::string text = error.what();
     std::ranges::replace(text, '\n', ' ');
     text.erase(text.find_last_not_of(' ') + 1);
     return text;

@@ -11,11 +11,18 @@
 
 namespace ztm::cli {
 
+/// The file that a command reads or makes.
+struct FileUse {
+    std::string Path; ///< empty for none
+    bool IsMade = false;
+    bool IsReplaced = false; ///< made even if it exists
+};
+
 /// A command that is ready to run.
 struct Step {
     std::function<void(Session &)> Run;
-    /// Throws Failure for what stands against the command, such as a file that exists. For a
-    /// command that stands alone, before anything is sent.
+    FileUse File{};
+    /// Throws Failure for what else stands against the command.
     std::function<void(const Options &)> Check = [](const Options & /*settings*/) {};
 };
 
@@ -54,10 +61,11 @@ void AddUntil(CLI::App &grammar, StepMaker &made);
 /// The maker of the step of a script's line, from its words. Throws Failure WrongUse.
 StepMaker ParseWords(std::vector<std::string> words);
 
-/// Throws Failure unless `path` can take a new file: there is none, or it may be replaced.
-void RequireNewFile(const std::string &path, bool isForced);
+/// Throws Failure FileFailed if a file that is to be read cannot be, or one that is to be made
+/// exists.
+void CheckFile(const FileUse &file);
 
-/// The text without CLI11's own line ends, as one line.
-std::string OneLine(std::string text);
+/// Why the words are refused, in one line.
+std::string ProblemOf(const CLI::App &grammar, const CLI::ParseError &error);
 
 } // namespace ztm::cli

@@ -8,6 +8,7 @@
 #include "common/Numbers.h"
 #include "fan/ControlSources.h"
 #include "fan/FanCodes.h"
+#include "fan/FanOutlook.h"
 #include "fan/LookupCurve.h"
 #include "fan/LookupTable.h"
 #include "fan/ThermFields.h"
@@ -29,7 +30,7 @@ using Words = std::vector<std::string>;
 const std::vector<Column> fanColumns{{"fan", -3},   {"control", 9},   {"source", 10}, {"rpm", -7},
                                      {"poles", -5}, {"response", 16}, {"ramp", 13}};
 const std::vector<Column> limitColumns{
-    {"channel", 7}, {"low", -7}, {"high", -7}, {"therm", -7}, {"unit", 0}};
+    {"channel", 10}, {"low", -7}, {"high", -7}, {"therm", -7}, {"unit", 0}};
 const std::vector<Column> heaterColumns{{"heater", -6}, {"percent", -7}};
 
 constexpr const char *fanUsage =
@@ -42,7 +43,6 @@ constexpr const char *heaterUsage = "heater, or heater N PERCENT";
 constexpr std::array<std::string_view, 2> controlTypes{"manual", "automatic"};
 constexpr std::array<std::string_view, 2> transitions{"steps", "linear"};
 constexpr std::array<std::string_view, 2> layouts{"4", "8"};
-constexpr int32_t fullSpeedSource = 3;
 
 std::span<const ControlSource> Sources() {
     return HasOneFan() ? std::span<const ControlSource>(OneRemoteControlSources)
@@ -51,10 +51,6 @@ std::span<const ControlSource> Sources() {
 
 std::string_view SourceText(int32_t code) {
     return Sources()[PositionOf(Sources(), code)].Text;
-}
-
-int Fans() {
-    return HasOneFan() ? 1 : 2;
 }
 
 // Fans
@@ -91,17 +87,16 @@ constexpr std::array<FanSetting, 4> fanSettings{{{"poles", FanPolesFields, Parse
 void ShowFans(Session &session) {
     const bool isAutomatic = ControlTypeField.In(ReadRegister(Configuration1)) != 0;
     session.Out.Heading(fanColumns);
-    for (int fan = 0; fan < Fans(); ++fan) {
+    for (int fan = 0; fan < FanCount(); ++fan) {
         const auto codeOf = [fan](const std::array<RegisterField, 2> &fields) {
             const RegisterField &field = At(fields, fan);
             return field.In(ReadRegister(field.Register));
         };
-        constexpr std::array fanChannels{3, 4};
-        ReadMeasurement(At(fanChannels, fan));
+        ReadMeasurement(SpeedChannel(fan));
         session.Out.Line(fanColumns,
                          {fan + 1, At(controlTypes, isAutomatic ? 1 : 0),
                           SourceText(codeOf(ControlSourceFields)),
-                          Cell(static_cast<double>(At(Measurements, At(fanChannels, fan))), 0),
+                          Cell(static_cast<double>(At(Measurements, SpeedChannel(fan))), 0),
                           Cell(NumericValue(PolesText(codeOf(FanPolesFields))), 0),
                           At(FanResponses, codeOf(FanResponseFields)),
                           At(RampRates, codeOf(RampRateFields))});
@@ -114,18 +109,17 @@ void WarnOfStoppedFans() {
     const SpeedPoints points = ReadPoints();
     const bool isLinear = IsConfig2Bit2Set();
     const int32_t behaviour = ReadRegister(FanBehaviour);
-    for (int fan = 0; fan < Fans(); ++fan) {
-        const int32_t source = At(ControlSourceFields, fan).In(behaviour);
-        if (source == fullSpeedSource) {
+    for (int fan = 0; fan < FanCount(); ++fan) {
+        const auto channel = SourceChannel(behaviour, fan);
+        if (!channel) {
             continue;
         }
-        const int channel = HasChannel(source) ? source : 1;
-        ReadMeasurement(channel);
-        const auto celsius = static_cast<double>(At(Measurements, channel));
+        ReadMeasurement(*channel);
+        const auto celsius = static_cast<double>(At(Measurements, *channel));
         if (DemandedRpm(points, CurveOfFan(fan, EightPointMode), isLinear, celsius) == 0) {
             Tell("fan " + std::to_string(fan + 1) + " stops: its lookup table gives no speed at " +
                  "the present " + Cell(celsius, 2).Text() + " °C of " +
-                 std::string(ChannelName(channel)));
+                 std::string(ChannelName(*channel)));
         }
     }
 }
@@ -188,7 +182,7 @@ Step MakeFanStep(const Words &words) {
         return MakeFieldStep(TableLayoutField, ParseChoice(words[1], layouts, "number of points"));
     }
     if (words.size() == 3) {
-        return MakeFanStep(ParseWhole(first, 1, Fans(), "a fan") - 1, words[1], words[2]);
+        return MakeFanStep(ParseWhole(first, 1, FanCount(), "a fan") - 1, words[1], words[2]);
     }
     throw Refused(fanUsage);
 }
@@ -238,6 +232,10 @@ void ShowLimits(Session &session) {
             session.Out.Line(limitColumns, cells);
         }
     }
+    const Cell gap(std::numeric_limits<double>::quiet_NaN(), 0);
+    session.Out.Line(limitColumns, {"hysteresis", gap, gap,
+                                    ThermHysteresisField.In(ReadRegister(ThermHysteresis)),
+                                    UnitOf(Quantity::Temperature)});
 }
 
 int32_t ParseLimit(const Limit &limit, const std::string &text) {

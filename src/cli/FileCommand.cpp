@@ -1,7 +1,6 @@
 #include "cli/FileCommand.h"
 
 #include "cli/ExitCodes.h"
-#include "common/WholeFile.h"
 
 #include <memory>
 
@@ -19,18 +18,8 @@ void AddFileCommand(CLI::App &parent, StepMaker &made, const FileCommand &file) 
     }
     command->callback([&made, words, file] {
         made = [=] {
-            const auto check = [=](const Options & /*settings*/) {
-                if (file.WritesFile) {
-                    RequireNewFile(words->File, words->IsForced);
-                } else if (std::string problem; !ReadFile(words->File, problem)) {
-                    FailFile(words->File, problem);
-                }
-            };
-            return Step{[=](Session &session) {
-                            check(session.Settings);
-                            file.Run(session, *words);
-                        },
-                        check};
+            return Step{[=](Session &session) { file.Run(session, *words); },
+                        {words->File, file.WritesFile, words->IsForced}};
         };
     });
 }

@@ -1,13 +1,14 @@
 #include "cli/Input.h"
 
+#include "cli/ExitCodes.h"
 #include "cli/Interruption.h"
-#include "common/WholeFile.h"
 
 #include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <poll.h>
 #include <readline/history.h>
 #include <readline/readline.h>
@@ -35,13 +36,10 @@ void TakeTyped(char *line) {
 }
 
 void GiveUpLine() {
-    ForgetSignal();
     rl_callback_sigcleanup();
     rl_free_line_state();
-    rl_replace_line("", 0);
     rl_crlf();
-    rl_on_new_line();
-    rl_redisplay();
+    rl_callback_handler_remove();
 }
 
 } // namespace
@@ -58,8 +56,10 @@ std::optional<std::string> PipedInput::Next(bool /*isWithinBlock*/) {
         if (count > 0) {
             bytes.append(piece.data(), static_cast<size_t>(count));
             end = bytes.find('\n');
-        } else {
-            isAtEnd = count == 0 || errno != EINTR;
+        } else if (count == 0) {
+            isAtEnd = true;
+        } else if (errno != EINTR && errno != EAGAIN) {
+            throw Failure(FileFailed, std::string("standard input: ") + std::strerror(errno));
         }
     }
     if (bytes.empty()) {
@@ -73,6 +73,7 @@ std::optional<std::string> PipedInput::Next(bool /*isWithinBlock*/) {
 TypedInput::TypedInput() {
     rl_catch_signals = 0;
     rl_readline_name = "ztm";
+    rl_outstream = isatty(STDOUT_FILENO) != 0 ? stdout : stderr;
     using_history();
 }
 
@@ -86,17 +87,16 @@ std::optional<std::string> TypedInput::Next(bool isWithinBlock) {
                 rl_callback_read_char();
             }
         } catch (const Interrupted &interruption) {
-            if (interruption.signal != SIGINT) {
-                rl_callback_handler_remove();
-                throw;
-            }
             GiveUpLine();
+            throw Interrupted{interruption.signal, interruption.signal == SIGINT};
         }
     }
     if (typed && !typed->empty()) {
         add_history(typed->c_str());
+    } else if (!typed && isatty(STDIN_FILENO) == 0) {
+        throw Interrupted{SIGHUP};
     } else if (!typed) {
-        WriteAll(STDOUT_FILENO, "\n"); // after Ctrl-D
+        rl_crlf(); // after Ctrl-D
     }
     return typed;
 }

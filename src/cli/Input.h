@@ -13,7 +13,7 @@ public:
     virtual std::optional<std::string> Next(bool isWithinBlock) = 0;
 };
 
-/// Standard input as it comes.
+/// Standard input as it comes. Throws Failure FileFailed if it cannot be read.
 class PipedInput final : public LineInput {
 public:
     std::optional<std::string> Next(bool isWithinBlock) override;
@@ -23,7 +23,9 @@ private:
     bool isAtEnd = false;
 };
 
-/// A prompt on the terminal, with line editing and a history. SIGINT gives up the line.
+/// A prompt on the terminal, with line editing and a history. SIGINT is the proper end of a line;
+/// when the terminal is gone, that counts as SIGHUP. What is typed is shown on standard error if
+/// standard output is no terminal.
 class TypedInput final : public LineInput {
 public:
     TypedInput();

@@ -192,15 +192,11 @@ void AddLog(CLI::App &grammar, StepMaker &made) {
     command->callback([&made, typed] {
         made = [typed] {
             const LogSettings settings = ParseLogSettings(*typed);
-            const auto check = [typed](const Options & /*settings*/) {
-                RequireNewFile(typed->file, typed->isForced);
-            };
-            return Step{[=](Session &session) {
-                            check(session.Settings);
+            return Step{[=](Session & /*session*/) {
                             RunUntilInterrupted(settings.MaxEntries == 0,
                                                 [&] { RecordLog(typed->file, settings); });
                         },
-                        check};
+                        {typed->file, true, typed->isForced}};
         };
     });
 }

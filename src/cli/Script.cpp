@@ -7,13 +7,16 @@
 #include "regmap/RegMapStuff.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <limits>
+#include <set>
 #include <utility>
 
 namespace ztm::cli {
 namespace {
 
 constexpr size_t deepestBlock = 20;
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF"; // that some editors put in front
 
 bool IsBlank(char c) {
     return c == ' ' || c == '\t';
@@ -33,6 +36,35 @@ auto AtLine(const std::string &name, int number, const Action &action) {
         return action();
     } catch (const Failure &failure) {
         throw Located(failure, name, number);
+    }
+}
+
+/// `made` are the files of the lines before.
+void CheckFiles(const std::vector<ScriptLine> &lines, const std::string &name,
+                const Options &settings, bool isRepeated, std::set<std::string> &made) {
+    for (const ScriptLine &line : lines) {
+        CheckFiles(line.Body, name, settings, isRepeated || line.Repeats > 1, made);
+        if (!line.Make) {
+            continue;
+        }
+        AtLine(name, line.Number, [&] {
+            const Step step = line.Make();
+            step.Check(settings);
+            std::error_code unknown;
+            const std::string path =
+                std::filesystem::absolute(step.File.Path, unknown).lexically_normal();
+            if (!made.contains(path)) {
+                CheckFile(step.File);
+            }
+            if (!step.File.IsMade) {
+                return;
+            }
+            const bool isNew = made.insert(path).second;
+            if (!step.File.IsReplaced && (isRepeated || !isNew)) {
+                throw Failure(FileFailed,
+                              step.File.Path + " is made more than once; --force replaces it");
+            }
+        });
     }
 }
 
@@ -80,6 +112,9 @@ std::optional<ScriptLine> ScriptReader::Take(std::string_view line) {
     ++number;
     if (line.ends_with('\r')) {
         line.remove_suffix(1);
+    }
+    if (number == 1 && line.starts_with(byteOrderMark)) {
+        line.remove_prefix(byteOrderMark.size());
     }
     return AtLine(name, number, [&]() -> std::optional<ScriptLine> {
         const auto words = WordsOf(line);
@@ -170,6 +205,12 @@ void CheckVariants(const std::vector<ScriptLine> &lines, const std::string &name
     }
 }
 
+void CheckFiles(const std::vector<ScriptLine> &lines, const std::string &name,
+                const Options &settings) {
+    std::set<std::string> made;
+    CheckFiles(lines, name, settings, false, made);
+}
+
 void RunLines(Session &session, const std::vector<ReadyLine> &lines, const std::string &name) {
     for (const ReadyLine &line : lines) {
         const bool isLast = &line == &lines.back();
@@ -180,6 +221,7 @@ void RunLines(Session &session, const std::vector<ReadyLine> &lines, const std::
             }
             if (line.Ready.Run) {
                 AtLine(name, line.Number, [&] {
+                    CheckFile(line.Ready.File);
                     line.Ready.Run(session);
                     session.Out.Flush();
                 });

@@ -32,6 +32,8 @@ public:
     /// the block goes on. A line that is refused is left out.
     std::optional<ScriptLine> Take(std::string_view line);
     bool IsWithinBlock() const { return !blocks.empty(); }
+    /// Forgets the lines of blocks that are open.
+    void GiveUpBlocks() { blocks.clear(); }
     /// Throws if a block has no end.
     void Finish() const;
 
@@ -61,6 +63,11 @@ std::vector<ReadyLine> MakeReady(const std::vector<ScriptLine> &lines, const std
 /// map is then that of such a variant.
 void CheckVariants(const std::vector<ScriptLine> &lines, const std::string &name,
                    const std::string &variant);
+
+/// Throws for what stands against the lines before anything is sent: a file to be read that is not
+/// there and that no line before makes, one to be made that exists or that a line has made by then.
+void CheckFiles(const std::vector<ScriptLine> &lines, const std::string &name,
+                const Options &settings);
 
 /// Runs the lines in turn. What is thrown names the line; a line in the middle that was interrupted
 /// has not come to its end. An empty name stands for a command that is not from a script.

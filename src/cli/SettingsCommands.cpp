@@ -148,6 +148,7 @@ Step MakeExport(const ExportWords &words) {
         return chosen;
     };
     return {[=](Session &session) { Export(session, format, choose(session.Settings)); },
+            {},
             [=](const Options &settings) { choose(settings); }};
 }
 

@@ -61,9 +61,11 @@ void RunInput(Session &session) {
         input = std::make_unique<PipedInput>();
     }
     ScriptReader reader(isPrompt ? "" : "standard input");
-    while (const auto typed = input->Next(reader.IsWithinBlock())) {
+    for (bool isOpen = true; isOpen;) {
         try {
-            if (auto line = reader.Take(*typed)) {
+            const auto typed = input->Next(reader.IsWithinBlock());
+            isOpen = typed.has_value();
+            if (const auto line = isOpen ? reader.Take(*typed) : std::nullopt) {
                 RunLines(session, MakeReady({*line}, reader.Name()), reader.Name());
             }
         } catch (const Failure &failure) {
@@ -76,6 +78,7 @@ void RunInput(Session &session) {
                 throw;
             }
             ForgetSignal();
+            reader.GiveUpBlocks();
         }
     }
     reader.Finish();
@@ -110,9 +113,7 @@ int RunOnChip(const Request &request, Output &out) {
         if (!isFromInput) {
             script = ReadWhole(request);
             CheckVariants(script.lines, script.name, options.Variant);
-        }
-        if (script.name.empty() && !isFromInput) {
-            script.lines.front().Make().Check(options);
+            CheckFiles(script.lines, script.name, options);
         }
         OpenAdapterLibrary(AdapterOf(options));
         clock = NewClock(options.Fast);

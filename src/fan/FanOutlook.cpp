@@ -12,12 +12,6 @@ namespace {
 
 constexpr int32_t fullSpeedCode = 3;
 
-int32_t SourceOf(int32_t behaviour, int fan) {
-    const int32_t code = At(ControlSourceFields, fan).In(behaviour);
-    return HasOneFan() ? At(OneRemoteControlSources, PositionOf(OneRemoteControlSources, code)).Code
-                       : code;
-}
-
 std::optional<bool> SeenField(const RegisterField &field) {
     const auto seen = LastSeen(field.Register);
     return seen ? std::optional(field.In(seen->Value) != 0) : std::nullopt;
@@ -42,16 +36,25 @@ int FanCount() {
     return HasOneFan() ? 1 : 2;
 }
 
+std::optional<int> SourceChannel(int32_t behaviour, int fan) {
+    const int32_t code = At(ControlSourceFields, fan).In(behaviour);
+    const int32_t source =
+        HasOneFan() ? At(OneRemoteControlSources, PositionOf(OneRemoteControlSources, code)).Code
+                    : code;
+    return source != fullSpeedCode ? std::optional<int>(source) : std::nullopt;
+}
+
 FanOutlook OutlookOf(const FanPlan &plan, int fan) {
     FanOutlook outlook;
     if (!plan.Behaviour) {
         return outlook;
     }
-    outlook.Channel = SourceOf(*plan.Behaviour, fan);
-    if (outlook.Channel == fullSpeedCode) {
+    const auto source = SourceChannel(*plan.Behaviour, fan);
+    if (!source) {
         outlook.Fate = FanFate::FullSpeed;
         return outlook;
     }
+    outlook.Channel = *source;
     const PointSpan curve = CurveOfFan(fan, plan.IsOneTable);
     if (!IsMeasuredNow(outlook.Channel)) {
         outlook.Fate = FanFate::NotMeasured;

@@ -50,6 +50,10 @@ constexpr int SpeedChannel(int fan) {
     return 3 + fan;
 }
 
+/// The channel of the temperature that drives fan 0 or 1 by that value of Fan Behaviour; none at
+/// full speed.
+std::optional<int> SourceChannel(int32_t behaviour, int fan);
+
 FanOutlook OutlookOf(const FanPlan &plan, int fan);
 
 /// The speed that a fan has, if it and its temperature are being measured: where it stands on the

@@ -65,7 +65,7 @@ TEST_F(SimulatedCommand, PrintsWhatItWasAskedFor) {
         int status = 0;
         std::string errors{};
     } cases[] = {
-        {"ztm scan", "ZTM7720\t0x50\n"},
+        {"ztm scan --json", "{\"variant\":\"ZTM7720\",\"address\":80}\n"},
         {"ztm --variant ztm7710 scan", "ZTM7710\t0x50\n"},
         {"ztm read 1 0x3d 'LOCAL high'",
          "0x01\tConfiguration1\t0x01\t1\n0x3D\tDevice ID\t0x34\t52\n"
@@ -83,7 +83,7 @@ TEST_F(SimulatedCommand, PrintsWhatItWasAskedFor) {
         {"ztm alerts", "", 0, "ztm: no alarm is on\n"},
         {"ztm run - <<< $'limits local high 20\\nwait 1\\nalerts'", "Local\talarm\n"},
         {"ztm run - <<< $'limits therm high 50\\nlimits hysteresis 7\\nread 1a\\nlimits' | tail -2",
-         "Remote2\t20\t75\t85\t°C\nTHERM%\t\t50.20\t\t%\n"},
+         "THERM%\t\t50.20\t\t%\nhysteresis\t\t\t7\t°C\n"},
         {"ztm run - <<< $'table set 2 -20 3000\\ntable show' | sed -n 3p", "2\t1\t-20\t3001\n"},
         {"ztm run - <<< $'fan 2 poles 6\\nfan 2 source local\\nfan 2 response 40\\nfan 2 ramp "
          "no limit\\nfan 1 ramp 15'",
@@ -130,6 +130,7 @@ TEST_F(SimulatedCommand, PrintsWhatItWasAskedFor) {
         {"sed -i 's/191, 0/191, 40/;s/^30/x/' t.lut; ztm table load t.lut", "", 74,
          "ztm: t.lut: point 1: no temperature\n"},
         {"ztm watch | head -2 | tail -1 | cut -f1; exit ${PIPESTATUS[0]}", "0.000\n", 141},
+        {"ztm run - </", "", 74, "ztm: standard input: Is a directory\n"},
         {"ztm watch -n 1 >/dev/full", "", 74, "ztm: standard output: No space left on device\n"},
     };
     for (const auto &c : cases) {
@@ -143,7 +144,8 @@ TEST_F(SimulatedCommand, PrintsWhatItWasAskedFor) {
 }
 
 TEST_F(SimulatedCommand, RunsANightInSecondsAndTwiceAlike) {
-    folder.Put("night", "heater 1 50\nlog night.xls --force -i 1m -n 600\nwatch -n 1\n");
+    folder.Put("night",
+               "\xEF\xBB\xBFheater 1 50\nlog night.xls --force -i 1m -n 600\nwatch -n 1\n");
     std::string before;
     for (int round = 0; round < 2; ++round) {
         const Ran ran = RunFast("ztm run night; tail -n +2 night.xls");
@@ -162,8 +164,11 @@ TEST_F(SimulatedCommand, ALogIsWholeAfterCtrlC) {
     EXPECT_THAT(BytesOf(folder.Path("a.xls")), testing::EndsWith("%\r\n"));
 }
 
-/// A user at a terminal: what is refused is told, Ctrl-C gives up a line, Ctrl-D ends the run.
-TEST_F(SimulatedCommand, APromptGoesOnAfterWhatIsRefused) {
+/// A user at a terminal: what is refused is told, Ctrl-C gives up a line or a block, Ctrl-D ends
+/// the run. A terminal that goes away is no such end.
+class PromptCommand : public SimulatedCommand, public testing::WithParamInterface<bool> {};
+TEST_P(PromptCommand, GoesOnAfterWhatIsRefused) {
+    const bool isClosed = GetParam();
     int terminal = -1;
     const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
     if (child == 0) {
@@ -181,19 +186,28 @@ TEST_F(SimulatedCommand, APromptGoesOnAfterWhatIsRefused) {
             seen.append(piece.data(), static_cast<size_t>(std::max<ssize_t>(count, 0)));
         }
     };
-    for (const char *typed : {"nonsense\n", "write 0B 300\n", "rea\x03", "read 3E\n", "\x04"}) {
-        readTo("ztm> ");
+    const std::pair<const char *, const char *> dialogue[] = {
+        {"ztm> ", "nonsense\n"}, {"ztm> ", "write 0B 300\n"}, {"ztm> ", "rea\x03"},
+        {"ztm> ", "repeat 2\n"}, {"...> ", "\x03"},           {"ztm> ", "read 3E\n"}};
+    for (const auto &[prompt, typed] : dialogue) {
+        readTo(prompt);
         ASSERT_GT(write(terminal, typed, std::strlen(typed)), 0);
     }
-    readTo("no more");
+    readTo("ztm> ");
+    if (!isClosed) {
+        ASSERT_GT(write(terminal, "\x04", 1), 0);
+        readTo("no more");
+    }
+    close(terminal);
     int status = 0;
     waitpid(child, &status, 0);
-    close(terminal);
-    EXPECT_EQ(WEXITSTATUS(status), 0);
+    EXPECT_EQ(WEXITSTATUS(status), isClosed ? 129 : 0);
     EXPECT_THAT(seen, testing::AllOf(HasSubstr("\"nonsense\" is no command"),
                                      HasSubstr("\"300\" is no value"),
                                      HasSubstr("0x3E  Company ID                0x41     65")));
 }
+
+INSTANTIATE_TEST_SUITE_P(Ends, PromptCommand, testing::Bool());
 
 TEST_F(SimulatedCommand, TheBinaryHasNoToolkit) {
     EXPECT_THAT(Run("ldd " ZTM_COMMAND, "").out, Not(HasSubstr("Qt")));
@@ -278,6 +292,8 @@ TEST_F(BusCommand, RefusesInOneLineAndSendsNothing) {
     folder.Put("exists", "");
     folder.Put("open", "read 01\nrepeat 2\nread 02\n");
     folder.Put("bad", "write 0B 70\n\nread 'Local High\n");
+    folder.Put("twice", "log new -n 1\nsnapshot diff ./new\nrepeat 2\nlog newer\nend\n");
+    folder.Put("late", "write 0B 70\nsnapshot recall none\n");
     folder.Put("mixed", "read 'Remote2 Offset'\nread 'Fan Behavior'\n");
     const struct {
         const char *line;
@@ -287,7 +303,7 @@ TEST_F(BusCommand, RefusesInOneLineAndSendsNothing) {
     } cases[] = {
         {"ztm", 64, "A subcommand is required"},
         {"ztm read", 64, "REG is required"},
-        {"ztm nonsense", 64, ""},
+        {"ztm nonsense", 64, "\"nonsense\" is not understood"},
         {"ztm read 100", 64, "\"100\" is no register: 00 to FF"},
         {"ztm read Local", 64, "\"Local\" is ambiguous: Local High Limit, Local Low Limit"},
         {"ztm read ''", 64, "\"\" is no register"},
@@ -319,6 +335,8 @@ TEST_F(BusCommand, RefusesInOneLineAndSendsNothing) {
         {"ztm run none", 74, "none: No such file"},
         {"ztm run open", 64, "open:2: repeat without an end"},
         {"ztm run bad", 64, "bad:3: a quotation mark"},
+        {"ztm run twice", 74, "twice:4: newer is made more than once"},
+        {"ztm run late", 74, "late:2: none: No such file"},
         {"ztm run mixed", 64, "mixed:2: \"Fan Behavior\" is no register"},
         {"ztm scan", 64, "--adapter i2c needs --bus and --address", "i2c --bus 7"},
         {"ztm scan", 64, "\"0x27\" is no 7-bit address", "i2c --bus 7 --address 0x27"},

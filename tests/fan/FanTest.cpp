@@ -236,7 +236,7 @@ TEST_F(LookupTable, TheOutlookIsMadeFromWhatPassedByAlone) {
     EXPECT_EQ((*SeenPoints())[7], (SpeedPoint{100, 8192}));
     WriteRegister(FanBehaviour, 0x0E); // Remote2 and full speed
     EXPECT_EQ(outlook(0), Seen(FanFate::NotMeasured, 2, 30, 0, -1));
-    EXPECT_EQ(outlook(1), Seen(FanFate::FullSpeed, 3, 0, 0, -1));
+    EXPECT_EQ(outlook(1), Seen(FanFate::FullSpeed, 0, 0, 0, -1));
     EXPECT_FALSE(IsManualSeen());
     WriteRegister(Configuration1, 0);
     EXPECT_TRUE(IsManualSeen());

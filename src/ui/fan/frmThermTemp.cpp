@@ -94,6 +94,10 @@ QGroupBox *frmThermTemp::NewControlFrame() {
     return frame;
 }
 
+std::array<QLineEdit *, 3> frmThermTemp::Limits() const {
+    return {txtLocal, txtR1, txtR2};
+}
+
 void frmThermTemp::Form_Load() {
     const Requester load(requester);
     if (HasOneFan()) {
@@ -104,18 +108,18 @@ void frmThermTemp::Form_Load() {
                                 QMargins(0, Twips(oneRemoteShift, *this), 0, 0));
         Label2->setText(tr("Remote"));
     }
-    ShowNumber(*txtLocal, CelsiusOfByte(ReadRegister(LocalThermLimit)));
-    ShowNumber(*txtR1, CelsiusOfByte(ReadRegister(Remote1ThermLimit)));
-    ShowNumber(*txtR2, CelsiusOfByte(ReadRegister(Remote2ThermLimit)));
+    for (size_t channel = 0; channel < ThermLimits.size(); ++channel) {
+        ShowNumber(*Limits()[channel], CelsiusOfByte(ReadRegister(ThermLimits[channel])));
+    }
     ShowNumber(*txtHyst, ThermHysteresisField.In(ReadRegister(ThermHysteresis)));
     chkBoost->setChecked(BoostDisableField.In(ReadRegister(Configuration2)) != 0);
 }
 
 void frmThermTemp::ApplyTempChanges() {
     const Requester apply(requester);
-    WriteRegister(LocalThermLimit, TemperatureByte(NumberIn(*txtLocal)));
-    WriteRegister(Remote1ThermLimit, TemperatureByte(NumberIn(*txtR1)));
-    WriteRegister(Remote2ThermLimit, TemperatureByte(NumberIn(*txtR2)));
+    for (size_t channel = 0; channel < ThermLimits.size(); ++channel) {
+        WriteRegister(ThermLimits[channel], TemperatureByte(NumberIn(*Limits()[channel])));
+    }
     WriteRegister(ThermHysteresis, ThermHysteresisField.With(0, ToInt32(NumberIn(*txtHyst))));
     WriteField(BoostDisableField, chkBoost->isChecked());
 }

@@ -2,6 +2,8 @@
 
 #include "ui/kit/Dialog.h"
 
+#include <array>
+
 class QCheckBox;
 class QGroupBox;
 class QLabel;
@@ -23,6 +25,7 @@ private:
     void SetupUi();
     QGroupBox *NewLimitsFrame();
     QGroupBox *NewControlFrame();
+    std::array<QLineEdit *, 3> Limits() const;
     void Form_Load();
     void ApplyTempChanges();
     bool Apply() override;
