@@ -37,9 +37,9 @@ protected:
     /// `before` it in the environment and `options` behind it.
     Ran Run(const std::string &line, const std::string &options, const std::string &before = "") {
         const std::string name = "ztm ";
+        const std::string ztm = before + ZTM_COMMAND " " + options + " ";
         std::string shell = line + " ";
         for (size_t at = 0; (at = shell.find(name, at)) != std::string::npos;) {
-            const std::string ztm = before + ZTM_COMMAND " " + options + " ";
             shell.replace(at, name.size(), ztm);
             at += ztm.size();
         }
